@@ -1,0 +1,11 @@
+# The headers of Node-API come from the npm package node-api-headers.
+find_path(NODE_API_INCLUDE_DIR node_api.h
+    PATHS "${CMAKE_SOURCE_DIR}/node_modules/node-api-headers/include"
+    NO_DEFAULT_PATH)
+if(NOT NODE_API_INCLUDE_DIR)
+    message(FATAL_ERROR "node_api.h not found: run `npm ci` (or `make setup`) first")
+endif()
+
+add_library(node_api INTERFACE)
+target_include_directories(node_api SYSTEM INTERFACE "${NODE_API_INCLUDE_DIR}")
+target_compile_definitions(node_api INTERFACE NAPI_VERSION=8)
