@@ -1,0 +1,50 @@
+#include "ipc_skeleton.h"
+
+#include <charconv>
+#include <cstdlib>
+#include <optional>
+#include <string_view>
+
+#include "host_setting.h"
+
+namespace OHOS {
+
+namespace {
+
+constexpr const char* TOKEN_VARIABLE = "OHOS_FULL_TOKEN_ID";
+constexpr uint64_t SYSTEM_APP_TOKEN = 0x100000001;
+
+// Decimal digits, or 0x and hexadecimal digits, and nothing else.
+std::optional<uint64_t> ParseTokenId(std::string_view text)
+{
+    const bool hexadecimal = text.substr(0, 2) == "0x";
+    if (hexadecimal) {
+        text.remove_prefix(2);
+    }
+    uint64_t token = 0;
+    const char* end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, token, hexadecimal ? 16 : 10);
+    if (error != std::errc() || stop != end) {
+        return std::nullopt;
+    }
+    return token;
+}
+
+} // namespace
+
+uint64_t IPCSkeleton::GetCallingFullTokenID()
+{
+    const std::string_view text = Host::Setting(TOKEN_VARIABLE);
+    if (text.empty()) {
+        return SYSTEM_APP_TOKEN;
+    }
+    const std::optional<uint64_t> token = ParseTokenId(text);
+    if (!token) {
+        static const bool reported = Host::ReportSetting(TOKEN_VARIABLE, text, "not a 64-bit token id; no rights");
+        static_cast<void>(reported);
+        return 0;
+    }
+    return *token;
+}
+
+} // namespace OHOS

@@ -1,0 +1,19 @@
+// Desktop only: the environment variables that configure the stand-ins.
+#ifndef HOST_UTILS_HOST_SETTING_H
+#define HOST_UTILS_HOST_SETTING_H
+
+#include <string_view>
+
+namespace OHOS::Host {
+
+// The variable's value now; empty when it is unset. The view is good until the environment changes.
+__attribute__((visibility("default"))) std::string_view Setting(const char* name);
+
+// Says on standard error, in one line, that a variable's value is not accepted and what happens instead. Returns true,
+// so that a static can hold "has been said".
+__attribute__((visibility("default"))) bool ReportSetting(const char* name, std::string_view value,
+                                                          const char* consequence);
+
+} // namespace OHOS::Host
+
+#endif // HOST_UTILS_HOST_SETTING_H
