@@ -1,0 +1,36 @@
+// HiLog's printing interface, as on the platform. On a desktop the lines go to a file or to standard error; the
+// environment variables HILOG_LEVEL and HILOG_FILE choose (see docs/desktop.md).
+#ifndef HOST_HILOG_LOG_H
+#define HOST_HILOG_LOG_H
+
+#define HOST_HILOG_EXPORT __attribute__((visibility("default")))
+
+extern "C" {
+
+typedef enum {
+    LOG_TYPE_MIN = 0,
+    LOG_APP = 0,
+    LOG_INIT = 1,
+    LOG_CORE = 3,
+    LOG_TYPE_MAX,
+} LogType;
+
+typedef enum {
+    LOG_LEVEL_MIN = 0,
+    LOG_DEBUG = 3,
+    LOG_INFO = 4,
+    LOG_WARN = 5,
+    LOG_ERROR = 6,
+    LOG_FATAL = 7,
+    LOG_LEVEL_MAX,
+} LogLevel;
+
+// Writes one line. `format` takes printf's conversions, each with a privacy marker behind the percent sign:
+// %{public}s prints its argument, %{private}s and a bare %s print "<private>". May be called from any thread; lines
+// of different threads never mix. A level out of range counts as the nearest one. Returns the number of bytes written,
+// 0 for a line below the level in force, -1 for a line that could not be written. errno stays as it was.
+HOST_HILOG_EXPORT int HiLogPrint(LogType type, LogLevel level, unsigned int domain, const char* tag, const char* format,
+                                 ...);
+}
+
+#endif // HOST_HILOG_LOG_H
