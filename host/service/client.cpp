@@ -1,0 +1,111 @@
+#include "zelk_service_api/client.h"
+
+#include <mutex>
+#include <string_view>
+#include <utility>
+
+#include "dbus_library.h"
+#include "host_setting.h"
+#include "reference_service.h"
+#include "zelk_service_api/proxy_source.h"
+
+namespace OHOS {
+
+namespace {
+
+using HiviewDFX::IZelkLogService;
+
+constexpr const char* SERVICE_VARIABLE = "ZELK_LOG_SERVICE";
+
+sptr<IZelkLogService> NoService()
+{
+    return nullptr;
+}
+
+Host::ProxySource Embedded()
+{
+    return [service = sptr<IZelkLogService>(new Host::ReferenceService)] {
+        return service;
+    };
+}
+
+Host::ProxySource SourceOfSetting()
+{
+    const std::string_view value = Host::Setting(SERVICE_VARIABLE);
+    if (value.empty() || value == "embedded") {
+        return Embedded();
+    }
+    if (value == "none") {
+        return NoService;
+    }
+    if (value != "session" && value != "system" && value.find(':') == std::string_view::npos) {
+        Host::ReportSetting(SERVICE_VARIABLE, value,
+                            "not embedded, session, system, none or a D-Bus address; no service");
+        return NoService;
+    }
+    std::string error;
+    Host::ProxySource source = Host::OpenDbusLibrary(std::string(value), error);
+    if (!source) {
+        Host::ReportSetting(SERVICE_VARIABLE, value, (error + "; no service").c_str());
+        return NoService;
+    }
+    return source;
+}
+
+// What a test or a program has put in the place of the setting. Never destroyed: workers may outlive static objects.
+struct Override {
+    std::mutex mutex;
+    Host::ProxySource source;
+};
+
+Override& TheOverride()
+{
+    static auto* const theOverride = new Override;
+    return *theOverride;
+}
+
+} // namespace
+
+void Host::SetProxySource(ProxySource source)
+{
+    Override& current = TheOverride();
+    const std::lock_guard<std::mutex> lock(current.mutex);
+    current.source.swap(source);
+}
+
+namespace HiviewDFX {
+
+sptr<IZelkLogService> Client::GetProxy()
+{
+    Override& current = TheOverride();
+    std::unique_lock<std::mutex> lock(current.mutex);
+    const Host::ProxySource source = current.source;
+    lock.unlock();
+    if (source) {
+        return source();
+    }
+    static const auto* const ofSetting = new Host::ProxySource(SourceOfSetting());
+    return (*ofSetting)();
+}
+
+void Client::OnRemoteDied(const wptr<IRemoteObject>&)
+{
+    std::unique_lock<std::mutex> lock(mutex_);
+    const std::map<std::string, std::function<void()>> callbacks = callbacks_;
+    lock.unlock();
+    for (const auto& [name, callback] : callbacks) {
+        if (callback) {
+            callback();
+        }
+    }
+}
+
+void Client::RegisterRemotedDied(std::string name, std::function<void()>& callback)
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    callbacks_.insert_or_assign(std::move(name), callback);
+}
+
+} // namespace HiviewDFX
+
+} // namespace OHOS

@@ -1,0 +1,39 @@
+// Base of the log service's clients: finds the service.
+#ifndef HOST_SERVICE_CLIENT_H
+#define HOST_SERVICE_CLIENT_H
+
+#include <functional>
+#include <map>
+#include <mutex>
+#include <string>
+
+#include "iremote_object.h"
+#include "refbase.h"
+#include "zelk_service_api/i_zelk_log_service.h"
+
+namespace OHOS::HiviewDFX {
+
+// The order of the virtual operations is part of the binary interface. All of them may be called from any thread.
+class __attribute__((visibility("default"))) Client {
+public:
+    // The service, or null when it cannot be reached now. Where the service is looked for is decided once, at the
+    // process's first call, by the environment variable ZELK_LOG_SERVICE (see docs/desktop.md).
+    virtual sptr<IZelkLogService> GetProxy();
+
+    // Calls, in the order of their names, the callbacks that are kept; nothing else is done, since every GetProxy looks
+    // for the service anew. On a desktop nobody calls this.
+    virtual void OnRemoteDied(const wptr<IRemoteObject>& remote);
+
+    virtual ~Client() = default;
+
+    // Keeps a copy of `callback` under `name` for OnRemoteDied, in place of an earlier one of that name.
+    virtual void RegisterRemotedDied(std::string name, std::function<void()>& callback);
+
+private:
+    std::mutex mutex_; // Guards callbacks_; not held while one runs.
+    std::map<std::string, std::function<void()>> callbacks_;
+};
+
+} // namespace OHOS::HiviewDFX
+
+#endif // HOST_SERVICE_CLIENT_H

@@ -1,0 +1,19 @@
+// Desktop only: puts another log service behind Client::GetProxy, for tests and for programs that bring their own.
+#ifndef HOST_SERVICE_PROXY_SOURCE_H
+#define HOST_SERVICE_PROXY_SOURCE_H
+
+#include <functional>
+
+#include "zelk_service_api/i_zelk_log_service.h"
+
+namespace OHOS::Host {
+
+using ProxySource = std::function<sptr<HiviewDFX::IZelkLogService>()>;
+
+// From now on every Client::GetProxy of the process answers what `source` gives, null included, instead of following
+// ZELK_LOG_SERVICE. An empty function restores the latter. `source` is called on any thread, also on several at once.
+__attribute__((visibility("default"))) void SetProxySource(ProxySource source);
+
+} // namespace OHOS::Host
+
+#endif // HOST_SERVICE_PROXY_SOURCE_H

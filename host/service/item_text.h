@@ -1,0 +1,26 @@
+// The text of one configuration item, {"configKey":"KEY","value":VALUE}, and JSON strings.
+#ifndef HOST_SERVICE_ITEM_TEXT_H
+#define HOST_SERVICE_ITEM_TEXT_H
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace OHOS::Host {
+
+// Views into the text that was parsed.
+struct Item {
+    std::string_view key;
+    std::string_view value;
+};
+
+// The frame of an item is text, not JSON: it starts with {"configKey":" and ends with }, and the key ends at the first
+// ","value": in between. Key and value are whatever stands there, empty included. Nothing when the frame is not there.
+std::optional<Item> ParseItem(std::string_view text);
+
+// `text` as a JSON string with its quotes. Bytes that are not UTF-8 stay as they are.
+std::string JsonString(std::string_view text);
+
+} // namespace OHOS::Host
+
+#endif // HOST_SERVICE_ITEM_TEXT_H

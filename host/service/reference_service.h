@@ -1,0 +1,63 @@
+// The reference log service: keeps what it is told in memory.
+#ifndef HOST_SERVICE_REFERENCE_SERVICE_H
+#define HOST_SERVICE_REFERENCE_SERVICE_H
+
+#include <map>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "zelk_service_api/i_zelk_log_service.h"
+
+namespace OHOS::Host {
+
+// Every operation answers 0, or CODE_BAD_ITEM and `false` for a text that is no configuration item, in which case
+// nothing of the call takes effect. Operations may be called from any thread; each takes effect as a whole.
+class ReferenceService : public HiviewDFX::IZelkLogService {
+public:
+    static constexpr int32_t CODE_BAD_ITEM = 2;
+
+    int32_t GetModemLogConfig(std::vector<std::string>& keys, std::vector<std::string>& values) override;
+    int32_t GetModemLogDirectPackConfig(std::string& config) override;
+    int32_t GetModemLogLogMasks(std::vector<std::string>& masks) override;
+    int32_t GetModemLogStatus(bool& status) override;
+    int32_t HandleModemLogSwitch(bool on, bool& result) override;
+    int32_t HandleModemLogSwitch(bool on, std::vector<std::string>& configs, bool& result) override;
+    int32_t SendModemLogCommand(std::string command, bool& result) override;
+    int32_t ChangeModemLogConfig(std::vector<std::string>& configs, bool& result) override;
+
+    int32_t GetTcpdumpStatus(bool& status) override;
+    int32_t GetTcpdumpConfig(std::vector<std::string> keys, std::vector<std::string>& values) override;
+    int32_t ChangeTcpdumpConfig(std::vector<std::string>& configs, bool& result) override;
+    int32_t HandleTcpdumpSwitch(bool on, bool& result) override;
+    int32_t HandleTcpdumpSwitch(bool on, std::vector<std::string>& configs, bool& result) override;
+
+    int32_t HandleBluetoothCallPcmLogSwitch(bool on) override;
+    int32_t FetchRemoteDevicesLogs(const std::string& request, std::string& response, int64_t value) override;
+    int32_t QueryRemoteDevicesLogs(const std::string& request, std::string& response) override;
+    int32_t GetRemoteDevicesList(std::string& response) override;
+    int32_t QueryProtocolData(const std::string& request, std::string& response) override;
+
+private:
+    // One log with a switch and a configuration: modem log or packet capture.
+    struct Log {
+        bool on = false;
+        std::map<std::string, std::string, std::less<>> values;
+    };
+
+    int32_t Status(const Log& log, bool& status);
+    int32_t Query(const Log& log, const std::vector<std::string>& keys, std::vector<std::string>& values);
+    // Applies the items and then, if `on` is given, the switch.
+    int32_t Change(Log& log, std::optional<bool> on, const std::vector<std::string>& configs, bool& result);
+
+    std::mutex mutex_; // Guards everything below.
+    Log modem_;
+    Log tcpdump_;
+    bool bluetoothCallPcmOn_ = false;
+    std::string lastCommand_;
+};
+
+} // namespace OHOS::Host
+
+#endif // HOST_SERVICE_REFERENCE_SERVICE_H
