@@ -1,0 +1,34 @@
+// The functions of the JavaScript runtime that this process runs on, under names that the adaptation does not define.
+#ifndef HOST_NAPI_RUNTIME_H
+#define HOST_NAPI_RUNTIME_H
+
+#include "napi/native_api.h"
+
+namespace OHOS::Host {
+
+// The module is written for the platform's Node-API; desktop runtimes answer a few calls differently. The files beside
+// this one define those calls, under their plain names, inside the module's shared object, where the module's own calls
+// bind to them. Each goes on to the runtime through this table.
+struct Runtime {
+    decltype(&napi_typeof) typeOf;
+    decltype(&napi_is_exception_pending) isExceptionPending;
+    decltype(&napi_get_and_clear_last_exception) getAndClearLastException;
+    decltype(&napi_throw) throwValue;
+    decltype(&napi_create_promise) createPromise;
+    decltype(&napi_create_async_work) createAsyncWork;
+    decltype(&napi_create_object) createObject;
+    decltype(&napi_define_properties) defineProperties;
+    decltype(&napi_create_reference) createReference;
+    decltype(&napi_get_reference_value) getReferenceValue;
+    decltype(&napi_delete_reference) deleteReference;
+    decltype(&napi_get_all_property_names) getAllPropertyNames;
+    decltype(&napi_has_named_property) hasNamedProperty;
+    decltype(&napi_get_named_property) getNamedProperty;
+    decltype(&napi_get_element) getElement;
+};
+
+const Runtime& TheRuntime();
+
+} // namespace OHOS::Host
+
+#endif // HOST_NAPI_RUNTIME_H
