@@ -1,0 +1,50 @@
+// A configuration item: the unit in which the log service is asked to change a setting.
+#ifndef ZELKLOGSERVICE_CONFIG_CONFIG_INFO_H
+#define ZELKLOGSERVICE_CONFIG_CONFIG_INFO_H
+
+#include <list>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "config/config_info_param.h"
+
+namespace OHOS::HiviewDFX {
+
+// A key that names the setting, and its parameters in the order in which they were added. An item is filled on one
+// thread, handed over, and from then on only read; there is no lock. Nothing here fails but by std::bad_alloc, which
+// leaves the item as it was.
+class ConfigInfo {
+public:
+    explicit ConfigInfo(const std::string& itemKey);
+
+    // Appends a parameter. A name may be added more than once; every one of them is kept and sent.
+    // A string literal would be taken for a bool: pass a std::string.
+    void AddParam(const std::string& name, bool value);
+    void AddParam(const std::string& name, int value);
+    void AddParam(const std::string& name, const std::string& value);
+    void AddParam(const std::string& name, const std::vector<bool>& value);
+    void AddParam(const std::string& name, const std::vector<int>& value);
+    void AddParam(const std::string& name, const std::vector<std::string>& value);
+
+    // The text that the log service receives for this item, the same at every call; it is also logged whole. It looks
+    // like JSON but is a format of its own: nothing is escaped, and lists are written as config_info_json.cpp shows.
+    std::string GetJsonParams() const;
+
+    // The writers of list values, which append to `stream`. Every list but an empty one ends in a comma.
+    // A type that is not a list is written by its placeholder: `[],` for TYPE_NONE, `"",` for any other.
+    void AddVectorToJson(std::stringstream& stream, ConfigInfoParam param) const;
+    void ConvertBoolVectorToJson(std::stringstream& stream, const std::vector<bool>& values) const;
+    // For char, int16_t, int32_t, int64_t and std::string.
+    template <typename T>
+    void ConvertVectorToJson(std::stringstream& stream, const std::vector<T>& values) const;
+    void ConvertFloatVectorToJson(std::stringstream& stream, const std::vector<float>& values) const;
+    void ConvertDecimalsVectorToJson(std::stringstream& stream, const std::vector<double>& values) const;
+
+    std::string key;
+    std::list<ConfigInfoParam> params;
+};
+
+} // namespace OHOS::HiviewDFX
+
+#endif // ZELKLOGSERVICE_CONFIG_CONFIG_INFO_H

@@ -1,0 +1,145 @@
+#include "config/napi_zelk_config_info_build.h"
+
+#include "common/module_log.h"
+#include "napi/util/napi_util.h"
+
+namespace OHOS::HiviewDFX {
+
+namespace {
+
+constexpr int32_t INVALID_ARRAY = 7;
+
+// Frees the handles that reading one element made, so that a long array does not pile them up until the call returns.
+class ElementScope {
+public:
+    explicit ElementScope(napi_env env) : env_(env)
+    {
+        napi_open_handle_scope(env, &scope_);
+    }
+    ~ElementScope()
+    {
+        if (scope_ != nullptr) {
+            napi_close_handle_scope(env_, scope_);
+        }
+    }
+    ElementScope(const ElementScope&) = delete;
+    ElementScope& operator=(const ElementScope&) = delete;
+
+private:
+    napi_env env_;
+    napi_handle_scope scope_ = nullptr;
+};
+
+// Whether `array` is one; both lists of arguments are refused with the same text.
+bool CheckArray(napi_env env, napi_value array)
+{
+    if (!NapiUtil::IsArray(env, array)) {
+        LogError("FillConfigInfoVector: value is not array");
+        return false;
+    }
+    return true;
+}
+
+} // namespace
+
+NapiZelkConfigInfoBuild::NapiZelkConfigInfoBuild(const std::shared_ptr<ConfigInfo>& item) : configInfo(item) {}
+
+std::shared_ptr<ConfigInfo> NapiZelkConfigInfoBuild::BuildChangeConfig(napi_env env, napi_value object)
+{
+    std::vector<std::string> names;
+    NapiUtil::GetPropertyNames(env, object, names);
+    for (const std::string& name : names) {
+        LogInfo("BuildChangeConfig: key %{public}s", name.c_str());
+        napi_value value = NapiUtil::GetProperty(env, object, name);
+        if (value != nullptr) {
+            AddParamToList(env, name, value);
+        }
+    }
+    return configInfo;
+}
+
+void NapiZelkConfigInfoBuild::AddParamToList(napi_env env, const std::string& name, napi_value value)
+{
+    switch (NapiUtil::GetType(env, value)) {
+    case napi_boolean:
+        configInfo->AddParam(name, NapiUtil::GetBool(env, value));
+        break;
+    case napi_number:
+        configInfo->AddParam(name, NapiUtil::GetInt32(env, value));
+        break;
+    case napi_string:
+        configInfo->AddParam(name, NapiUtil::GetString(env, value));
+        break;
+    case napi_object:
+        // An object that is no array is left out without a line.
+        if (NapiUtil::IsArray(env, value)) {
+            AddArrayParamToList(env, name, value);
+        }
+        break;
+    default:
+        LogError("AddParamToList: WRONG TYPE");
+        break;
+    }
+}
+
+void NapiZelkConfigInfoBuild::AddArrayParamToList(napi_env env, const std::string& name, napi_value value)
+{
+    switch (NapiUtil::GetArrayType(env, value)) {
+    case napi_null:
+        break;
+    case napi_boolean: {
+        std::vector<bool> booleans;
+        NapiUtil::GetBooleans(env, value, booleans);
+        configInfo->AddParam(name, booleans);
+        break;
+    }
+    case napi_number: {
+        std::vector<int> numbers;
+        NapiUtil::GetInt32s(env, value, numbers);
+        configInfo->AddParam(name, numbers);
+        break;
+    }
+    case napi_string: {
+        // GetStrings fills a copy: the service always receives an empty list.
+        std::vector<std::string> strings;
+        NapiUtil::GetStrings(env, value, strings, MAX_STRING_LENGTH);
+        configInfo->AddParam(name, strings);
+        break;
+    }
+    default:
+        LogError("AddArrayParamToList: array param value type is invalid");
+        errorCode = INVALID_ARRAY;
+        break;
+    }
+}
+
+void FillConfigInfoVector(napi_env env, napi_value array, std::vector<std::shared_ptr<ConfigInfo>>& items)
+{
+    if (!CheckArray(env, array)) {
+        return;
+    }
+    const uint32_t length = NapiUtil::GetArrayLength(env, array);
+    for (uint32_t index = 0; index < length; ++index) {
+        const ElementScope scope(env);
+        napi_value element = NapiUtil::GetElement(env, array, index);
+        const std::string key = NapiUtil::GetString(env, NapiUtil::GetProperty(env, element, "configKey"));
+        const auto item = std::make_shared<ConfigInfo>(key);
+        NapiZelkConfigInfoBuild build(item);
+        build.BuildChangeConfig(env, NapiUtil::GetProperty(env, element, "value"));
+        items.push_back(item);
+    }
+}
+
+void FillStringVector(napi_env env, napi_value array, std::vector<std::string>& strings)
+{
+    if (!CheckArray(env, array)) {
+        return;
+    }
+    const uint32_t length = NapiUtil::GetArrayLength(env, array);
+    for (uint32_t index = 0; index < length; ++index) {
+        const ElementScope scope(env);
+        strings.push_back(NapiUtil::GetString(env, NapiUtil::GetElement(env, array, index)));
+    }
+}
+
+} // namespace OHOS::HiviewDFX

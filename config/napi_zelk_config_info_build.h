@@ -1,0 +1,52 @@
+// Configuration items from JavaScript objects.
+#ifndef ZELKLOGSERVICE_CONFIG_NAPI_ZELK_CONFIG_INFO_BUILD_H
+#define ZELKLOGSERVICE_CONFIG_NAPI_ZELK_CONFIG_INFO_BUILD_H
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "config/config_info.h"
+#include "napi/native_api.h"
+
+namespace OHOS::HiviewDFX {
+
+// Turns the properties of one JavaScript object into the parameters of one item:
+//
+//   boolean, number, string            TYPE_BOOL, TYPE_INT (as Node-API converts it), TYPE_STRING
+//   array of booleans, of numbers      TYPE_BOOL_VECTOR, TYPE_INT_VECTOR
+//   array of strings                   TYPE_STRING_VECTOR without elements: the strings do not reach the service
+//   empty array, array of nulls        nothing
+//   object                             nothing
+//   any other value, any other array   nothing, with a log line; for the array `errorCode` becomes 7
+//
+// Problems are log lines and a smaller item; nothing is thrown. An exception of the caller's own getter or proxy stays
+// pending, and the properties behind it are missing. JavaScript thread only; the builder lives for one item.
+class NapiZelkConfigInfoBuild {
+public:
+    // Shares ownership of the item with the caller.
+    explicit NapiZelkConfigInfoBuild(const std::shared_ptr<ConfigInfo>& item);
+
+    // Adds one parameter per usable own property of `object`, in property order, and returns the item.
+    std::shared_ptr<ConfigInfo> BuildChangeConfig(napi_env env, napi_value object);
+    void AddParamToList(napi_env env, const std::string& name, napi_value value);
+    void AddArrayParamToList(napi_env env, const std::string& name, napi_value value);
+
+    int32_t errorCode = 0;
+    std::shared_ptr<ConfigInfo> configInfo;
+};
+
+// Appends one item per element of `array`, each an object {configKey, value}; whatever is wrong with an element, it
+// yields an item, at worst one with the key "" and no parameters. A value that is no array is logged and appends
+// nothing. There is no limit on the number of elements, and JavaScript waits while they are read: an element costs
+// about a microsecond plus as much per property, and the memory of its item.
+void FillConfigInfoVector(napi_env env, napi_value array, std::vector<std::shared_ptr<ConfigInfo>>& items);
+
+// Appends one string per element of `array`, "" for an element that is no string of 1 to MAX_STRING_LENGTH bytes. A
+// value that is no array is logged and appends nothing.
+void FillStringVector(napi_env env, napi_value array, std::vector<std::string>& strings);
+
+} // namespace OHOS::HiviewDFX
+
+#endif // ZELKLOGSERVICE_CONFIG_NAPI_ZELK_CONFIG_INFO_BUILD_H
