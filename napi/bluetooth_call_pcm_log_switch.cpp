@@ -1,0 +1,57 @@
+#include "napi/bluetooth_call_pcm_log_switch.h"
+
+#include "client/zelk_log_service_client.h"
+#include "common/module_log.h"
+#include "napi/util/napi_util.h"
+#include "napi/util/switch_call.h"
+
+namespace OHOS::HiviewDFX {
+
+napi_value HandleBluetoothCallPcmLogSwitch(napi_env env, napi_callback_info info)
+{
+    if (!NapiUtil::IsSystemAppCall()) {
+        LogError("HandleBluetoothCallPcmLogSwitch: current app is not system app, so return");
+        return nullptr;
+    }
+    auto context = ReadSwitchCall(env, info,
+                                  {"HandleBluetoothCallPcmLogSwitch: Illegal params number",
+                                   "HandleBluetoothCallPcmLogSwitch: config is undefined", nullptr});
+    if (context == nullptr) {
+        return nullptr;
+    }
+    return NapiUtil::HandleAsyncWork(env, std::move(context), "HandleBluetoothCallPcmLogSwitch",
+                                     NativeHandleBluetoothCallPcmLogSwitch, HandleBluetoothCallPcmLogSwitchCallback);
+}
+
+void NativeHandleBluetoothCallPcmLogSwitch(napi_env, void* data)
+{
+    auto* context = RecordFrom<SwitchContext>(data);
+    if (context == nullptr) {
+        LogError("NativeHandleBluetoothCallPcmLogSwitch: data is null");
+        return;
+    }
+    // The service takes no items with this switch and gives no answer but its code.
+    const auto client = DelayedSingleton<ZelkLogServiceClient>::GetInstance();
+    context->errorCode = client->HandleBluetoothCallPcmLogSwitch(context->switchStatus);
+    context->resolved = context->errorCode == 0;
+}
+
+void HandleBluetoothCallPcmLogSwitchCallback(napi_env env, napi_status, void* data)
+{
+    auto* context = RecordFrom<SwitchContext>(data);
+    if (context == nullptr) {
+        LogError("HandleBluetoothCallPcmLogSwitchCallback: data is null");
+        return;
+    }
+    if (!context->resolved) {
+        // Never answered: the promise stays pending and the record is kept.
+        LogInfo("HandleBluetoothCallPcmLogSwitchCallback: errorcode %{public}d", context->errorCode);
+        return;
+    }
+    // Nobody writes the result of this switch: success answers false.
+    napi_value result = nullptr;
+    napi_get_boolean(env, context->result, &result);
+    NapiUtil::Answer(env, context, result);
+}
+
+} // namespace OHOS::HiviewDFX

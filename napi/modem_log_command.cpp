@@ -1,0 +1,79 @@
+#include "napi/modem_log_command.h"
+
+#include "client/zelk_log_service_client.h"
+#include "common/module_log.h"
+#include "config/napi_zelk_config_info_build.h"
+#include "napi/util/match_parameters.h"
+#include "napi/util/napi_util.h"
+
+namespace OHOS::HiviewDFX {
+
+namespace {
+
+// Properties that are missing leave an empty key or no parameters; the command is sent all the same.
+std::shared_ptr<ConfigInfo> BuildCommand(napi_env env, napi_value command)
+{
+    const std::string key = NapiUtil::GetString(env, NapiUtil::GetProperty(env, command, "configKey"));
+    const auto config = std::make_shared<ConfigInfo>(key);
+    NapiZelkConfigInfoBuild build(config);
+    return build.BuildChangeConfig(env, NapiUtil::GetProperty(env, command, "value"));
+}
+
+} // namespace
+
+napi_value SendModemLogCommand(napi_env env, napi_callback_info info)
+{
+    if (!NapiUtil::IsSystemAppCall()) {
+        LogError("SendModemLogCommand: current app is not system app, so return");
+        return nullptr;
+    }
+    Arguments<2> arguments;
+    if (!ReadObjectArguments(env, info, "SendModemLogCommand: Illegal params", arguments)) {
+        return nullptr;
+    }
+    auto context = std::make_unique<SendCommandContext>();
+    // Only asked whether it can be read: an array is as good a command as any other object.
+    napi_valuetype type = napi_undefined;
+    if (!IsOk(env, napi_typeof(env, arguments[0], &type))) {
+        return nullptr;
+    }
+    context->command = BuildCommand(env, arguments[0]);
+    // The second of two arguments is the callback, whatever its type.
+    if (arguments.count == 2 && !KeepCallback(env, arguments[1], *context)) {
+        return nullptr;
+    }
+    return NapiUtil::HandleAsyncWork(env, std::move(context), "SendModemLogCommand", NativeSendModemLogCommand,
+                                     SendModemLogCommandCallback);
+}
+
+void NativeSendModemLogCommand(napi_env, void* data)
+{
+    auto* context = RecordFrom<SendCommandContext>(data);
+    if (context == nullptr) {
+        // The capture switch's text.
+        LogError("NativeHandleTcpdumpSwitch: data is null");
+        return;
+    }
+    const auto client = DelayedSingleton<ZelkLogServiceClient>::GetInstance();
+    context->errorCode = client->SendModemLogCommand(context->command, context->result);
+    context->resolved = context->errorCode == 0;
+}
+
+void SendModemLogCommandCallback(napi_env env, napi_status, void* data)
+{
+    auto* context = RecordFrom<SendCommandContext>(data);
+    if (context == nullptr) {
+        // The modem log switch's text.
+        LogError("HandleModemLogSwitchCallback: data is null");
+        return;
+    }
+    if (!context->resolved) {
+        // Never answered, and not even logged: the promise stays pending and the record is kept.
+        return;
+    }
+    napi_value result = nullptr;
+    napi_get_boolean(env, context->result, &result);
+    NapiUtil::Answer(env, context, result);
+}
+
+} // namespace OHOS::HiviewDFX

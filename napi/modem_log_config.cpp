@@ -1,0 +1,77 @@
+#include "napi/modem_log_config.h"
+
+#include "client/zelk_log_service_client.h"
+#include "common/module_log.h"
+#include "config/json_to_object.h"
+#include "napi/util/config_query_call.h"
+#include "napi/util/config_reply.h"
+#include "napi/util/napi_util.h"
+
+namespace OHOS::HiviewDFX {
+
+namespace {
+
+// "value" ends as an object in every case, an empty one when the service gave no text.
+void ExpandTextValue(napi_env env, const Json::Value& value, napi_value item)
+{
+    napi_value object = nullptr;
+    napi_create_object(env, &object);
+    if (value.isString()) {
+        ConvertJsonToObject(env, value.asString(), object);
+    }
+    napi_set_named_property(env, item, "value", object);
+}
+
+} // namespace
+
+napi_value GetModemLogConfig(napi_env env, napi_callback_info info)
+{
+    if (!NapiUtil::IsSystemAppCall()) {
+        LogError("GetModemLogConfig: current app is not system app, so return");
+        return nullptr;
+    }
+    auto context = ReadConfigQueryCall(env, info,
+                                       {"GetModemLogConfig: Illegal params",
+                                        "GetModemLogConfig: error object type oe error array type",
+                                        "GetModemLogConfig: only one param", "GetModemLogConfig: Illegal params num"});
+    if (context == nullptr) {
+        return nullptr;
+    }
+    return NapiUtil::HandleAsyncWork(env, std::move(context), "GetModemLogConfig", NativeGetModemLogConfig,
+                                     GetModemLogConfigCallback);
+}
+
+void NativeGetModemLogConfig(napi_env env, void* data)
+{
+    auto* context = RecordFrom<GetConfigContext>(data);
+    if (context == nullptr) {
+        LogError("NativeGetModemLogConfig: data is null");
+        NapiUtil::ThrowError(env, 1, "error");
+        return;
+    }
+    const auto client = DelayedSingleton<ZelkLogServiceClient>::GetInstance();
+    context->errorCode = client->GetModemLogConfig(context->configKeys, context->callbackConfigs);
+    context->resolved = context->errorCode == 0;
+}
+
+void GetModemLogConfigCallback(napi_env env, napi_status, void* data)
+{
+    auto* context = RecordFrom<GetConfigContext>(data);
+    if (context == nullptr) {
+        LogError("GetModemLogConfigCallback: data is null");
+        return;
+    }
+    // Returning here answers nothing: the promise stays pending and the record is kept.
+    if (context->callbackConfigs.empty() || !context->resolved) {
+        LogError("GetModemLogConfigCallback: callbackConfigs is null");
+        return;
+    }
+    napi_value configs = nullptr;
+    if (!ConfigReplyToArray(env, context->callbackConfigs, ExpandTextValue, &configs)) {
+        LogError("GetModemLogConfigCallback: Failed to parse json");
+        return;
+    }
+    NapiUtil::Answer(env, context, configs);
+}
+
+} // namespace OHOS::HiviewDFX

@@ -1,0 +1,55 @@
+#include "napi/modem_log_config_change.h"
+
+#include "client/zelk_log_service_client.h"
+#include "common/module_log.h"
+#include "napi/util/config_change_call.h"
+#include "napi/util/napi_util.h"
+
+namespace OHOS::HiviewDFX {
+
+napi_value ChangeModemLogConfig(napi_env env, napi_callback_info info)
+{
+    if (!NapiUtil::IsSystemAppCall()) {
+        LogError("ChangeModemLogConfig: current app is not system app, so return");
+        return nullptr;
+    }
+    auto context =
+        ReadConfigChangeCall(env, info,
+                             {"ChangeModemLogConfig: Illegal params", "ChangeModemLogConfig: error object type",
+                              "ChangeModemLogConfig: error array type"});
+    if (context == nullptr) {
+        return nullptr;
+    }
+    return NapiUtil::HandleAsyncWork(env, std::move(context), "ChangeModemLogConfig", NativeChangeModemLogConfig,
+                                     ChangeModemLogConfigCallback);
+}
+
+void NativeChangeModemLogConfig(napi_env, void* data)
+{
+    auto* context = RecordFrom<ChangeConfigContext>(data);
+    if (context == nullptr) {
+        LogError("NativeChangeModemLogConfig: data is null");
+        return;
+    }
+    const auto client = DelayedSingleton<ZelkLogServiceClient>::GetInstance();
+    context->errorCode = client->ChangeModemLogConfig(context->configs, context->result);
+    context->resolved = context->errorCode == 0;
+}
+
+void ChangeModemLogConfigCallback(napi_env env, napi_status, void* data)
+{
+    auto* context = RecordFrom<ChangeConfigContext>(data);
+    if (context == nullptr) {
+        LogError("ChangeModemLogConfigCallback: data is null");
+        return;
+    }
+    if (!context->resolved) {
+        // The result is delivered all the same, as the value of the rejection.
+        LogError("ChangeModemLogConfigCallback: asyncContext's resolved is false");
+    }
+    napi_value result = nullptr;
+    napi_get_boolean(env, context->result, &result);
+    NapiUtil::Answer(env, context, result);
+}
+
+} // namespace OHOS::HiviewDFX

@@ -1,0 +1,54 @@
+#include "napi/modem_log_direct_pack_config.h"
+
+#include "client/zelk_log_service_client.h"
+#include "common/module_log.h"
+#include "napi/util/napi_util.h"
+#include "napi/util/unsupported_query_call.h"
+
+namespace OHOS::HiviewDFX {
+
+napi_value GetModemLogDirectPackConfig(napi_env env, napi_callback_info info)
+{
+    if (!NapiUtil::IsSystemAppCall()) {
+        LogError("GetModemLogDirectPackConfig: current app is not system app, so return");
+        return nullptr;
+    }
+    auto context = ReadUnsupportedQueryCall<DirectPackConfigContext>(
+        env, info, "GetModemLogDirectPackConfig current function not support in current time");
+    if (context == nullptr) {
+        return nullptr;
+    }
+    return NapiUtil::HandleAsyncWork(env, std::move(context), "GetModemLogDirectPackConfig",
+                                     NativeGetModemLogDirectPackConfig, GetModemLogDirectPackConfigCallback);
+}
+
+void NativeGetModemLogDirectPackConfig(napi_env, void* data)
+{
+    auto* context = RecordFrom<DirectPackConfigContext>(data);
+    if (context == nullptr) {
+        LogError("NativeGetModemLogDirectPackConfig: data is null");
+        return;
+    }
+    const auto client = DelayedSingleton<ZelkLogServiceClient>::GetInstance();
+    context->errorCode = client->GetModemLogDirectPackConfig(context->directPackConfig);
+    context->resolved = context->errorCode == 0;
+}
+
+void GetModemLogDirectPackConfigCallback(napi_env env, napi_status, void* data)
+{
+    auto* context = RecordFrom<DirectPackConfigContext>(data);
+    if (context == nullptr) {
+        LogError("GetModemLogDirectPackConfigCallback: data is null");
+        return;
+    }
+    if (!context->resolved) {
+        // Never answered: the promise stays pending and the record is kept.
+        LogError("GetModemLogDirectPackConfigCallback: callbackConfigs is null");
+        return;
+    }
+    napi_value config = nullptr;
+    napi_create_string_utf8(env, context->directPackConfig.c_str(), NAPI_AUTO_LENGTH, &config);
+    NapiUtil::Answer(env, context, config);
+}
+
+} // namespace OHOS::HiviewDFX

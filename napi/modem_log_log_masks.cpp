@@ -1,0 +1,59 @@
+#include "napi/modem_log_log_masks.h"
+
+#include "client/zelk_log_service_client.h"
+#include "common/module_log.h"
+#include "napi/util/config_reply.h"
+#include "napi/util/napi_util.h"
+#include "napi/util/unsupported_query_call.h"
+
+namespace OHOS::HiviewDFX {
+
+napi_value GetModemLogLogMasks(napi_env env, napi_callback_info info)
+{
+    if (!NapiUtil::IsSystemAppCall()) {
+        LogError("GetModemLogLogMasks: current app is not system app, so return");
+        return nullptr;
+    }
+    auto context = ReadUnsupportedQueryCall<LogMasksContext>(
+        env, info, "GetModemLogLogMasks current function not support in current time");
+    if (context == nullptr) {
+        return nullptr;
+    }
+    return NapiUtil::HandleAsyncWork(env, std::move(context), "GetModemLogLogMasks", NativeGetModemLogLogMasks,
+                                     GetModemLogLogMasksCallback);
+}
+
+void NativeGetModemLogLogMasks(napi_env, void* data)
+{
+    auto* context = RecordFrom<LogMasksContext>(data);
+    if (context == nullptr) {
+        LogError("NativeGetModemLogLogMasks: data is null");
+        return;
+    }
+    const auto client = DelayedSingleton<ZelkLogServiceClient>::GetInstance();
+    context->errorCode = client->GetModemLogLogMasks(context->logMasks);
+    context->resolved = context->errorCode == 0;
+}
+
+void GetModemLogLogMasksCallback(napi_env env, napi_status, void* data)
+{
+    auto* context = RecordFrom<LogMasksContext>(data);
+    if (context == nullptr) {
+        LogError("GetModemLogLogMasksCallback: data is null");
+        return;
+    }
+    // Returning here answers nothing: the promise stays pending and the record is kept.
+    if (context->logMasks.empty() || !context->resolved) {
+        LogError("GetModemLogLogMasksCallback: callbackConfigs is null");
+        return;
+    }
+    // A mask's "value" stays the string that it is.
+    napi_value masks = nullptr;
+    if (!ConfigReplyToArray(env, context->logMasks, nullptr, &masks)) {
+        LogError("GetModemLogLogMasksCallback: Failed to parse json");
+        return;
+    }
+    NapiUtil::Answer(env, context, masks);
+}
+
+} // namespace OHOS::HiviewDFX

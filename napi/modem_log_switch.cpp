@@ -1,0 +1,60 @@
+#include "napi/modem_log_switch.h"
+
+#include "client/zelk_log_service_client.h"
+#include "common/module_log.h"
+#include "napi/util/napi_util.h"
+#include "napi/util/switch_call.h"
+
+namespace OHOS::HiviewDFX {
+
+napi_value HandleModemLogSwitch(napi_env env, napi_callback_info info)
+{
+    if (!NapiUtil::IsSystemAppCall()) {
+        LogError("HandleModemLogSwitch: current app is not system app, so return");
+        return nullptr;
+    }
+    auto context =
+        ReadSwitchCall(env, info,
+                       {"HandleModemLogSwitch: Illegal params number", "HandleModemLogSwitch: config is undefined",
+                        "HandleModemLogSwitch: switchStatus, %{public}d"});
+    if (context == nullptr) {
+        return nullptr;
+    }
+    return NapiUtil::HandleAsyncWork(env, std::move(context), "HandleModemLogSwitch", NativeHandleModemLogSwitch,
+                                     HandleModemLogSwitchCallback);
+}
+
+void NativeHandleModemLogSwitch(napi_env, void* data)
+{
+    auto* context = RecordFrom<SwitchContext>(data);
+    if (context == nullptr) {
+        LogError("NativeHandleModemLogSwitch: data is null");
+        return;
+    }
+    const auto client = DelayedSingleton<ZelkLogServiceClient>::GetInstance();
+    if (context->configs.empty()) {
+        LogInfo("NativeHandleModemLogSwitch asyncContext configs is empty");
+        context->errorCode = client->HandleModemLogSwitch(context->switchStatus, context->result);
+    } else {
+        context->errorCode = client->HandleModemLogSwitch(context->switchStatus, context->configs, context->result);
+    }
+    context->resolved = context->errorCode == 0;
+}
+
+void HandleModemLogSwitchCallback(napi_env env, napi_status, void* data)
+{
+    auto* context = RecordFrom<SwitchContext>(data);
+    if (context == nullptr) {
+        LogError("HandleModemLogSwitchCallback: data is null");
+        return;
+    }
+    if (!context->resolved) {
+        // The result is delivered all the same, as the value of the rejection.
+        LogError("[HandleModemLogSwitchCallback] !asyncContext->resolved");
+    }
+    napi_value result = nullptr;
+    napi_get_boolean(env, context->result, &result);
+    NapiUtil::Answer(env, context, result);
+}
+
+} // namespace OHOS::HiviewDFX

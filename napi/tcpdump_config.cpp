@@ -1,0 +1,79 @@
+#include "napi/tcpdump_config.h"
+
+#include "client/zelk_log_service_client.h"
+#include "common/module_log.h"
+#include "config/json_to_object.h"
+#include "napi/util/config_query_call.h"
+#include "napi/util/config_reply.h"
+#include "napi/util/napi_util.h"
+
+namespace OHOS::HiviewDFX {
+
+namespace {
+
+// "value" is read as text whatever its type, and always converted. What has no text reads as the empty one.
+void ExpandAnyValue(napi_env env, const Json::Value& value, napi_value item)
+{
+    const bool hasText = !value.isArray() && !value.isObject();
+    napi_value object = nullptr;
+    napi_create_object(env, &object);
+    ConvertJsonToObject(env, hasText ? value.asString() : "", object);
+    napi_set_named_property(env, item, "value", object);
+}
+
+} // namespace
+
+napi_value GetTcpdumpConfig(napi_env env, napi_callback_info info)
+{
+    if (!NapiUtil::IsSystemAppCall()) {
+        LogError("GetTcpdumpConfig: current app is not system app, so return");
+        return nullptr;
+    }
+    auto context = ReadConfigQueryCall(env, info,
+                                       {"GetTcpdumpConfig: Illegal params",
+                                        "GetTcpdumpConfig: error object type oe error array type",
+                                        "GetTcpdumpConfig: only one param", "GetTcpdumpConfig: Illegal params num"});
+    if (context == nullptr) {
+        return nullptr;
+    }
+    return NapiUtil::HandleAsyncWork(env, std::move(context), "GetTcpdumpConfig", NativeGetTcpdumpConfig,
+                                     GetTcpdumpConfigCallback);
+}
+
+void NativeGetTcpdumpConfig(napi_env env, void* data)
+{
+    auto* context = RecordFrom<GetConfigContext>(data);
+    if (context == nullptr) {
+        LogError("NativeGetTcpdumpConfig: data is null");
+        NapiUtil::ThrowError(env, 1, "error");
+        return;
+    }
+    const auto client = DelayedSingleton<ZelkLogServiceClient>::GetInstance();
+    context->errorCode = client->GetTcpdumpConfig(context->configKeys, context->callbackConfigs);
+    LogInfo("[TCP dump] NativeGetTcpdumpConfig errorCode %{public}d", context->errorCode);
+    context->resolved = context->errorCode == 0;
+}
+
+void GetTcpdumpConfigCallback(napi_env env, napi_status, void* data)
+{
+    auto* context = RecordFrom<GetConfigContext>(data);
+    if (context == nullptr) {
+        LogError("GetTcpdumpConfigCallback: data is null");
+        return;
+    }
+    LogError("[TCP dump] GetTcpdumpConfigCallback %{public}d - %{public}d", context->callbackConfigs.empty(),
+             !context->resolved);
+    // Returning here answers nothing: the promise stays pending and the record is kept.
+    if (context->callbackConfigs.empty() || !context->resolved) {
+        LogError("GetTcpdumpConfigCallback: callbackConfigs is null");
+        return;
+    }
+    napi_value configs = nullptr;
+    if (!ConfigReplyToArray(env, context->callbackConfigs, ExpandAnyValue, &configs)) {
+        LogError("GetTcpdumpConfigCallback: Failed to parse json");
+        return;
+    }
+    NapiUtil::Answer(env, context, configs);
+}
+
+} // namespace OHOS::HiviewDFX

@@ -1,0 +1,59 @@
+#include "napi/tcpdump_config_change.h"
+
+#include "client/zelk_log_service_client.h"
+#include "common/module_log.h"
+#include "napi/util/config_change_call.h"
+#include "napi/util/napi_util.h"
+
+namespace OHOS::HiviewDFX {
+
+napi_value ChangeTcpdumpConfig(napi_env env, napi_callback_info info)
+{
+    // "enter" and "end" are written at ERROR level on every call, although nothing is wrong.
+    LogError("[TCP dump] napi ChangeTcpdumpConfig: enter");
+    if (!NapiUtil::IsSystemAppCall()) {
+        LogError("ChangeTcpdumpConfig: current app is not system app, so return");
+        return nullptr;
+    }
+    auto context = ReadConfigChangeCall(env, info,
+                                        {"[TCP dump] napi ChangeTcpdumpConfig: Illegal params",
+                                         "[TCP dump] napi ChangeTcpdumpConfig: error object type",
+                                         "[TCP dump] napi ChangeTcpdumpConfig: error array type"});
+    if (context == nullptr) {
+        return nullptr;
+    }
+    LogError("[TCP dump] napi ChangeTcpdumpConfig: end");
+    return NapiUtil::HandleAsyncWork(env, std::move(context), "ChangeTcpdumpConfig", NativeChangeTcpdumpConfig,
+                                     ChangeTcpdumpConfigCallback);
+}
+
+void NativeChangeTcpdumpConfig(napi_env, void* data)
+{
+    auto* context = RecordFrom<ChangeConfigContext>(data);
+    if (context == nullptr) {
+        LogError("NativeChangeTcpdumpConfig: data is null");
+        return;
+    }
+    const auto client = DelayedSingleton<ZelkLogServiceClient>::GetInstance();
+    context->errorCode = client->ChangeTcpdumpConfig(context->configs, context->result);
+    context->resolved = context->errorCode == 0;
+}
+
+void ChangeTcpdumpConfigCallback(napi_env env, napi_status, void* data)
+{
+    auto* context = RecordFrom<ChangeConfigContext>(data);
+    if (context == nullptr) {
+        // The modem log's text.
+        LogError("ChangeModemLogConfigCallback: data is null");
+        return;
+    }
+    if (!context->resolved) {
+        // Never answered, and not even logged: the promise stays pending and the record is kept.
+        return;
+    }
+    napi_value result = nullptr;
+    napi_get_boolean(env, context->result, &result);
+    NapiUtil::Answer(env, context, result);
+}
+
+} // namespace OHOS::HiviewDFX

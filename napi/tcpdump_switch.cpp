@@ -1,0 +1,62 @@
+#include "napi/tcpdump_switch.h"
+
+#include "client/zelk_log_service_client.h"
+#include "common/module_log.h"
+#include "napi/util/napi_util.h"
+#include "napi/util/switch_call.h"
+
+namespace OHOS::HiviewDFX {
+
+napi_value HandleTcpdumpSwitch(napi_env env, napi_callback_info info)
+{
+    if (!NapiUtil::IsSystemAppCall()) {
+        LogError("HandleTcpdumpSwitch: current app is not system app, so return");
+        return nullptr;
+    }
+    // The text about an undefined configuration is the modem log switch's.
+    auto context = ReadSwitchCall(
+        env, info,
+        {"HandleTcpdumpSwitch: Illegal params number", "HandleModemLogSwitch: config is undefined", nullptr});
+    if (context == nullptr) {
+        return nullptr;
+    }
+    return NapiUtil::HandleAsyncWork(env, std::move(context), "HandleTcpdumpSwitch", NativeHandleTcpdumpSwitch,
+                                     HandleTcpdumpSwitchCallback);
+}
+
+void NativeHandleTcpdumpSwitch(napi_env, void* data)
+{
+    auto* context = RecordFrom<SwitchContext>(data);
+    if (context == nullptr) {
+        LogError("NativeHandleTcpdumpSwitch: data is null");
+        return;
+    }
+    if (context->configs.empty()) {
+        LogInfo("[TCP dump] NativeHandleTcpdumpSwitch asyncContext configs is empty");
+    }
+    const auto client = DelayedSingleton<ZelkLogServiceClient>::GetInstance();
+    context->errorCode = context->configs.empty()
+                             ? client->HandleTcpdumpSwitch(context->switchStatus, context->result)
+                             : client->HandleTcpdumpSwitch(context->switchStatus, context->configs, context->result);
+    context->resolved = context->errorCode == 0;
+}
+
+void HandleTcpdumpSwitchCallback(napi_env env, napi_status, void* data)
+{
+    auto* context = RecordFrom<SwitchContext>(data);
+    if (context == nullptr) {
+        // The modem log switch's text.
+        LogError("HandleModemLogSwitchCallback: data is null");
+        return;
+    }
+    if (!context->resolved) {
+        // Never answered: the promise stays pending and the record is kept.
+        LogInfo("HandleTcpdumpSwitchCallback: errorcode %{public}d", context->errorCode);
+        return;
+    }
+    napi_value result = nullptr;
+    napi_get_boolean(env, context->result, &result);
+    NapiUtil::Answer(env, context, result);
+}
+
+} // namespace OHOS::HiviewDFX

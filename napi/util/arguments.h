@@ -1,0 +1,50 @@
+// Reading the arguments of a JavaScript call.
+#ifndef ZELKLOGSERVICE_NAPI_UTIL_ARGUMENTS_H
+#define ZELKLOGSERVICE_NAPI_UTIL_ARGUMENTS_H
+
+#include <array>
+#include <cstddef>
+
+#include "napi/native_api.h"
+#include "napi/util/base_context.h"
+#include "napi/util/checked_call.h"
+
+namespace OHOS::HiviewDFX {
+
+// Up to N arguments of a call. `count` is the number that JavaScript passed, which may be larger than N. A slot past it
+// is null on every runtime, also on those that write `undefined` there.
+template <size_t N>
+struct Arguments {
+    size_t count = 0;
+    std::array<napi_value, N> values = {};
+
+    napi_value operator[](size_t index) const
+    {
+        return values[index];
+    }
+};
+
+// False when the arguments cannot be read, which has been thrown.
+template <size_t N>
+bool ReadArguments(napi_env env, napi_callback_info info, Arguments<N>& arguments)
+{
+    arguments.count = N;
+    if (!IsOk(env, napi_get_cb_info(env, info, &arguments.count, arguments.values.data(), nullptr, nullptr))) {
+        return false;
+    }
+    for (size_t index = arguments.count; index < N; ++index) {
+        arguments.values[index] = nullptr;
+    }
+    return true;
+}
+
+// Makes `value` the call's callback, whatever its type. False when that fails, which has been thrown.
+bool KeepCallback(napi_env env, napi_value value, BaseContext& context);
+
+// Makes `value` the call's callback when it is a function; any other value is ignored. False when a Node-API call
+// fails, which has been thrown.
+bool KeepCallbackIfFunction(napi_env env, napi_value value, BaseContext& context);
+
+} // namespace OHOS::HiviewDFX
+
+#endif // ZELKLOGSERVICE_NAPI_UTIL_ARGUMENTS_H

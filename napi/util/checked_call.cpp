@@ -1,0 +1,22 @@
+#include "napi/util/checked_call.h"
+
+namespace OHOS::HiviewDFX {
+
+bool IsOk(napi_env env, napi_status status)
+{
+    if (status == napi_ok) {
+        return true;
+    }
+    const napi_extended_error_info* info = nullptr;
+    napi_get_last_error_info(env, &info);
+    // Taken out now: several runtimes overwrite the record with the next call, the question below included.
+    const char* message = info == nullptr ? nullptr : info->error_message;
+    bool isPending = false;
+    napi_is_exception_pending(env, &isPending);
+    if (!isPending && info != nullptr) {
+        napi_throw_error(env, nullptr, message == nullptr ? "empty error message" : message);
+    }
+    return false;
+}
+
+} // namespace OHOS::HiviewDFX

@@ -1,0 +1,40 @@
+#include "napi/util/config_change_call.h"
+
+#include "common/module_log.h"
+#include "config/napi_zelk_config_info_build.h"
+#include "napi/util/checked_call.h"
+#include "napi/util/match_parameters.h"
+#include "napi/util/napi_util.h"
+
+namespace OHOS::HiviewDFX {
+
+std::unique_ptr<ChangeConfigContext> ReadConfigChangeCall(napi_env env, napi_callback_info info,
+                                                          const ConfigChangeTexts& texts)
+{
+    Arguments<2> arguments;
+    if (!ReadObjectArguments(env, info, texts.illegalParams, arguments)) {
+        return nullptr;
+    }
+    auto context = std::make_unique<ChangeConfigContext>();
+    napi_valuetype type = napi_undefined;
+    if (!IsOk(env, napi_typeof(env, arguments[0], &type))) {
+        return nullptr;
+    }
+    if (type != napi_object) {
+        LogError(texts.errorObjectType);
+        return nullptr;
+    }
+    if (!NapiUtil::IsArray(env, arguments[0])) {
+        LogError(texts.errorArrayType);
+        return nullptr;
+    }
+    std::vector<std::shared_ptr<ConfigInfo>> configs;
+    FillConfigInfoVector(env, arguments[0], configs);
+    context->configs = std::move(configs);
+    if (arguments.count == 2 && !KeepCallbackIfFunction(env, arguments[1], *context)) {
+        return nullptr;
+    }
+    return context;
+}
+
+} // namespace OHOS::HiviewDFX

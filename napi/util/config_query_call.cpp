@@ -1,0 +1,43 @@
+#include "napi/util/config_query_call.h"
+
+#include "common/module_log.h"
+#include "config/napi_zelk_config_info_build.h"
+#include "napi/util/checked_call.h"
+#include "napi/util/match_parameters.h"
+#include "napi/util/napi_util.h"
+
+namespace OHOS::HiviewDFX {
+
+std::unique_ptr<GetConfigContext> ReadConfigQueryCall(napi_env env, napi_callback_info info,
+                                                      const ConfigQueryTexts& texts)
+{
+    Arguments<2> arguments;
+    if (!ReadObjectArguments(env, info, texts.illegalParams, arguments)) {
+        return nullptr;
+    }
+    auto context = std::make_unique<GetConfigContext>();
+    napi_valuetype type = napi_undefined;
+    if (!IsOk(env, napi_typeof(env, arguments[0], &type))) {
+        return nullptr;
+    }
+    if (type != napi_object || !NapiUtil::IsArray(env, arguments[0])) {
+        LogError(texts.errorType);
+        return nullptr;
+    }
+    std::vector<std::string> keys;
+    FillStringVector(env, arguments[0], keys);
+    context->configKeys = std::move(keys);
+    if (arguments.count == 2) {
+        if (!KeepCallbackIfFunction(env, arguments[1], *context)) {
+            return nullptr;
+        }
+    } else if (arguments.count == 1) {
+        LogInfo(texts.onlyOneParam);
+    } else {
+        LogError(texts.illegalCount);
+        return nullptr;
+    }
+    return context;
+}
+
+} // namespace OHOS::HiviewDFX

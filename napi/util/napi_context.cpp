@@ -1,0 +1,75 @@
+#include "napi/util/napi_context.h"
+
+#include <memory>
+#include <utility>
+
+#include "common/module_log.h"
+#include "napi/util/checked_call.h"
+#include "napi/util/napi_util.h"
+
+namespace OHOS::HiviewDFX {
+
+NapiContext::NapiContext(napi_env contextEnv, std::string contextName) : name(std::move(contextName)), env(contextEnv)
+{
+    Log(LOG_INFO, TAG_FRAMEWORK, "[%{public}s]\"[%{public}s]\"", "NapiContext", name.c_str());
+}
+
+NapiContext::~NapiContext()
+{
+    if (work != nullptr) {
+        napi_delete_async_work(env, work);
+    }
+    Log(LOG_INFO, TAG_FRAMEWORK, "[%{public}s]\"[%{public}s]\"", "~NapiContext", name.c_str());
+}
+
+napi_value NapiContext::Execute()
+{
+    std::unique_ptr<NapiContext> self(this);
+    napi_value promise = nullptr;
+    if (!IsOk(env, napi_create_promise(env, &deferred, &promise)) || !CreateWork()) {
+        return nullptr;
+    }
+    const napi_status status = napi_queue_async_work(env, work);
+    if (status == napi_ok) {
+        static_cast<void>(self.release());
+        return promise;
+    }
+    const std::string statusText = std::to_string(status);
+    Log(LOG_INFO, TAG_FRAMEWORK, "[%{public}s]\"[%{public}s]napi_queue_async_work fail: errorCode=%{public}s\"",
+        "Execute", name.c_str(), statusText.c_str());
+    return IsOk(env, napi_throw_error(env, statusText.c_str(), "error at napi_queue_async_work")) ? promise : nullptr;
+}
+
+bool NapiContext::CreateWork()
+{
+    napi_value resource = NapiUtil::CreateUndefined(env);
+    napi_value resourceName = nullptr;
+    return IsOk(env, napi_create_string_utf8(env, name.data(), name.size(), &resourceName)) &&
+           IsOk(env, napi_create_async_work(env, resource, resourceName, OnGlobalExecuteCallback,
+                                            OnGlobalCompleteCallback, this, &work));
+}
+
+void OnGlobalExecuteCallback(napi_env, void* data)
+{
+    Log(LOG_INFO, TAG_FRAMEWORK, "[%{public}s]\"enter\"", "OnGlobalExecuteCallback");
+    if (data == nullptr) {
+        Log(LOG_WARN, TAG_FRAMEWORK, "[%{public}s]\"context is null\"", "OnGlobalExecuteCallback");
+        return;
+    }
+    static_cast<NapiContext*>(data)->OnExecuteCallback();
+    Log(LOG_INFO, TAG_FRAMEWORK, "[%{public}s]\"leave\"", "OnGlobalExecuteCallback");
+}
+
+void OnGlobalCompleteCallback(napi_env env, napi_status status, void* data)
+{
+    Log(LOG_INFO, TAG_FRAMEWORK, "[%{public}s]\"enter\"", "OnGlobalCompleteCallback");
+    if (data == nullptr) {
+        Log(LOG_WARN, TAG_FRAMEWORK, "[%{public}s]\"context is null\"", "OnGlobalCompleteCallback");
+        return;
+    }
+    const std::unique_ptr<NapiContext> context(static_cast<NapiContext*>(data));
+    context->OnCompleteCallback(env, status);
+    Log(LOG_INFO, TAG_FRAMEWORK, "[%{public}s]\"leave\"", "OnGlobalCompleteCallback");
+}
+
+} // namespace OHOS::HiviewDFX

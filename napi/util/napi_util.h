@@ -1,0 +1,130 @@
+// The steps that the JavaScript functions share: the async frame and the access to JavaScript values.
+#ifndef ZELKLOGSERVICE_NAPI_UTIL_NAPI_UTIL_H
+#define ZELKLOGSERVICE_NAPI_UTIL_NAPI_UTIL_H
+
+#include <cstdint>
+#include <memory>
+#include <new>
+#include <string>
+#include <vector>
+
+#include "napi/native_api.h"
+#include "napi/util/base_context.h"
+
+namespace OHOS::HiviewDFX {
+
+// The longest string, in UTF-8 bytes without the terminator, that NapiUtil::GetString accepts.
+constexpr uint32_t MAX_STRING_LENGTH = 8194;
+
+// All functions belong to the JavaScript thread of `env`. "Throws" means a JavaScript exception made by IsOk (see
+// checked_call.h) for a Node-API call that failed; no C++ exception leaves this class.
+class NapiUtil {
+public:
+    // ---- The async frame (async_frame.cpp) ----
+
+    // Whether the calling process is a system application. Asked anew on every call.
+    static bool IsSystemAppCall();
+
+    // `undefined`; null after a failure, which has been thrown.
+    static napi_value CreateUndefined(napi_env env);
+
+    // Throws an Error whose `code` is the decimal text of `code`. A throw that fails is logged.
+    static void ThrowError(napi_env env, int32_t code, const std::string& msg);
+
+    // Starts the call: makes the promise (unless `context` has a callback reference) and queues `execute` on the worker
+    // pool, to be followed by `complete` on this thread, both with `context` as their data. Returns what the JavaScript
+    // function returns to its caller: the promise, `undefined` in callback mode, null after a failure.
+    //
+    // Takes over `context`. What becomes of it:
+    // - queued: it lives until Handle2ValueCallback;
+    // - a Node-API call fails before the queue call: thrown; the callback reference and the record are released;
+    // - the queue call fails: an Error "error at napi_queue_async_work" with the status as code is thrown, the record
+    //   and its work stay allocated, and the promise, which never settles, or `undefined` is returned all the same;
+    // - that throw fails too: the reference and the record are released, the work stays allocated.
+    // A promise that was made before a later call failed is unreachable for JavaScript; its deferred stays allocated.
+    static napi_value HandleAsyncWork(napi_env env, BaseContext* context, const std::string& workName,
+                                      napi_async_execute_callback execute, napi_async_complete_callback complete);
+
+    // The same for the owner of a whole record: where the frame would free the bare storage, the members go too.
+    template <typename Record>
+    static napi_value HandleAsyncWork(napi_env env, std::unique_ptr<Record> record, const std::string& workName,
+                                      napi_async_execute_callback execute, napi_async_complete_callback complete)
+    {
+        napi_value result = nullptr;
+        if (QueueAsyncWork(env, record.get(), workName, execute, complete, &result)) {
+            static_cast<void>(record.release());
+        }
+        return result;
+    }
+
+    // Ends the call: hands `value` to the callback as its only argument, or resolves the promise with it, or rejects
+    // the promise with it when the record is not `resolved`; then frees the work, the callback reference and the
+    // record's storage. A delivery that fails (the callback throws or is no function) is thrown and frees nothing.
+    static void Handle2ValueCallback(napi_env env, BaseContext* context, napi_value value);
+
+    // Ends the call of a whole record: destroys what the record's members own, which the frame knows nothing of, and
+    // leaves the bare head to Handle2ValueCallback.
+    template <typename Record>
+    static void Answer(napi_env env, Record* record, napi_value value)
+    {
+        const BaseContext head = static_cast<const BaseContext&>(*record);
+        record->~Record();
+        Handle2ValueCallback(env, ::new (static_cast<void*>(record)) BaseContext(head), value);
+    }
+
+    // ---- Access to JavaScript values (value_access.cpp) ----
+    //
+    // A Node-API call that fails becomes a log line and the fallback named here, so that callers need check nothing.
+    // An exception that the caller's own getter or proxy threw stays pending and reaches the caller.
+
+    // True when the type is exactly `expected`. Throws, and yields false, when the type cannot be read, as with a null
+    // value.
+    static bool MatchValueType(napi_env env, napi_value value, napi_valuetype expected);
+    // Fallback: napi_undefined.
+    static napi_valuetype GetType(napi_env env, napi_value value);
+    // True also when the type cannot be read.
+    static bool IsUndefined(napi_env env, napi_value value);
+    // Fallback: false.
+    static bool IsArray(napi_env env, napi_value value);
+    // Fallback: false.
+    static bool GetBool(napi_env env, napi_value value);
+    // Converted as Node-API does. Fallback: 0.
+    static int32_t GetInt32(napi_env env, napi_value value);
+    static int64_t GetInt64(napi_env env, napi_value value);
+    // A string of 1 to MAX_STRING_LENGTH bytes, up to its first NUL. Fallback, also for "" and longer strings: "".
+    static std::string GetString(napi_env env, napi_value value);
+    // A JavaScript string of all bytes of `text`. Throws, and returns null, when it cannot be made.
+    static napi_value CreateStringValue(napi_env env, const std::string& text);
+
+    // The named property, `undefined` when the object lacks it. Null when it cannot be read.
+    static napi_value GetProperty(napi_env env, napi_value object, const std::string& name);
+    // Appends the object's own property names in the runtime's order; a name that GetString refuses becomes "".
+    static void GetPropertyNames(napi_env env, napi_value object, std::vector<std::string>& names);
+    // Throws when the string cannot be made or set.
+    static void SetPropertyStringUtf8(napi_env env, napi_value object, const std::string& name,
+                                      const std::string& value);
+
+    // Fallback: 0.
+    static uint32_t GetArrayLength(napi_env env, napi_value array);
+    // Null when it cannot be read.
+    static napi_value GetElement(napi_env env, napi_value array, uint32_t index);
+    // The type that all elements share. napi_null for an empty array, which tells it from an unusable one;
+    // napi_undefined for elements of different types and for an array that cannot be read.
+    static napi_valuetype GetArrayType(napi_env env, napi_value array);
+    // Append one entry per element that can be fetched, the scalar's fallback where it cannot be converted.
+    static void GetBooleans(napi_env env, napi_value array, std::vector<bool>& out);
+    static void GetInt32s(napi_env env, napi_value array, std::vector<int>& out);
+    // Reads every element with GetString, logging as it does, into its own copy of `out`: the caller's vector stays as
+    // it was. `maximumLength` is not read.
+    static void GetStrings(napi_env env, napi_value array, std::vector<std::string> out, uint32_t maximumLength);
+
+private:
+    // True when the record belongs to the frame from now on; false when the caller still owns it.
+    static bool QueueAsyncWork(napi_env env, BaseContext* context, const std::string& workName,
+                               napi_async_execute_callback execute, napi_async_complete_callback complete,
+                               napi_value* result);
+};
+
+} // namespace OHOS::HiviewDFX
+
+#endif // ZELKLOGSERVICE_NAPI_UTIL_NAPI_UTIL_H

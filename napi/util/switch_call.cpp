@@ -1,0 +1,71 @@
+#include "napi/util/switch_call.h"
+
+#include "common/module_log.h"
+#include "config/napi_zelk_config_info_build.h"
+#include "napi/util/arguments.h"
+#include "napi/util/checked_call.h"
+#include "napi/util/napi_util.h"
+
+namespace OHOS::HiviewDFX {
+
+namespace {
+
+bool ReadState(napi_env env, napi_value state, const SwitchTexts& texts, SwitchContext& context)
+{
+    napi_valuetype type = napi_undefined;
+    if (!IsOk(env, napi_typeof(env, state, &type))) {
+        return false;
+    }
+    if (type == napi_boolean) {
+        context.switchStatus = NapiUtil::GetBool(env, state);
+        if (texts.switchStatus != nullptr) {
+            LogError(texts.switchStatus, context.switchStatus);
+        }
+    }
+    return true;
+}
+
+// False when `value` is no array.
+bool ReadConfigs(napi_env env, napi_value value, SwitchContext& context)
+{
+    if (!NapiUtil::IsArray(env, value)) {
+        return false;
+    }
+    std::vector<std::shared_ptr<ConfigInfo>> configs;
+    FillConfigInfoVector(env, value, configs);
+    context.configs = std::move(configs);
+    return true;
+}
+
+} // namespace
+
+std::unique_ptr<SwitchContext> ReadSwitchCall(napi_env env, napi_callback_info info, const SwitchTexts& texts)
+{
+    Arguments<3> arguments;
+    if (!ReadArguments(env, info, arguments)) {
+        return nullptr;
+    }
+    auto context = std::make_unique<SwitchContext>();
+    if (arguments.count > 3) {
+        LogError(texts.illegalCount);
+        return nullptr;
+    }
+    if (!ReadState(env, arguments[0], texts, *context)) {
+        return nullptr;
+    }
+    if (arguments.count == 3) {
+        if (!KeepCallback(env, arguments[1], *context)) {
+            return nullptr;
+        }
+        ReadConfigs(env, arguments[2], *context);
+    } else if (arguments.count == 2 && !ReadConfigs(env, arguments[1], *context)) {
+        if (NapiUtil::IsUndefined(env, arguments[1])) {
+            LogInfo(texts.configUndefined);
+        } else if (!KeepCallback(env, arguments[1], *context)) {
+            return nullptr;
+        }
+    }
+    return context;
+}
+
+} // namespace OHOS::HiviewDFX

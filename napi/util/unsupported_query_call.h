@@ -1,0 +1,40 @@
+// The start of the queries that are not supported at present: they complain, and are carried out all the same.
+#ifndef ZELKLOGSERVICE_NAPI_UTIL_UNSUPPORTED_QUERY_CALL_H
+#define ZELKLOGSERVICE_NAPI_UTIL_UNSUPPORTED_QUERY_CALL_H
+
+#include <memory>
+
+#include "napi/util/arguments.h"
+#include "napi/util/match_parameters.h"
+#include "napi/util/napi_util.h"
+
+namespace OHOS::HiviewDFX {
+
+constexpr int32_t FUNCTION_NOT_SUPPORTED = 6;
+
+// Throws `message` with the code for an unsupported function and goes on while that error is pending: it is what the
+// JavaScript caller gets from the call. Then reads ([callback]); the callback counts only when it is a function and the
+// one argument. Null when a Node-API call fails.
+template <typename Record>
+std::unique_ptr<Record> ReadUnsupportedQueryCall(napi_env env, napi_callback_info info, const char* message)
+{
+    NapiUtil::ThrowError(env, FUNCTION_NOT_SUPPORTED, message);
+    Arguments<1> arguments;
+    if (!ReadArguments(env, info, arguments)) {
+        return nullptr;
+    }
+    // Never stops the call: no argument is as good as any. What does not match is logged.
+    const napi_value* argv = arguments.values.data();
+    if (!MatchParameters(env, argv, {napi_function})) {
+        MatchParameters(env, argv, {});
+    }
+    auto context = std::make_unique<Record>();
+    if (arguments.count == 1 && !KeepCallbackIfFunction(env, arguments[0], *context)) {
+        return nullptr;
+    }
+    return context;
+}
+
+} // namespace OHOS::HiviewDFX
+
+#endif // ZELKLOGSERVICE_NAPI_UTIL_UNSUPPORTED_QUERY_CALL_H
