@@ -1,0 +1,38 @@
+// What the test build of the module and the test's own addon share, within zelk_test.node.
+#ifndef TEST_SUPPORT_CONTROL_H
+#define TEST_SUPPORT_CONTROL_H
+
+#include <atomic>
+#include <vector>
+
+#include <node_api.h>
+
+namespace ZelkTest {
+
+#define ZELK_TEST_EXPORT __attribute__((visibility("default")))
+
+// What the module holds of the runtime, and what it has asked of it since the faults were set.
+struct Counts {
+    std::atomic<int> records{0};
+    std::atomic<int> references{0};
+    std::atomic<int> works{0};
+    std::atomic<int> deferreds{0};
+    std::atomic<int> inFlight{0}; // Works queued and not completed.
+    std::atomic<int> calls{0};    // Node-API calls that can be made to fail.
+    std::atomic<int> faults{0};   // Those that were.
+};
+
+ZELK_TEST_EXPORT Counts& TheCounts();
+
+// Whether this use of a Node-API function is to fail, and with what.
+ZELK_TEST_EXPORT bool TakeFault(const char* function, napi_status* status);
+
+// Notes that a Node-API call ended with `status`, which it gives back. Only while there is a plan of faults.
+ZELK_TEST_EXPORT napi_status Traced(const char* function, napi_status status);
+
+// Makes functions of the module's inside callable from JavaScript.
+ZELK_TEST_EXPORT void AddProbes(const std::vector<napi_property_descriptor>& probes);
+
+} // namespace ZelkTest
+
+#endif // TEST_SUPPORT_CONTROL_H
