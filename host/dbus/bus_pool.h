@@ -1,0 +1,37 @@
+// The connections of this process to one bus.
+#ifndef HOST_DBUS_BUS_POOL_H
+#define HOST_DBUS_BUS_POOL_H
+
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "bus_connection.h"
+
+namespace OHOS::Host {
+
+// Every call has a connection for itself while it lasts, so that calls of several threads are in flight at once and
+// nobody needs a thread to read for all. There are as many connections as there have been calls at the same time, up to
+// a limit; none before the first call. May be used from any thread.
+class BusPool {
+public:
+    explicit BusPool(std::string bus) : bus_(std::move(bus)) {}
+
+    // An open connection for the caller alone, or null when the bus cannot be reached in time.
+    std::unique_ptr<BusConnection> Take(Deadline deadline);
+
+    // Gives it back for the next caller.
+    void Return(std::unique_ptr<BusConnection> connection);
+
+private:
+    std::unique_ptr<BusConnection> TakeIdle();
+
+    const std::string bus_;
+    std::mutex mutex_; // Guards idle_.
+    std::vector<std::unique_ptr<BusConnection>> idle_;
+};
+
+} // namespace OHOS::Host
+
+#endif // HOST_DBUS_BUS_POOL_H
