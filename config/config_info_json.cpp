@@ -31,7 +31,7 @@ void MoveText(std::stringstream& stream, std::string& text)
 }
 
 // Appends characters, integers and texts. They go straight to the stream's buffer: the formatting layer above it costs
-// more than the text itself and follows the process's locale, which must not change what the service receives.
+// more than the text itself, and would group an integer's digits where the process's locale does.
 template <typename... Parts>
 void Put(std::stringstream& stream, const Parts&... parts)
 {

@@ -113,6 +113,14 @@ void NapiZelkConfigInfoBuild::AddArrayParamToList(napi_env env, const std::strin
     }
 }
 
+std::shared_ptr<ConfigInfo> BuildConfigInfo(napi_env env, napi_value object)
+{
+    const std::string key = NapiUtil::GetString(env, NapiUtil::GetProperty(env, object, "configKey"));
+    const auto item = std::make_shared<ConfigInfo>(key);
+    NapiZelkConfigInfoBuild build(item);
+    return build.BuildChangeConfig(env, NapiUtil::GetProperty(env, object, "value"));
+}
+
 void FillConfigInfoVector(napi_env env, napi_value array, std::vector<std::shared_ptr<ConfigInfo>>& items)
 {
     if (!CheckArray(env, array)) {
@@ -121,12 +129,7 @@ void FillConfigInfoVector(napi_env env, napi_value array, std::vector<std::share
     const uint32_t length = NapiUtil::GetArrayLength(env, array);
     for (uint32_t index = 0; index < length; ++index) {
         const ElementScope scope(env);
-        napi_value element = NapiUtil::GetElement(env, array, index);
-        const std::string key = NapiUtil::GetString(env, NapiUtil::GetProperty(env, element, "configKey"));
-        const auto item = std::make_shared<ConfigInfo>(key);
-        NapiZelkConfigInfoBuild build(item);
-        build.BuildChangeConfig(env, NapiUtil::GetProperty(env, element, "value"));
-        items.push_back(item);
+        items.push_back(BuildConfigInfo(env, NapiUtil::GetElement(env, array, index)));
     }
 }
 

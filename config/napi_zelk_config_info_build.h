@@ -22,7 +22,8 @@ namespace OHOS::HiviewDFX {
 //   any other value, any other array   nothing, with a log line; for the array `errorCode` becomes 7
 //
 // Problems are log lines and a smaller item; nothing is thrown. An exception of the caller's own getter or proxy stays
-// pending, and the properties behind it are missing. JavaScript thread only; the builder lives for one item.
+// pending: from there on nothing can be read, so that what follows, further elements included, comes out empty.
+// JavaScript thread only; the builder lives for one item.
 class NapiZelkConfigInfoBuild {
 public:
     // Shares ownership of the item with the caller.
@@ -36,6 +37,9 @@ public:
     int32_t errorCode = 0;
     std::shared_ptr<ConfigInfo> configInfo;
 };
+
+// The item that one object {configKey, value} describes.
+std::shared_ptr<ConfigInfo> BuildConfigInfo(napi_env env, napi_value object);
 
 // Appends one item per element of `array`, each an object {configKey, value}; whatever is wrong with an element, it
 // yields an item, at worst one with the key "" and no parameters. A value that is no array is logged and appends

@@ -2,8 +2,8 @@
 
 #include "client/zelk_log_service_client.h"
 #include "common/module_log.h"
+#include "napi/calls/switch_call.h"
 #include "napi/util/napi_util.h"
-#include "napi/util/switch_call.h"
 
 namespace OHOS::HiviewDFX {
 
@@ -49,9 +49,7 @@ void HandleBluetoothCallPcmLogSwitchCallback(napi_env env, napi_status, void* da
         return;
     }
     // Nobody writes the result of this switch: success answers false.
-    napi_value result = nullptr;
-    napi_get_boolean(env, context->result, &result);
-    NapiUtil::Answer(env, context, result);
+    NapiUtil::AnswerBoolean(env, context, context->result);
 }
 
 } // namespace OHOS::HiviewDFX

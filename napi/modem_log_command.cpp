@@ -8,19 +8,6 @@
 
 namespace OHOS::HiviewDFX {
 
-namespace {
-
-// Properties that are missing leave an empty key or no parameters; the command is sent all the same.
-std::shared_ptr<ConfigInfo> BuildCommand(napi_env env, napi_value command)
-{
-    const std::string key = NapiUtil::GetString(env, NapiUtil::GetProperty(env, command, "configKey"));
-    const auto config = std::make_shared<ConfigInfo>(key);
-    NapiZelkConfigInfoBuild build(config);
-    return build.BuildChangeConfig(env, NapiUtil::GetProperty(env, command, "value"));
-}
-
-} // namespace
-
 napi_value SendModemLogCommand(napi_env env, napi_callback_info info)
 {
     if (!NapiUtil::IsSystemAppCall()) {
@@ -37,7 +24,8 @@ napi_value SendModemLogCommand(napi_env env, napi_callback_info info)
     if (!IsOk(env, napi_typeof(env, arguments[0], &type))) {
         return nullptr;
     }
-    context->command = BuildCommand(env, arguments[0]);
+    // Properties that are missing leave an empty key or no parameters; the command is sent all the same.
+    context->command = BuildConfigInfo(env, arguments[0]);
     // The second of two arguments is the callback, whatever its type.
     if (arguments.count == 2 && !KeepCallback(env, arguments[1], *context)) {
         return nullptr;
@@ -71,9 +59,7 @@ void SendModemLogCommandCallback(napi_env env, napi_status, void* data)
         // Never answered, and not even logged: the promise stays pending and the record is kept.
         return;
     }
-    napi_value result = nullptr;
-    napi_get_boolean(env, context->result, &result);
-    NapiUtil::Answer(env, context, result);
+    NapiUtil::AnswerBoolean(env, context, context->result);
 }
 
 } // namespace OHOS::HiviewDFX

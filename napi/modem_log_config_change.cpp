@@ -2,7 +2,7 @@
 
 #include "client/zelk_log_service_client.h"
 #include "common/module_log.h"
-#include "napi/util/config_change_call.h"
+#include "napi/calls/config_change_call.h"
 #include "napi/util/napi_util.h"
 
 namespace OHOS::HiviewDFX {
@@ -47,9 +47,7 @@ void ChangeModemLogConfigCallback(napi_env env, napi_status, void* data)
         // The result is delivered all the same, as the value of the rejection.
         LogError("ChangeModemLogConfigCallback: asyncContext's resolved is false");
     }
-    napi_value result = nullptr;
-    napi_get_boolean(env, context->result, &result);
-    NapiUtil::Answer(env, context, result);
+    NapiUtil::AnswerBoolean(env, context, context->result);
 }
 
 } // namespace OHOS::HiviewDFX

@@ -2,9 +2,9 @@
 
 #include "client/zelk_log_service_client.h"
 #include "common/module_log.h"
-#include "napi/util/config_reply.h"
+#include "napi/calls/config_reply.h"
+#include "napi/calls/unsupported_query_call.h"
 #include "napi/util/napi_util.h"
-#include "napi/util/unsupported_query_call.h"
 
 namespace OHOS::HiviewDFX {
 

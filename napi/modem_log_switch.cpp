@@ -2,8 +2,8 @@
 
 #include "client/zelk_log_service_client.h"
 #include "common/module_log.h"
+#include "napi/calls/switch_call.h"
 #include "napi/util/napi_util.h"
-#include "napi/util/switch_call.h"
 
 namespace OHOS::HiviewDFX {
 
@@ -52,9 +52,7 @@ void HandleModemLogSwitchCallback(napi_env env, napi_status, void* data)
         // The result is delivered all the same, as the value of the rejection.
         LogError("[HandleModemLogSwitchCallback] !asyncContext->resolved");
     }
-    napi_value result = nullptr;
-    napi_get_boolean(env, context->result, &result);
-    NapiUtil::Answer(env, context, result);
+    NapiUtil::AnswerBoolean(env, context, context->result);
 }
 
 } // namespace OHOS::HiviewDFX

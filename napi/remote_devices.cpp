@@ -32,6 +32,16 @@ bool ReadExactly(napi_env env, napi_callback_info info, const char* function, Ar
     return true;
 }
 
+// On a worker: makes `request` of the client, which writes the reply.
+template <typename Request>
+std::pair<int, std::string> Ask(Request request)
+{
+    std::string reply;
+    const auto client = DelayedSingleton<ZelkLogServiceClient>::GetInstance();
+    const int32_t code = request(*client, reply);
+    return {code, std::move(reply)};
+}
+
 napi_value Run(napi_env env, const char* function, TextExecutor::Job job)
 {
     // Owns itself from here on.
@@ -50,10 +60,9 @@ napi_value FetchRemoteDevicesLogs(napi_env env, napi_callback_info info)
     std::string request = NapiUtil::GetString(env, arguments[0]);
     const int64_t number = NapiUtil::GetInt64(env, arguments[1]);
     return Run(env, "FetchRemoteDevicesLogs", [request = std::move(request), number] {
-        std::string reply;
-        const auto client = DelayedSingleton<ZelkLogServiceClient>::GetInstance();
-        const int32_t code = client->FetchRemoteDevicesLogs(request, reply, number);
-        return std::pair<int, std::string>(code, std::move(reply));
+        return Ask([&](ZelkLogServiceClient& client, std::string& reply) {
+            return client.FetchRemoteDevicesLogs(request, reply, number);
+        });
     });
 }
 
@@ -65,20 +74,16 @@ napi_value QueryRemoteDevicesLogs(napi_env env, napi_callback_info info)
     }
     std::string request = NapiUtil::GetString(env, arguments[0]);
     return Run(env, "QueryRemoteDevicesLogs", [request = std::move(request)] {
-        std::string reply;
-        const auto client = DelayedSingleton<ZelkLogServiceClient>::GetInstance();
-        const int32_t code = client->QueryRemoteDevicesLogs(request, reply);
-        return std::pair<int, std::string>(code, std::move(reply));
+        return Ask([&](ZelkLogServiceClient& client, std::string& reply) {
+            return client.QueryRemoteDevicesLogs(request, reply);
+        });
     });
 }
 
 napi_value GetRemoteDevicesList(napi_env env, napi_callback_info)
 {
     return Run(env, "GetRemoteDevicesList", [] {
-        std::string reply;
-        const auto client = DelayedSingleton<ZelkLogServiceClient>::GetInstance();
-        const int32_t code = client->GetRemoteDevicesList(reply);
-        return std::pair<int, std::string>(code, std::move(reply));
+        return Ask([](ZelkLogServiceClient& client, std::string& reply) { return client.GetRemoteDevicesList(reply); });
     });
 }
 
@@ -90,12 +95,11 @@ napi_value QueryProtocolData(napi_env env, napi_callback_info info)
     }
     std::string request = NapiUtil::GetString(env, arguments[0]);
     return Run(env, "QueryProtocolData", [request = std::move(request)] {
-        std::string reply;
-        const auto client = DelayedSingleton<ZelkLogServiceClient>::GetInstance();
-        const int32_t code = client->QueryProtocolData(request, reply);
+        auto answer = Ask(
+            [&](ZelkLogServiceClient& client, std::string& reply) { return client.QueryProtocolData(request, reply); });
         Log(LOG_INFO, TAG_PROTOCOL, "[%{public}s]\"napi callback into response : %{public}s\"", "operator()",
-            reply.c_str());
-        return std::pair<int, std::string>(code, std::move(reply));
+            answer.second.c_str());
+        return answer;
     });
 }
 

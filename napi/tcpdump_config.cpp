@@ -3,8 +3,8 @@
 #include "client/zelk_log_service_client.h"
 #include "common/module_log.h"
 #include "config/json_to_object.h"
-#include "napi/util/config_query_call.h"
-#include "napi/util/config_reply.h"
+#include "napi/calls/config_query_call.h"
+#include "napi/calls/config_reply.h"
 #include "napi/util/napi_util.h"
 
 namespace OHOS::HiviewDFX {

@@ -2,7 +2,7 @@
 
 #include "client/zelk_log_service_client.h"
 #include "common/module_log.h"
-#include "napi/util/config_change_call.h"
+#include "napi/calls/config_change_call.h"
 #include "napi/util/napi_util.h"
 
 namespace OHOS::HiviewDFX {
@@ -51,9 +51,7 @@ void ChangeTcpdumpConfigCallback(napi_env env, napi_status, void* data)
         // Never answered, and not even logged: the promise stays pending and the record is kept.
         return;
     }
-    napi_value result = nullptr;
-    napi_get_boolean(env, context->result, &result);
-    NapiUtil::Answer(env, context, result);
+    NapiUtil::AnswerBoolean(env, context, context->result);
 }
 
 } // namespace OHOS::HiviewDFX

@@ -2,8 +2,8 @@
 
 #include "client/zelk_log_service_client.h"
 #include "common/module_log.h"
+#include "napi/calls/switch_call.h"
 #include "napi/util/napi_util.h"
-#include "napi/util/switch_call.h"
 
 namespace OHOS::HiviewDFX {
 
@@ -54,9 +54,7 @@ void HandleTcpdumpSwitchCallback(napi_env env, napi_status, void* data)
         LogInfo("HandleTcpdumpSwitchCallback: errorcode %{public}d", context->errorCode);
         return;
     }
-    napi_value result = nullptr;
-    napi_get_boolean(env, context->result, &result);
-    NapiUtil::Answer(env, context, result);
+    NapiUtil::AnswerBoolean(env, context, context->result);
 }
 
 } // namespace OHOS::HiviewDFX

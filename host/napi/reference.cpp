@@ -10,6 +10,7 @@ namespace {
 
 using OHOS::Host::Runtime;
 using OHOS::Host::TheRuntime;
+using OHOS::Host::WithoutPendingException;
 
 constexpr const char* HELD_VALUE = "value";
 bool IsMarked(napi_ref reference)
@@ -50,7 +51,8 @@ napi_status napi_create_reference(napi_env env, napi_value value, uint32_t initi
         return status;
     }
     napi_value holder = nullptr;
-    status = CreateHolder(env, value, &holder);
+    // Allowed on the platform while an exception is pending, like any reference.
+    status = WithoutPendingException(env, [&] { return CreateHolder(env, value, &holder); });
     if (status != napi_ok) {
         return status;
     }
@@ -69,7 +71,10 @@ napi_status napi_get_reference_value(napi_env env, napi_ref reference, napi_valu
     }
     napi_value holder = nullptr;
     const napi_status status = runtime.getReferenceValue(env, Unmark(reference), &holder);
-    return status == napi_ok ? runtime.getNamedProperty(env, holder, HELD_VALUE, result) : status;
+    if (status != napi_ok) {
+        return status;
+    }
+    return WithoutPendingException(env, [&] { return runtime.getNamedProperty(env, holder, HELD_VALUE, result); });
 }
 
 napi_status napi_delete_reference(napi_env env, napi_ref reference)

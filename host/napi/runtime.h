@@ -29,6 +29,27 @@ struct Runtime {
 
 const Runtime& TheRuntime();
 
+// Makes `calls`, which return a status, without the exception that is pending, if one is; it is pending again
+// afterwards.
+template <typename Calls>
+napi_status WithoutPendingException(napi_env env, Calls calls)
+{
+    const Runtime& runtime = TheRuntime();
+    bool isPending = false;
+    napi_status status = runtime.isExceptionPending(env, &isPending);
+    if (status != napi_ok || !isPending) {
+        return calls();
+    }
+    napi_value exception = nullptr;
+    status = runtime.getAndClearLastException(env, &exception);
+    if (status != napi_ok) {
+        return status;
+    }
+    status = calls();
+    const napi_status throwStatus = runtime.throwValue(env, exception);
+    return status != napi_ok ? status : throwStatus;
+}
+
 } // namespace OHOS::Host
 
 #endif // HOST_NAPI_RUNTIME_H

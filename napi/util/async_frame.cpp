@@ -57,9 +57,9 @@ bool CallCallback(napi_env env, const BaseContext& context, napi_value value)
         return false;
     }
     napi_value ignored = nullptr;
-    // A value that could not be made: runtimes follow a null argument blindly.
-    const napi_status status =
-        value == nullptr ? napi_invalid_arg : napi_call_function(env, recv, callback, 1, &value, &ignored);
+    // A value that could not be made: runtimes refuse a missing list, and would follow a null in it blindly.
+    const napi_value* argv = value == nullptr ? nullptr : &value;
+    const napi_status status = napi_call_function(env, recv, callback, 1, argv, &ignored);
     if (!IsOk(env, status) || !IsOk(env, napi_delete_reference(env, context.callbackRef))) {
         return false;
     }

@@ -17,7 +17,7 @@ namespace OHOS::HiviewDFX {
 constexpr uint32_t MAX_STRING_LENGTH = 8194;
 
 // All functions belong to the JavaScript thread of `env`. "Throws" means a JavaScript exception made by IsOk (see
-// checked_call.h) for a Node-API call that failed; no C++ exception leaves this class.
+// checked_call.h) for a Node-API call that failed. C++ exceptions are only those of a process without memory.
 class NapiUtil {
 public:
     // ---- The async frame (async_frame.cpp) ----
@@ -70,6 +70,15 @@ public:
         const BaseContext head = static_cast<const BaseContext&>(*record);
         record->~Record();
         Handle2ValueCallback(env, ::new (static_cast<void*>(record)) BaseContext(head), value);
+    }
+
+    // The same with a boolean.
+    template <typename Record>
+    static void AnswerBoolean(napi_env env, Record* record, bool value)
+    {
+        napi_value boolean = nullptr;
+        napi_get_boolean(env, value, &boolean);
+        Answer(env, record, boolean);
     }
 
     // ---- Access to JavaScript values (value_access.cpp) ----

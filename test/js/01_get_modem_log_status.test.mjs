@@ -1,6 +1,6 @@
 import assert from 'node:assert/strict';
 import { afterEach, test } from 'node:test';
-import { fail, identity, keeps, proxyCount, run, service, SYSTEM_APP, withoutFrame, zelk } from '../support/zelk.mjs';
+import { fail, identity, keeps, probes, proxyCount, run, service, SYSTEM_APP, withoutFrame, zelk } from '../support/zelk.mjs';
 
 const UNRESOLVED = "E ZELK_SERVICE: GetModemLogStatusCallback: asyncContext's resolved is false";
 const ENTER = 'E ZELK_SERVICE: GetModemLogStatus: enter PARAMETER_COUNT_ONE';
@@ -135,4 +135,19 @@ test('keeps the record when the answer cannot be made or delivered', async () =>
     assert.deepEqual(seen.uncaught.map((error) => error.message), ['injected failure'], name);
     assert.equal(seen.callback.length, name === 'napi_delete_reference' ? 1 : 0);
   }
+});
+
+test('the frame takes bare records and no records', async () => {
+  assert.equal((await keeps({}, () => run(() => probes.handleBare()))).rejected, undefined);
+  fail({ name: 'napi_create_promise', nth: 1 });
+  assert.equal((await keeps({}, () => run(() => probes.handleBare()))).thrown.message, 'injected failure');
+  fail();
+  const nothing = await run(() => probes.handleNothing());
+  assert.deepEqual([nothing.returned, nothing.lines], [undefined, [
+    'I ZELK_SERVICE: HandleAsyncWork: workName = [Nothing]', 'E ZELK_SERVICE: HandleAsyncWork: error baseContext',
+  ]]);
+  assert.deepEqual((await run(() => probes.answerNothing())).lines,
+    ['I ZELK_SERVICE: Handle2ValueCallback serious error baseContext nullptr']);
+  // Neither callback nor promise: freed without an answer.
+  assert.deepEqual((await keeps({}, () => run(() => probes.answerNobody()))).lines, ['D ZELK_SERVICE: Handle2ValueCallback end']);
 });

@@ -1,9 +1,10 @@
+import assert from 'node:assert/strict';
 import { test } from 'node:test';
 import {
   E, FORGOTTEN, gateTest, itemLines, items, itemText, MISMATCH, NO_PROXY, PENDING, RUNTIME, sees, textLine,
   UNCALLABLE,
 } from '../support/cases.mjs';
-import { service } from '../support/zelk.mjs';
+import { run, service, zelk } from '../support/zelk.mjs';
 
 const name = 'sendModemLogCommand';
 const [command] = items;
@@ -56,4 +57,11 @@ test(`${name} never answers a command that fails, and does not even log it`, asy
   await sees(name, (callback) => [command, callback], { ...FORGOTTEN, ...sent });
   service(null);
   await sees(name, () => [command], { ...PENDING, lines: [...itemLines, NO_PROXY('SendModemLogCommand')] });
+});
+
+test(`${name} keeps any callback while an exception of the caller's own getter is pending`, async () => {
+  const own = new Error("the caller's own");
+  const seen = await run(() => zelk[name]({ get configKey() { throw own; } }, 5));
+  assert.equal(seen.thrown, own);
+  assert.deepEqual(seen.requests, [['SendModemLogCommand', '{"configKey":"","value":}}']]);
 });

@@ -166,6 +166,17 @@ __attribute__((constructor)) void RegisterProbes()
             +[](napi_env env, const Argv&) -> napi_value {
                 return NapiUtil::HandleAsyncWork(env, nullptr, "Nothing", nullptr, nullptr);
             }),
+        // A bare record, whose complete step answers undefined.
+        Describe(
+            "handleBare",
+            +[](napi_env env, const Argv&) {
+                const auto complete = [](napi_env completeEnv, napi_status, void* data) {
+                    NapiUtil::Handle2ValueCallback(completeEnv, static_cast<BaseContext*>(data),
+                                                   NapiUtil::CreateUndefined(completeEnv));
+                };
+                return NapiUtil::HandleAsyncWork(
+                    env, new BaseContext, "Bare", [](napi_env, void*) {}, complete);
+            }),
         Describe(
             "answerNothing",
             +[](napi_env env, const Argv&) -> napi_value {

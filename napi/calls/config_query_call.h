@@ -1,6 +1,6 @@
 // What the functions that read a configuration have in common: their record, their arguments and their answer.
-#ifndef ZELKLOGSERVICE_NAPI_UTIL_CONFIG_QUERY_CALL_H
-#define ZELKLOGSERVICE_NAPI_UTIL_CONFIG_QUERY_CALL_H
+#ifndef ZELKLOGSERVICE_NAPI_CALLS_CONFIG_QUERY_CALL_H
+#define ZELKLOGSERVICE_NAPI_CALLS_CONFIG_QUERY_CALL_H
 
 #include <memory>
 #include <string>
@@ -30,4 +30,4 @@ std::unique_ptr<GetConfigContext> ReadConfigQueryCall(napi_env env, napi_callbac
 
 } // namespace OHOS::HiviewDFX
 
-#endif // ZELKLOGSERVICE_NAPI_UTIL_CONFIG_QUERY_CALL_H
+#endif // ZELKLOGSERVICE_NAPI_CALLS_CONFIG_QUERY_CALL_H

@@ -1,6 +1,6 @@
 // What the functions that change a configuration have in common: their record and their arguments.
-#ifndef ZELKLOGSERVICE_NAPI_UTIL_CONFIG_CHANGE_CALL_H
-#define ZELKLOGSERVICE_NAPI_UTIL_CONFIG_CHANGE_CALL_H
+#ifndef ZELKLOGSERVICE_NAPI_CALLS_CONFIG_CHANGE_CALL_H
+#define ZELKLOGSERVICE_NAPI_CALLS_CONFIG_CHANGE_CALL_H
 
 #include <memory>
 #include <vector>
@@ -30,4 +30,4 @@ std::unique_ptr<ChangeConfigContext> ReadConfigChangeCall(napi_env env, napi_cal
 
 } // namespace OHOS::HiviewDFX
 
-#endif // ZELKLOGSERVICE_NAPI_UTIL_CONFIG_CHANGE_CALL_H
+#endif // ZELKLOGSERVICE_NAPI_CALLS_CONFIG_CHANGE_CALL_H

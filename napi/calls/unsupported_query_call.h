@@ -1,6 +1,6 @@
 // The start of the queries that are not supported at present: they complain, and are carried out all the same.
-#ifndef ZELKLOGSERVICE_NAPI_UTIL_UNSUPPORTED_QUERY_CALL_H
-#define ZELKLOGSERVICE_NAPI_UTIL_UNSUPPORTED_QUERY_CALL_H
+#ifndef ZELKLOGSERVICE_NAPI_CALLS_UNSUPPORTED_QUERY_CALL_H
+#define ZELKLOGSERVICE_NAPI_CALLS_UNSUPPORTED_QUERY_CALL_H
 
 #include <memory>
 
@@ -37,4 +37,4 @@ std::unique_ptr<Record> ReadUnsupportedQueryCall(napi_env env, napi_callback_inf
 
 } // namespace OHOS::HiviewDFX
 
-#endif // ZELKLOGSERVICE_NAPI_UTIL_UNSUPPORTED_QUERY_CALL_H
+#endif // ZELKLOGSERVICE_NAPI_CALLS_UNSUPPORTED_QUERY_CALL_H

@@ -1,4 +1,4 @@
-#include "napi/util/config_reply.h"
+#include "napi/calls/config_reply.h"
 
 #include "config/json_text.h"
 #include "napi/util/napi_util.h"

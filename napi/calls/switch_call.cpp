@@ -1,4 +1,4 @@
-#include "napi/util/switch_call.h"
+#include "napi/calls/switch_call.h"
 
 #include "common/module_log.h"
 #include "config/napi_zelk_config_info_build.h"

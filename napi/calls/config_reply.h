@@ -1,6 +1,6 @@
 // The service's answers to configuration queries as a JavaScript array.
-#ifndef ZELKLOGSERVICE_NAPI_UTIL_CONFIG_REPLY_H
-#define ZELKLOGSERVICE_NAPI_UTIL_CONFIG_REPLY_H
+#ifndef ZELKLOGSERVICE_NAPI_CALLS_CONFIG_REPLY_H
+#define ZELKLOGSERVICE_NAPI_CALLS_CONFIG_REPLY_H
 
 #include <string>
 #include <vector>
@@ -26,4 +26,4 @@ bool ConfigReplyToArray(napi_env env, const std::vector<std::string>& texts, Exp
 
 } // namespace OHOS::HiviewDFX
 
-#endif // ZELKLOGSERVICE_NAPI_UTIL_CONFIG_REPLY_H
+#endif // ZELKLOGSERVICE_NAPI_CALLS_CONFIG_REPLY_H

@@ -1,6 +1,6 @@
 // What the functions that switch a log on and off have in common: their record and their arguments.
-#ifndef ZELKLOGSERVICE_NAPI_UTIL_SWITCH_CALL_H
-#define ZELKLOGSERVICE_NAPI_UTIL_SWITCH_CALL_H
+#ifndef ZELKLOGSERVICE_NAPI_CALLS_SWITCH_CALL_H
+#define ZELKLOGSERVICE_NAPI_CALLS_SWITCH_CALL_H
 
 #include <memory>
 #include <vector>
@@ -31,4 +31,4 @@ std::unique_ptr<SwitchContext> ReadSwitchCall(napi_env env, napi_callback_info i
 
 } // namespace OHOS::HiviewDFX
 
-#endif // ZELKLOGSERVICE_NAPI_UTIL_SWITCH_CALL_H
+#endif // ZELKLOGSERVICE_NAPI_CALLS_SWITCH_CALL_H
