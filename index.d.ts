@@ -1,0 +1,382 @@
+/**
+ * Control of device-side diagnostic logging: the modem log, network packet capture (tcpdump), the Bluetooth call PCM
+ * log, and the logs and protocol data of remote devices. Every answer comes from the system's log service.
+ *
+ * Words used below:
+ *
+ * - **System application**: a process whose full token id has bit 32 set. The first twelve functions serve nobody else;
+ *   the last four serve everybody.
+ * - **Refused**: the log says why, nothing is thrown, no request is made, and the function returns `undefined`. This is
+ *   why the promise forms of the first twelve may return `undefined`.
+ * - **Failed**: the service answered with a code other than 0, or could not be reached. The code is not delivered.
+ * - **Never settles**: the promise stays pending, or the callback is never called. Bring your own time limit.
+ *
+ * A callback gets the answer as its only argument; there is no error argument. What it throws surfaces as an
+ * `uncaughtException`. Where this file names no exception, a function throws only what a getter of the caller's own
+ * objects throws, or when the runtime itself fails.
+ */
+
+/**
+ * One parameter of a configuration item. On the way to the service
+ *
+ * - a number becomes an int32: the fraction is cut off, the low 32 bits are kept, NaN and infinities become 0;
+ * - a string longer than 8194 bytes of UTF-8 becomes `""`, and any string ends at its first NUL; nothing is escaped;
+ * - an array of strings arrives empty, and what follows it in the item's text runs into it;
+ * - an array must hold one type only, otherwise it is left out; an empty one is left out as well.
+ */
+export type ConfigValue = boolean | number | string | readonly boolean[] | readonly number[] | readonly string[];
+
+/** The parameters of an item by name. They are sent in the order of the object's own enumerable properties. */
+export interface ConfigParameters {
+  readonly [name: string]: ConfigValue;
+}
+
+/** One setting to be changed. */
+export interface ConfigItem {
+  /** Names the setting: 1 to 8194 bytes of UTF-8; anything else is sent as `""`. */
+  readonly configKey: string;
+  readonly value: ConfigParameters;
+}
+
+/** One command for the modem log. Its form is that of an item. */
+export type ModemLogCommand = ConfigItem;
+
+/** A stored parameter as it comes back. Lists and nested objects do not come back at all. */
+export type ConfigAnswerValue = boolean | number | string | null;
+
+/** One answer to a configuration query. */
+export interface ConfigEntry {
+  /** Missing when the service's answer has no such string. */
+  configKey?: string;
+  /** The members of the service's JSON text, names in ascending byte order; empty when it gave no usable text. */
+  value: { [name: string]: ConfigAnswerValue };
+}
+
+/** One log mask. Each property is missing when the service's answer has no such string. */
+export interface LogMask {
+  configKey?: string;
+  value?: string;
+}
+
+/** What the two functions that are not supported at present throw. */
+export interface NotSupportedError extends Error {
+  readonly code: '6';
+}
+
+/** Receives the answer, once, as its only argument. */
+export type AnswerCallback<T> = (answer: T) => void;
+
+// ---- Modem log ------------------------------------------------------------------------------------------------------
+
+/**
+ * Reads the modem log's configuration.
+ *
+ * - Rights: system application.
+ * - Answer: one entry per text that the service's `GetModemLogConfig` gives, in its order.
+ * - Refused: more than two arguments; keys that are no array.
+ * - Throws: `Invalid argument` without any argument.
+ * - Never settles: the request failed; `keys` is empty; the answer is empty; one of its texts is no JSON, or holds an
+ *   integer that fits neither int32 nor uint32.
+ *
+ * @param keys The settings to read. A key that is not 1 to 8194 bytes long is asked for as `""`.
+ */
+export function getModemLogConfig(keys: readonly string[]): Promise<ConfigEntry[]> | undefined;
+/**
+ * Reads the modem log's configuration, see above; the callback gets the entries. It is never called where the promise
+ * would never settle. An argument in its place that is no function is ignored: the call answers by promise.
+ */
+export function getModemLogConfig(keys: readonly string[], callback: AnswerCallback<ConfigEntry[]>): undefined;
+
+/**
+ * Not supported at present: throws a {@link NotSupportedError} on every call, and makes the service's
+ * `GetModemLogDirectPackConfig` request all the same. The promise of the answer is lost with the exception; use a
+ * callback to get the answer.
+ *
+ * - Rights: system application. Any other caller is refused and nothing is thrown: only then does it return.
+ *
+ * @throws {NotSupportedError} `GetModemLogDirectPackConfig current function not support in current time`
+ */
+export function getModemLogDirectPackConfig(): undefined;
+/**
+ * Throws a {@link NotSupportedError} on every call, see above, and later calls back with the direct-pack configuration,
+ * a text up to its first NUL. Not called when the request failed. With more than one argument no callback is used.
+ *
+ * @throws {NotSupportedError}
+ */
+export function getModemLogDirectPackConfig(callback: AnswerCallback<string>): undefined;
+
+/**
+ * Not supported at present: throws a {@link NotSupportedError} on every call, and makes the service's
+ * `GetModemLogLogMasks` request all the same. The promise of the answer is lost with the exception; use a callback to
+ * get the answer.
+ *
+ * - Rights: system application. Any other caller is refused and nothing is thrown: only then does it return.
+ *
+ * @throws {NotSupportedError} `GetModemLogLogMasks current function not support in current time`
+ */
+export function getModemLogLogMasks(): undefined;
+/**
+ * Throws a {@link NotSupportedError} on every call, see above, and later calls back with the log masks. Not called when
+ * the request failed, the answer is empty or one of its texts is no JSON. With more than one argument no callback is
+ * used.
+ *
+ * @throws {NotSupportedError}
+ */
+export function getModemLogLogMasks(callback: AnswerCallback<LogMask[]>): undefined;
+
+/**
+ * Asks whether the modem log is on.
+ *
+ * - Rights: system application.
+ * - Answer: the state, from the service's `GetModemLogStatus`.
+ * - Failed: rejected with a boolean, not an Error: the state that the service gave, otherwise `false`.
+ * - Refused: more than one argument.
+ */
+export function getModemLogStatus(): Promise<boolean> | undefined;
+/**
+ * Asks whether the modem log is on, see above. The callback is called after a failure too and cannot tell it from an
+ * answer. An argument that is no function is ignored: the call answers by promise.
+ */
+export function getModemLogStatus(callback: AnswerCallback<boolean>): undefined;
+
+/**
+ * Turns the modem log on or off.
+ *
+ * - Rights: system application.
+ * - Answer: what the service's `HandleModemLogSwitch` says, `true` when it has switched.
+ * - Failed: rejected with a boolean, not an Error: the answer that the service gave, otherwise `false`.
+ * - Refused: more than three arguments.
+ * - Throws: `Invalid argument` without any argument.
+ *
+ * @param on A state that is no boolean means off.
+ */
+export function handleModemLogSwitch(on: boolean, configs?: undefined): Promise<boolean> | undefined;
+/**
+ * Turns the modem log on or off, see above, and applies `configs` with the switch (`HandleModemLogSwitchWithConfigs`;
+ * an empty list is sent as no list).
+ */
+export function handleModemLogSwitch(on: boolean, configs: readonly ConfigItem[]): Promise<boolean> | undefined;
+/**
+ * Turns the modem log on or off, see above. The callback is called after a failure too and cannot tell it from an
+ * answer. Its type is not checked: a second argument that is neither an array nor `undefined` is the callback, and one
+ * that cannot be called ends in an `uncaughtException`.
+ */
+export function handleModemLogSwitch(on: boolean, callback: AnswerCallback<boolean>): undefined;
+/**
+ * Turns the modem log on or off and applies `configs`, see above. The callback comes second and the items third. The
+ * other order takes the array for the callback.
+ */
+export function handleModemLogSwitch(
+  on: boolean,
+  callback: AnswerCallback<boolean>,
+  configs: readonly ConfigItem[]
+): undefined;
+
+/**
+ * Changes the modem log's configuration.
+ *
+ * - Rights: system application.
+ * - Answer: what the service's `ChangeModemLogConfig` says, `true` when it has applied the items.
+ * - Failed: rejected with a boolean, not an Error: the answer that the service gave, otherwise `false`. So is an empty
+ *   list, without a request.
+ * - Refused: a first argument that is no array.
+ * - Throws: `Invalid argument` without any argument.
+ */
+export function changeModemLogConfig(configs: readonly ConfigItem[]): Promise<boolean> | undefined;
+/**
+ * Changes the modem log's configuration, see above. The callback is called after a failure too and cannot tell it from
+ * an answer. It is used only when it is a function and there are exactly two arguments; otherwise the call answers by
+ * promise.
+ */
+export function changeModemLogConfig(configs: readonly ConfigItem[], callback: AnswerCallback<boolean>): undefined;
+
+/**
+ * Sends one command to the modem log.
+ *
+ * - Rights: system application.
+ * - Answer: what the service's `SendModemLogCommand` says.
+ * - Refused: a command that is no object.
+ * - Throws: `Invalid argument` without any argument.
+ * - Never settles: the request failed. Nothing is logged about it.
+ *
+ * @param command Sent even when incomplete: without a usable `configKey` as `""`, without `value` with no parameters.
+ */
+export function sendModemLogCommand(command: ModemLogCommand): Promise<boolean> | undefined;
+/**
+ * Sends one command to the modem log, see above. The callback is not called when the request failed. The second of two
+ * arguments is the callback whatever its type, and one that cannot be called ends in an `uncaughtException`; with three
+ * or more the call answers by promise.
+ */
+export function sendModemLogCommand(command: ModemLogCommand, callback: AnswerCallback<boolean>): undefined;
+
+// ---- Network packet capture -----------------------------------------------------------------------------------------
+
+/**
+ * Asks whether network packet capture is running.
+ *
+ * - Rights: system application.
+ * - Answer: the state, from the service's `GetTcpdumpStatus`.
+ * - Refused: more than one argument.
+ * - Never settles: the request failed.
+ */
+export function getTcpdumpStatus(): Promise<boolean> | undefined;
+/**
+ * Asks whether network packet capture is running, see above. The callback is not called when the request failed. An
+ * argument that is no function is ignored: the call answers by promise.
+ */
+export function getTcpdumpStatus(callback: AnswerCallback<boolean>): undefined;
+
+/**
+ * Reads the configuration of packet capture.
+ *
+ * - Rights: system application.
+ * - Answer: one entry per text that the service's `GetTcpdumpConfig` gives, in its order.
+ * - Refused: more than two arguments; keys that are no array.
+ * - Throws: `Invalid argument` without any argument.
+ * - Never settles: the request failed; `keys` is empty; the answer is empty; one of its texts is no JSON, or holds an
+ *   integer that fits neither int32 nor uint32.
+ *
+ * @param keys The settings to read. A key that is not 1 to 8194 bytes long is asked for as `""`.
+ */
+export function getTcpdumpConfig(keys: readonly string[]): Promise<ConfigEntry[]> | undefined;
+/**
+ * Reads the configuration of packet capture, see above; the callback gets the entries. It is never called where the
+ * promise would never settle. An argument in its place that is no function is ignored: the call answers by promise.
+ */
+export function getTcpdumpConfig(keys: readonly string[], callback: AnswerCallback<ConfigEntry[]>): undefined;
+
+/**
+ * Changes the configuration of packet capture.
+ *
+ * - Rights: system application.
+ * - Answer: what the service's `ChangeTcpdumpConfig` says, `true` when it has applied the items.
+ * - Refused: a first argument that is no array.
+ * - Throws: `Invalid argument` without any argument.
+ * - Never settles: the request failed; `configs` is empty. Nothing is logged about an empty list.
+ */
+export function changeTcpdumpConfig(configs: readonly ConfigItem[]): Promise<boolean> | undefined;
+/**
+ * Changes the configuration of packet capture, see above. The callback is not called where the promise would never
+ * settle. It is used only when it is a function and there are exactly two arguments; otherwise the call answers by
+ * promise.
+ */
+export function changeTcpdumpConfig(configs: readonly ConfigItem[], callback: AnswerCallback<boolean>): undefined;
+
+/**
+ * Starts or stops packet capture.
+ *
+ * - Rights: system application.
+ * - Answer: what the service's `HandleTcpdumpSwitch` says, `true` when it has switched.
+ * - Refused: more than three arguments.
+ * - Throws: `Invalid argument` without any argument.
+ * - Never settles: the request failed.
+ *
+ * @param on A state that is no boolean means stop.
+ */
+export function handleTcpdumpSwitch(on: boolean, configs?: undefined): Promise<boolean> | undefined;
+/**
+ * Starts or stops packet capture, see above, and applies `configs` with the switch (`HandleTcpdumpSwitchWithConfigs`;
+ * an empty list is sent as no list).
+ */
+export function handleTcpdumpSwitch(on: boolean, configs: readonly ConfigItem[]): Promise<boolean> | undefined;
+/**
+ * Starts or stops packet capture, see above. The callback is not called when the request failed. Its type is not
+ * checked: a second argument that is neither an array nor `undefined` is the callback, and one that cannot be called
+ * ends in an `uncaughtException`.
+ */
+export function handleTcpdumpSwitch(on: boolean, callback: AnswerCallback<boolean>): undefined;
+/**
+ * Starts or stops packet capture and applies `configs`, see above. The callback comes second and the items third. The
+ * other order takes the array for the callback.
+ */
+export function handleTcpdumpSwitch(
+  on: boolean,
+  callback: AnswerCallback<boolean>,
+  configs: readonly ConfigItem[]
+): undefined;
+
+// ---- Bluetooth call PCM log -----------------------------------------------------------------------------------------
+
+/**
+ * Turns the Bluetooth call PCM log on or off, with the service's `HandleBluetoothCallPcmLogSwitch`.
+ *
+ * - Rights: system application.
+ * - Answer: **`false` on success**: the service gives no answer with this switch but its code. That the promise is
+ *   fulfilled is the good news.
+ * - Refused: more than three arguments.
+ * - Throws: `Invalid argument` without any argument.
+ * - Never settles: the request failed.
+ *
+ * @param on A state that is no boolean means off.
+ */
+export function handleBluetoothCallPcmLogSwitch(on: boolean, configs?: undefined): Promise<false> | undefined;
+/** Turns the Bluetooth call PCM log on or off, see above. `configs` is read and then not sent. */
+export function handleBluetoothCallPcmLogSwitch(
+  on: boolean,
+  configs: readonly ConfigItem[]
+): Promise<false> | undefined;
+/**
+ * Turns the Bluetooth call PCM log on or off, see above. The callback is not called when the request failed. Its type
+ * is not checked: a second argument that is neither an array nor `undefined` is the callback, and one that cannot be
+ * called ends in an `uncaughtException`.
+ */
+export function handleBluetoothCallPcmLogSwitch(on: boolean, callback: AnswerCallback<false>): undefined;
+/**
+ * Turns the Bluetooth call PCM log on or off, see above. The callback comes second; the items, third, are read and then
+ * not sent.
+ */
+export function handleBluetoothCallPcmLogSwitch(
+  on: boolean,
+  callback: AnswerCallback<false>,
+  configs: readonly ConfigItem[]
+): undefined;
+
+// ---- Remote devices -------------------------------------------------------------------------------------------------
+
+/**
+ * Has the logs of remote devices fetched.
+ *
+ * - Rights: none.
+ * - Answer: the reply text of the service's `FetchRemoteDevicesLogs`, unchanged.
+ * - Failed: rejected with a string, not an Error: the reply that came with the failure, `""` when there was none.
+ * - Refused: not exactly two arguments.
+ *
+ * @param request The service's own text. `""` is sent for one longer than 8194 bytes of UTF-8 and for anything that is
+ * no string; a text ends at its first NUL.
+ * @param value A number whose meaning is the service's. Sent as an int64: the fraction is cut off, a number out of
+ * range becomes the nearest in range, NaN, infinities and anything that is no number become 0.
+ */
+export function fetchRemoteDevicesLogs(request: string, value: number): Promise<string>;
+
+/**
+ * Queries the logs of remote devices.
+ *
+ * - Rights: none.
+ * - Answer: the reply text of the service's `QueryRemoteDevicesLogs`, unchanged.
+ * - Failed: rejected with a string, not an Error: the reply that came with the failure, `""` when there was none.
+ * - Refused: not exactly one argument.
+ *
+ * @param request As for {@link fetchRemoteDevicesLogs}.
+ */
+export function queryRemoteDevicesLogs(request: string): Promise<string>;
+
+/**
+ * Lists the remote devices. Arguments are ignored, so no call is refused.
+ *
+ * - Rights: none.
+ * - Answer: the reply text of the service's `GetRemoteDevicesList`, unchanged.
+ * - Failed: rejected with a string, not an Error: the reply that came with the failure, `""` when there was none.
+ */
+export function getRemoteDevicesList(): Promise<string>;
+
+/**
+ * Sends a request for protocol data. Request and reply are logged whole.
+ *
+ * - Rights: none.
+ * - Answer: the reply text of the service's `QueryProtocolData`, unchanged.
+ * - Failed: rejected with a string, not an Error: the reply that came with the failure, `""` when there was none.
+ * - Refused: not exactly one argument.
+ *
+ * @param request As for {@link fetchRemoteDevicesLogs}.
+ */
+export function queryProtocolData(request: string): Promise<string>;

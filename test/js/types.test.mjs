@@ -1,0 +1,31 @@
+// index.d.ts against its users (test/types) and against the module itself.
+import assert from 'node:assert/strict';
+import { spawnSync } from 'node:child_process';
+import { createRequire } from 'node:module';
+import { test } from 'node:test';
+import { fileURLToPath } from 'node:url';
+import ts from 'typescript';
+
+const root = fileURLToPath(new URL('../..', import.meta.url));
+const tsc = createRequire(import.meta.url).resolve('typescript/bin/tsc');
+
+test('good uses compile, and each bad use is refused', () => {
+  const { status, stdout } = spawnSync(process.execPath, [tsc, '-p', `${root}test/types`], { encoding: 'utf8' });
+  assert.equal(status, 0, stdout);
+});
+
+test('the declared functions are those that the module exports, every form with its manual', async () => {
+  const module = (await import('zelklogservice')).default;
+  const program = ts.createProgram([`${root}index.d.ts`], {});
+  const checker = program.getTypeChecker();
+  const file = checker.getSymbolAtLocation(program.getSourceFile(`${root}index.d.ts`));
+  const functions = checker.getExportsOfModule(file).filter((symbol) => symbol.flags & ts.SymbolFlags.Function);
+
+  assert.deepEqual(functions.map(({ name }) => name), Object.getOwnPropertyNames(module));
+  for (const symbol of functions) {
+    for (const form of checker.getTypeOfSymbol(symbol).getCallSignatures()) {
+      const manual = ts.displayPartsToString(form.getDocumentationComment(checker));
+      assert.match(manual, /see above|Rights: (system application|none)\./, checker.signatureToString(form));
+    }
+  }
+});
