@@ -57,15 +57,15 @@ void OwnName(sdbus::IConnection& bus)
     }
 }
 
-// Serves calls one after the other until `endSignals` can be read. Throws sdbus::Error when the bus goes away.
+// Serves calls one after the other until `endSignals` can be read, which callers without a pause do not keep off.
+// Throws sdbus::Error when the bus goes away.
 void Serve(sdbus::IConnection& bus, int endSignals)
 {
     while (true) {
-        while (bus.processPendingRequest()) {
-        }
+        const bool more = bus.processPendingRequest();
         const sdbus::IConnection::PollData wanted = bus.getEventLoopPollData();
         std::array<pollfd, 2> descriptors = {pollfd{endSignals, POLLIN, 0}, pollfd{wanted.fd, wanted.events, 0}};
-        const int ready = poll(descriptors.data(), descriptors.size(), wanted.getPollTimeout());
+        const int ready = poll(descriptors.data(), descriptors.size(), more ? 0 : wanted.getPollTimeout());
         if (ready < 0 && errno != EINTR) {
             throw sdbus::createError(errno, "cannot wait for the bus");
         }
