@@ -1,0 +1,43 @@
+// What the soak programs share: the module as built for users, its calls, and the memory that they use.
+import { createRequire } from 'node:module';
+import { forms } from '../support/forms.mjs';
+
+process.env.HILOG_LEVEL = 'X';
+export const zelk = createRequire(import.meta.url)('../../index.js');
+export const names = Object.getOwnPropertyNames(zelk);
+
+// Those without a callback of their own.
+export const isRemote = (name) => /Remote|Protocol/.test(name);
+
+// One call, in callback mode where asked for and possible. `done` is called with the answer.
+export function call(name, byCallback, done) {
+  const marker = () => done();
+  const args = byCallback ? forms(name, marker).find((list) => list.at(-1) === marker) : forms(name)[0];
+  try {
+    const promise = zelk[name](...args);
+    if (!byCallback) {
+      promise.then(done, done);
+    }
+  } catch (error) {
+    if (error.code !== '6') {
+      throw error;
+    }
+    if (!byCallback) {
+      done(); // Answered to a promise that nobody has.
+    }
+  }
+}
+
+export const turn = () => new Promise((resolve) => setImmediate(resolve));
+
+// {rss, heap} in bytes, after garbage has been collected.
+export async function memory() {
+  for (let i = 0; i < 5; ++i) {
+    globalThis.gc();
+    await turn();
+  }
+  const { rss, heapUsed } = process.memoryUsage();
+  return { rss, heap: heapUsed };
+}
+
+export const mebibytes = (bytes) => `${(bytes / 2 ** 20).toFixed(1)} MiB`;
