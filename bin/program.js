@@ -1,0 +1,240 @@
+'use strict';
+
+const { Command, InvalidArgumentError, Option } = require('commander');
+const answers = require('./answers.js');
+const { call } = require('./call.js');
+const { InputError, checkText, parseItem } = require('./items.js');
+const { version } = require('../package.json');
+
+const EXIT_FAILED = 1;
+const EXIT_USAGE = 2;
+const EXIT_NO_ANSWER = 124;
+
+// A call ends by itself after 25 s at the latest.
+const DEFAULT_SECONDS = 30;
+const MOST_SECONDS = 86400;
+
+// The end of the text of `--help`.
+const HELP = `
+Items are typed as NAME key=value …
+  key=true             a boolean
+  key=42               a number
+  key=[1,2]            an array of numbers or booleans
+  key='"42"'           a text: what stands between the quotes
+  key:=JSON            any of these as JSON
+  key=anything else    a text
+
+Examples:
+  zelklog modem status
+  zelklog modem on --item modemLog path=/data/log level=3 --item ring size=64
+  zelklog modem config get modemLog ring --json
+  zelklog tcpdump config set capture snaplen=96
+  zelklog remote fetch '{"device":"watch"}' 20
+  ZELK_LOG_SERVICE=session zelklog --verbose tcpdump on
+
+Exit status:
+  0    the call was answered
+  1    the call failed, was refused, or could not be made
+  2    the command line was wrong
+  124  the call ended without an answer, or did not end in time`;
+
+function failureOf(name, { kind, value }, seconds) {
+  switch (kind) {
+    case 'rejected':
+      return `${name} failed: the log service reported an error or was not reached; its answer was ${JSON.stringify(value)}`;
+    case 'refused':
+      return `${name} was refused: this process is not a system application (OHOS_FULL_TOKEN_ID)`;
+    case 'threw':
+      return `${name} threw an error: ${value}`;
+    case 'silent':
+      return `${name} gave no answer: the log service reported an error, was not reached, or had nothing to answer`;
+    case 'late':
+      return `${name} gave no answer within ${seconds} s (--timeout)`;
+    default:
+      return `${name} broke off: its process ended with ${value}`;
+  }
+}
+
+function exitStatusOf(kind) {
+  return kind === 'silent' || kind === 'late' ? EXIT_NO_ANSWER : EXIT_FAILED;
+}
+
+function fail(message, exitStatus) {
+  console.error(`zelklog: ${message}`);
+  process.exitCode = exitStatus;
+}
+
+// Makes the call and prints its answer with `show`.
+async function answer(command, request, show) {
+  const { json, timeout, verbose } = command.optsWithGlobals();
+  const outcome = await call(request, { seconds: timeout, verbose });
+  if (outcome.kind === 'unloadable') {
+    console.error(outcome.value);
+    process.exitCode = EXIT_FAILED;
+    return;
+  }
+  if (outcome.kind !== 'answered') {
+    fail(failureOf(request.name, outcome, timeout), exitStatusOf(outcome.kind));
+    return;
+  }
+  if (request.unsupported) {
+    console.error(`zelklog: note: ${request.name} is marked as not supported at present; the log service answered`);
+  }
+  console.log(json ? JSON.stringify(outcome.value) : show(outcome.value, answers.painterFor(process.stdout)));
+}
+
+function parseSeconds(text) {
+  const seconds = Number(text);
+  if (!(seconds > 0 && seconds <= MOST_SECONDS)) {
+    throw new InvalidArgumentError(`Not a number of seconds up to ${MOST_SECONDS}.`);
+  }
+  return seconds;
+}
+
+function parseWholeNumber(text) {
+  const number = Number(text);
+  if (!/^-?\d+$/.test(text) || !Number.isSafeInteger(number)) {
+    throw new InvalidArgumentError('Not a whole number.');
+  }
+  return number;
+}
+
+// Each --item takes words up to the next option. Its first one is marked here, as the parser does not tell where one
+// occurrence ends and the next begins; no word on a command line can hold a NUL.
+const ITEM_MARK = '\0';
+
+function markItems(words) {
+  return words.flatMap((word, index) => {
+    if (word.startsWith('--item=')) {
+      return ['--item', ITEM_MARK + word.slice('--item='.length)];
+    }
+    return words[index - 1] === '--item' ? ITEM_MARK + word : word;
+  });
+}
+
+function collectItems(word, items = []) {
+  if (word.startsWith(ITEM_MARK)) {
+    items.push([word.slice(ITEM_MARK.length)]);
+  } else {
+    items.at(-1).push(word);
+  }
+  return items;
+}
+
+const itemOption = () =>
+  new Option('--item <NAME key=value...>', 'a configuration item; may be given more than once').argParser(collectItems);
+
+function addStatus(group, about, name) {
+  group.command('status').description(about)
+    .action((options, command) => answer(command, { name, args: [] }, answers.status));
+}
+
+function addSwitch(group, what, name) {
+  for (const word of ['on', 'off']) {
+    group.command(word).description(`switch ${what} ${word}`).addOption(itemOption())
+      .action((options, command) => {
+        const items = (options.item ?? []).map(parseItem);
+        const args = items.length > 0 ? [word === 'on', items] : [word === 'on'];
+        return answer(command, { name, args }, answers.verdict);
+      });
+  }
+}
+
+function addConfig(group, what, queryName, changeName) {
+  const config = group.command('config').description(`read or change the configuration of ${what}`);
+  config.command('get').description('show the settings of the given keys').argument('<KEY...>')
+    .action((keys, options, command) => {
+      keys.forEach((key) => checkText(key, 'a key'));
+      return answer(command, { name: queryName, args: [keys] }, answers.configs);
+    });
+  config.command('set').description('change items').argument('[NAME]').argument('[key=value...]').addOption(itemOption())
+    .action((name, parameters, options, command) => {
+      const items = (name === undefined ? [] : [[name, ...parameters]]).concat(options.item ?? []);
+      if (items.length === 0) {
+        command.error('error: give at least one item: NAME key=value …, or --item');
+      }
+      return answer(command, { name: changeName, args: [items.map(parseItem)] }, answers.verdict);
+    });
+}
+
+function addModem(program) {
+  const modem = program.command('modem').description('the modem log');
+  addStatus(modem, 'show whether the modem log is on', 'getModemLogStatus');
+  addSwitch(modem, 'the modem log', 'handleModemLogSwitch');
+  addConfig(modem, 'the modem log', 'getModemLogConfig', 'changeModemLogConfig');
+  modem.command('masks').description('show the log masks')
+    .action((options, command) =>
+      answer(command, { name: 'getModemLogLogMasks', args: [], unsupported: true }, answers.masks));
+  modem.command('direct-pack').description('show the direct-pack configuration')
+    .action((options, command) =>
+      answer(command, { name: 'getModemLogDirectPackConfig', args: [], unsupported: true }, answers.text));
+  modem.command('command').description('send a command').argument('<NAME>').argument('[key=value...]')
+    .action((name, parameters, options, command) =>
+      answer(command, { name: 'sendModemLogCommand', args: [parseItem([name, ...parameters])] }, answers.verdict));
+}
+
+function addTcpdump(program) {
+  const tcpdump = program.command('tcpdump').description('network packet capture');
+  addStatus(tcpdump, 'show whether capture is running', 'getTcpdumpStatus');
+  addSwitch(tcpdump, 'capture', 'handleTcpdumpSwitch');
+  addConfig(tcpdump, 'capture', 'getTcpdumpConfig', 'changeTcpdumpConfig');
+}
+
+function addBluetooth(program) {
+  const bluetooth = program.command('bluetooth-pcm').description('the audio log of Bluetooth calls');
+  for (const word of ['on', 'off']) {
+    bluetooth.command(word).description(`switch the log ${word}`)
+      .action((options, command) =>
+        answer(command, { name: 'handleBluetoothCallPcmLogSwitch', args: [word === 'on'] }, answers.done));
+  }
+}
+
+function addRequest(group, word, about, name) {
+  group.command(word).description(about).argument('<REQUEST>')
+    .action((request, options, command) =>
+      answer(command, { name, args: [checkText(request, 'the request')] }, answers.text));
+}
+
+function addRemote(program) {
+  const remote = program.command('remote').description('logs of remote devices');
+  remote.command('list').description('list the remote devices')
+    .action((options, command) => answer(command, { name: 'getRemoteDevicesList', args: [] }, answers.text));
+  remote.command('fetch').description('fetch logs from remote devices').argument('<REQUEST>')
+    .argument('<NUMBER>', 'a whole number; a negative one after --', parseWholeNumber)
+    .action((request, number, options, command) =>
+      answer(command, { name: 'fetchRemoteDevicesLogs', args: [checkText(request, 'the request'), number] }, answers.text));
+  addRequest(remote, 'query', 'query logs of remote devices', 'queryRemoteDevicesLogs');
+}
+
+function build() {
+  const program = new Command('zelklog')
+    .description('Controls diagnostic logging: modem log, network capture, Bluetooth call audio, remote devices.')
+    .version(version)
+    .option('--json', 'print the answer as one line of JSON')
+    .option('--timeout <SECONDS>', 'wait no longer than this for the answer', parseSeconds, DEFAULT_SECONDS)
+    .option('--verbose', 'show the log lines of the call on standard error (as HILOG_LEVEL says)')
+    .addHelpText('after', HELP)
+    .exitOverride();
+  addModem(program);
+  addTcpdump(program);
+  addBluetooth(program);
+  addRemote(program);
+  addRequest(program, 'protocol', 'send a protocol data request', 'queryProtocolData');
+  return program;
+}
+
+async function run() {
+  try {
+    await build().parseAsync(markItems(process.argv.slice(2)), { from: 'user' });
+  } catch (error) {
+    if (error instanceof InputError) {
+      fail(error.message, EXIT_USAGE);
+    } else if (error.code?.startsWith('commander.')) {
+      process.exitCode = error.exitCode === 0 ? 0 : EXIT_USAGE;
+    } else {
+      throw error;
+    }
+  }
+}
+
+module.exports = { run };
