@@ -1,0 +1,123 @@
+// A tour of all sixteen functions: what is called, what it answers, and the log lines that the module writes meanwhile.
+//
+//   node examples/tour.mjs                              with the log service inside this process
+//   ZELK_LOG_SERVICE=session node examples/tour.mjs     with the one on the session bus
+import { existsSync, mkdtempSync, readFileSync, rmSync } from 'node:fs';
+import { tmpdir } from 'node:os';
+import { join } from 'node:path';
+import { setImmediate as nextTurn } from 'node:timers/promises';
+import { inspect } from 'node:util';
+
+const colour = process.stdout.isTTY && !process.env.NO_COLOR;
+const strong = (text) => (colour ? `\u001b[1m${text}\u001b[22m` : text);
+const weak = (text) => (colour ? `\u001b[2m${text}\u001b[22m` : text);
+
+// The module's log goes to a file, so that each line can be shown below the call that wrote it.
+const folder = mkdtempSync(join(tmpdir(), 'zelk-tour-'));
+const logFile = join(folder, 'hilog');
+process.env.HILOG_FILE = logFile;
+process.on('exit', () => rmSync(folder, { recursive: true }));
+
+let shown = 0;
+
+function newLogLines() {
+  const lines = existsSync(logFile) ? readFileSync(logFile, 'utf8').split('\n').slice(0, -1) : [];
+  const fresh = lines.slice(shown);
+  shown = lines.length;
+  return fresh;
+}
+
+function end(message) {
+  console.error(message);
+  process.exit(1);
+}
+
+// The only refusal that can meet these calls.
+const NO_RIGHTS = 'the calls are refused: this process is not a system application (OHOS_FULL_TOKEN_ID)';
+
+const zelk = await import('../index.mjs').then((module) => module.default, (error) => end(error.message));
+let current;
+
+// Several functions answer nothing when the log service fails. Then there is nothing left to wait for.
+process.on('beforeExit', () => end(`${current} got no answer: the log service failed or was not reached (ZELK_LOG_SERVICE)`));
+
+async function report(call, answer) {
+  current = call;
+  console.log(`  ${call}`);
+  const value = await answer.catch((left) =>
+    end(`${call} failed, with the answer ${left}: the log service failed or was not reached (ZELK_LOG_SERVICE)`));
+  console.log(`    → ${strong(inspect(value, { depth: 5, breakLength: 100 }).replaceAll('\n', '\n      '))}`);
+  await nextTurn();
+  for (const line of newLogLines()) {
+    console.log(weak(`      ${line}`));
+  }
+}
+
+const textOf = (name, args, ...others) =>
+  `${name}(${[...args.map((value) => inspect(value, { depth: 5, breakLength: Infinity })), ...others].join(', ')})`;
+
+const byPromise = (name, ...args) => report(textOf(name, args), zelk[name](...args) ?? end(NO_RIGHTS));
+
+const byCallback = (name, ...args) =>
+  report(textOf(name, args, 'callback'), new Promise((resolve) => zelk[name](...args, resolve)));
+
+// The call throws, and its callback is called all the same.
+async function unsupported(name) {
+  let thrown;
+  await report(`${name}(callback)`, new Promise((resolve) => {
+    try {
+      zelk[name](resolve);
+    } catch (error) {
+      thrown = error;
+    }
+  }));
+  console.log(`    and it threw: code ${thrown.code}, "${thrown.message}"`);
+}
+
+const chapter = (title) => console.log(`\n${strong(title)}`);
+
+console.log(strong(`zelklogservice on Node.js ${process.versions.node}`));
+console.log(`Log service: ${process.env.ZELK_LOG_SERVICE || 'embedded'} (ZELK_LOG_SERVICE)`);
+
+chapter('Is the modem log on? Any function answers by promise, or by callback if it is given one.');
+await byPromise('getModemLogStatus');
+await byCallback('getModemLogStatus');
+
+chapter('Switch it on, with two configuration items.');
+await byPromise('handleModemLogSwitch', true, [
+  { configKey: 'modemLog', value: { path: '/data/log/modem', level: 3, verbose: true } },
+  { configKey: 'ring', value: { megabytes: 64 } },
+]);
+await byPromise('getModemLogStatus');
+
+chapter('Read the items back, and change one.');
+await byPromise('getModemLogConfig', ['modemLog', 'ring', 'neverSet']);
+await byPromise('changeModemLogConfig', [{ configKey: 'modemLog', value: { path: '/data/log/modem', level: 4 } }]);
+await byPromise('getModemLogConfig', ['modemLog']);
+
+chapter('Send a command, and switch the log off.');
+await byPromise('sendModemLogCommand', { configKey: 'flush', value: { wait: true } });
+await byPromise('handleModemLogSwitch', false);
+
+chapter('Two queries are marked as not supported: they throw, and answer their callback nevertheless.');
+await unsupported('getModemLogDirectPackConfig');
+await unsupported('getModemLogLogMasks');
+
+chapter('Network packet capture.');
+await byPromise('handleTcpdumpSwitch', true, [{ configKey: 'capture', value: { interface: 'wlan0', snaplen: 96 } }]);
+await byPromise('getTcpdumpStatus');
+await byPromise('changeTcpdumpConfig', [{ configKey: 'capture', value: { interface: 'wlan0', snaplen: 1500 } }]);
+await byPromise('getTcpdumpConfig', ['capture']);
+await byPromise('handleTcpdumpSwitch', false);
+
+chapter('The audio log of Bluetooth calls. A switch that succeeds answers false here.');
+await byPromise('handleBluetoothCallPcmLogSwitch', true);
+
+chapter('Remote devices, by promise only.');
+await byPromise('getRemoteDevicesList');
+await byPromise('fetchRemoteDevicesLogs', 'since yesterday', 20);
+await byPromise('queryRemoteDevicesLogs', 'crash');
+await byPromise('queryProtocolData', 'version');
+
+console.log('\nAll sixteen functions were called.');
+process.exit();

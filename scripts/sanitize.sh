@@ -1,0 +1,29 @@
+#!/usr/bin/env bash
+# Builds with the sanitizers of one preset and runs the tests that reach native code:
+#
+#   scripts/sanitize.sh asan|tsan
+set -euo pipefail
+cd "$(dirname "$0")/.."
+preset=$1
+# ThreadSanitizer needs an address space that is laid out as usual.
+usual_addresses="setarch -R"
+
+cmake --preset "$preset" --log-level=WARNING
+cmake --build --preset "$preset"
+$usual_addresses ctest --preset "$preset"
+
+# The module is loaded into a Node.js that was built without the sanitizer, so the run-time library must come first, and
+# what Node.js itself does is not judged: what it leaves allocated at its end, how its own threads meet.
+case $preset in
+    asan)
+        runtime=libasan.so
+        export ASAN_OPTIONS=detect_leaks=0
+        ;;
+    tsan)
+        runtime=libtsan.so
+        export TSAN_OPTIONS="ignore_noninstrumented_modules=1 suppressions=$PWD/scripts/tsan_suppressions.txt"
+        ;;
+esac
+
+ZELKLOGSERVICE_BUILD=$preset LD_PRELOAD=$(g++ -print-file-name="$runtime") \
+    $usual_addresses node --test test/js/[0-9]*.test.mjs

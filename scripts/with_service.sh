@@ -1,0 +1,24 @@
+#!/usr/bin/env bash
+# Runs a command on a private bus on which a log service of its own is ready, and ends both with the command:
+#
+#   scripts/with_service.sh COMMAND [ARGUMENT…]
+#
+# The service is that of the release build, or of the one in ZELKLOGSERVICE_BUILD, or the program ZELK_SERVICE_PROGRAM.
+set -euo pipefail
+
+if [ -z "${ZELK_PRIVATE_BUS:-}" ]; then
+    exec env ZELK_PRIVATE_BUS=1 dbus-run-session -- "$0" "$@"
+fi
+
+build=$(dirname "$0")/../build/${ZELKLOGSERVICE_BUILD:-release}
+"${ZELK_SERVICE_PROGRAM:-$build/zelk-log-service}" --session &
+service=$!
+trap 'kill "$service" 2>/dev/null; wait "$service" || true' EXIT
+
+for _ in $(seq 100); do
+    if busctl --user status dev.zelk.LogService >/dev/null 2>&1; then
+        break
+    fi
+    sleep 0.05
+done
+ZELK_LOG_SERVICE=session "$@"
