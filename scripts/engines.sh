@@ -1,0 +1,59 @@
+#!/usr/bin/env bash
+# Runs the JavaScript tests on several releases of Node.js, and all sixteen functions on Deno and Bun; ends with a table.
+# The engines are npm packages that hold the program itself. They are kept in build/engines, and fetched once.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+engines=$PWD/build/engines
+arch=$(node -p process.arch)
+results=()
+failures=0
+
+# Installs an npm package into a folder of its own, unless it is there already.
+fetch() {
+    local folder=$1 package=$2
+    if [ ! -d "$engines/$folder/node_modules" ]; then
+        npm install --prefix "$engines/$folder" --no-save --ignore-scripts --loglevel=error "$package"
+    fi
+}
+
+# Runs a command, shows the end of what it prints, and notes how it went; `remarks` of its output go into the table.
+try() {
+    local engine=$1 what=$2 log
+    shift 2
+    log=$engines/${engine// /-}.log
+    echo "== $engine: $what"
+    local outcome=passed
+    if ! "$@" >"$log" 2>&1; then
+        outcome=FAILED
+        failures=$((failures + 1))
+        tail -n 200 "$log"
+    else
+        grep -E '^(# (tests|pass|fail|skipped) |ℹ (tests|pass|fail|skipped) |note: |[0-9]+ passed, [0-9]+ failed)' "$log" || true
+    fi
+    results+=("$(printf '%-16s %-28s %-7s %s' "$engine" "$what" "$outcome" \
+        "$(sed -n -E 's/^(# |ℹ )((pass|fail|skipped) [0-9]+)$/\2/p; /^(note: |[0-9]+ passed, )/p' "$log" | paste -sd ';')")")
+}
+
+for release in 18 20 22 24 26; do
+    fetch "node-$release" "node-linux-$arch@$release"
+    program=$engines/node-$release/node_modules/node-linux-$arch/bin/node
+    try "Node.js $("$program" -p process.versions.node)" 'all JavaScript tests' "$program" --test test/js/*.test.mjs
+done
+
+export HILOG_LEVEL=X
+case $arch in
+    x64) deno=@deno/linux-x64-glibc bun=@oven/bun-linux-x64-baseline ;;
+    arm64) deno=@deno/linux-arm64-glibc bun=@oven/bun-linux-aarch64 ;;
+esac
+fetch deno "$deno"
+program=$engines/deno/node_modules/$deno/deno
+try "Deno $("$program" --version | sed -n 's/^deno \([0-9.]*\).*/\1/p')" 'each of the 16 functions' \
+    "$program" run --allow-all test/engines/smoke.mjs
+fetch bun "$bun"
+program=$engines/bun/node_modules/$bun/bin/bun
+try "Bun $("$program" --version)" 'each of the 16 functions' "$program" test/engines/smoke.mjs
+
+echo
+printf '%s\n' "${results[@]}"
+exit "$((failures > 0))"
