@@ -4,15 +4,18 @@ namespace OHOS::HiviewDFX {
 
 namespace {
 
-// The parameter is finished in a list of its own and then moved over as a node: `params` never holds a half-made one,
-// and the value is copied once.
+// The value is copied into its place: a parameter of its own would have to be moved there.
 template <typename T>
 void Append(std::list<ConfigInfoParam>& params, const std::string& name, ConfigInfoParamType type,
             T ConfigInfoParamValue::*member, const T& value)
 {
-    std::list<ConfigInfoParam> added;
-    added.emplace_back(name, type).value.*member = value;
-    params.splice(params.end(), added);
+    ConfigInfoParam& added = params.emplace_back(name, type);
+    try {
+        added.value.*member = value;
+    } catch (...) {
+        params.pop_back();
+        throw;
+    }
 }
 
 } // namespace

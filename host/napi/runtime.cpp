@@ -17,6 +17,7 @@ Runtime FindRuntime()
 {
     Runtime runtime = {};
     Find(runtime.typeOf, "napi_typeof");
+    Find(runtime.isArray, "napi_is_array");
     Find(runtime.isExceptionPending, "napi_is_exception_pending");
     Find(runtime.getAndClearLastException, "napi_get_and_clear_last_exception");
     Find(runtime.throwValue, "napi_throw");
@@ -36,10 +37,6 @@ Runtime FindRuntime()
 
 } // namespace
 
-const Runtime& TheRuntime()
-{
-    static const Runtime runtime = FindRuntime();
-    return runtime;
-}
+const Runtime Runtime::instance = FindRuntime();
 
 } // namespace OHOS::Host

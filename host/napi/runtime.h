@@ -11,6 +11,7 @@ namespace OHOS::Host {
 // bind to them. Each goes on to the runtime through this table.
 struct Runtime {
     decltype(&napi_typeof) typeOf;
+    decltype(&napi_is_array) isArray;
     decltype(&napi_is_exception_pending) isExceptionPending;
     decltype(&napi_get_and_clear_last_exception) getAndClearLastException;
     decltype(&napi_throw) throwValue;
@@ -25,9 +26,15 @@ struct Runtime {
     decltype(&napi_has_named_property) hasNamedProperty;
     decltype(&napi_get_named_property) getNamedProperty;
     decltype(&napi_get_element) getElement;
+
+    // Filled when the module is loaded.
+    static const Runtime instance;
 };
 
-const Runtime& TheRuntime();
+inline const Runtime& TheRuntime()
+{
+    return Runtime::instance;
+}
 
 // Makes `calls`, which return a status, without the exception that is pending, if one is; it is pending again
 // afterwards.
