@@ -14,7 +14,7 @@ packages_of() {
         build) echo cmake ninja-build g++ pkg-config libjsoncpp-dev libsdbus-c++-dev libsystemd-dev ;;
         test) echo libgtest-dev dbus systemd python3-dbus python3-gi ;;
         lint) echo clang clang-format clang-tidy generate-ninja ;;
-        bench) echo libspdlog-dev rapidjson-dev ;;
+        bench) echo binutils dbus libspdlog-dev rapidjson-dev ;;
         fuzz) echo clang libclang-rt-14-dev ;;
         *)
             echo "scripts/setup.sh: unknown group '$1': use build, test, lint, bench or fuzz" >&2

@@ -1,0 +1,41 @@
+// Interleaved measuring: both sides of a comparison take turns in short batches, so that whatever else the machine does
+// falls on both alike. What is measured goes to standard output, one line of JSON per measure, for run.mjs.
+import { fileURLToPath } from 'node:url';
+import { createRequire } from 'node:module';
+
+const require = createRequire(import.meta.url);
+const buildFolder = fileURLToPath(new URL('../../build/bench/', import.meta.url));
+
+export const addon = (name) => require(`${buildFolder}${name}.node`);
+
+const WARM_UP = 3;
+
+export function report(measure, rounds) {
+  console.log(JSON.stringify({ measure, rounds }));
+}
+
+// `ours` and `theirs` each run one batch and give the time of it per unit of work.
+export async function compare(measure, rounds, ours, theirs) {
+  const measured = [];
+  for (let round = -WARM_UP; round < rounds; ++round) {
+    // In this order, what changes steadily meanwhile falls on both sides alike.
+    const sums = [await ours(), await theirs()];
+    sums[1] += await theirs();
+    sums[0] += await ours();
+    if (round >= 0) {
+      measured.push([sums[0] / 2, sums[1] / 2]);
+    }
+  }
+  report(measure, measured);
+}
+
+// Nanoseconds between two points of time, also while this thread waits.
+export const now = () => Number(process.hrtime.bigint());
+
+export async function average(times, run) {
+  let sum = 0;
+  for (let i = 0; i < times; ++i) {
+    sum += await run();
+  }
+  return sum / times;
+}

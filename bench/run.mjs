@@ -1,0 +1,128 @@
+// Runs the benchmarks of build/bench and prints one table of ratios with their targets.
+//
+//   node bench/run.mjs [--json] [GROUP…]
+//
+// Groups: calls values text payload log bus memory load; all of them by default. With --json the table is a JSON array.
+// Exit status: 0 when every target is reached or missed by no more than the noise of its own measuring, 1 otherwise.
+import { execFileSync } from 'node:child_process';
+import { mkdtempSync, rmSync, statSync } from 'node:fs';
+import { tmpdir } from 'node:os';
+import path from 'node:path';
+import { fileURLToPath } from 'node:url';
+
+import { firstLine, withService } from './lib/private_bus.mjs';
+import { addon } from './lib/rounds.mjs';
+import { ROWS, evaluate, judge, print } from './lib/table.mjs';
+
+const here = path.dirname(fileURLToPath(import.meta.url));
+const root = path.dirname(here);
+const build = path.join(root, 'build', 'bench');
+const script = (name) => path.join(here, name);
+const program = (name) => path.join(build, name);
+
+// The settings of the module in every measured process: no lines, and the service in the process.
+const SETTINGS = { HILOG_LEVEL: 'X', HILOG_FILE: '', OHOS_FULL_TOKEN_ID: '', ZELK_LOG_SERVICE: 'embedded' };
+
+function run(file, args, settings = {}) {
+  return execFileSync(file, args, {
+    env: { ...process.env, ...SETTINGS, ...settings },
+    encoding: 'utf8',
+    stdio: ['ignore', 'pipe', 'inherit'],
+  });
+}
+
+// Lines of {measure, rounds}.
+const measures = (...call) => run(...call).trim().split('\n').map((line) => JSON.parse(line));
+const node = (name, args = [], settings = {}) => measures(process.execPath, [script(name), ...args], settings);
+
+function inFolder(use) {
+  const folder = mkdtempSync(path.join(tmpdir(), 'zelk-bench-'));
+  try {
+    return use(folder);
+  } finally {
+    rmSync(folder, { recursive: true });
+  }
+}
+
+const sleep = (milliseconds) => new Promise((resolve) => setTimeout(resolve, milliseconds));
+
+async function answersCalls(address) {
+  const bus = addon('bare_bus');
+  bus.open(address);
+  for (let i = 0; i < 200; ++i) {
+    if (bus.getStatus(1) === 1) {
+      return;
+    }
+    await sleep(25);
+  }
+  throw new Error('the log service does not answer on its bus');
+}
+
+async function bus() {
+  const ready = await withService(
+    (address) => [program('zelk-log-service'), ['--address', address]], answersCalls,
+    (address) => node('bus.mjs', [], { ZELK_LOG_SERVICE: address }));
+  const slow = await withService(
+    (address) => [program('slow_bus_service'), [address]], (_, child) => firstLine(child),
+    (address) => node('bus.mjs', ['slow'], { ZELK_LOG_SERVICE: address }));
+  return [...ready, ...slow];
+}
+
+function load() {
+  const milliseconds = (file) =>
+    Number(run(process.execPath, [script('load.mjs'), file], { ZELKLOGSERVICE_BUILD: 'bench' }));
+  const rounds = [];
+  for (let round = 0; round < 21; ++round) {
+    rounds.push([milliseconds(root), milliseconds(program('empty.node'))]);
+  }
+  const size = inFolder((folder) => {
+    const stripped = path.join(folder, 'stripped.so');
+    execFileSync('strip', ['-o', stripped, program('libzelklogservice.so')]);
+    return statSync(stripped).size / 1000;
+  });
+  return [{ measure: 'load', rounds }, { measure: 'size', rounds: [[size]] }];
+}
+
+const logFiles = (folder) => measures(program('bench_log'), [path.join(folder, 'theirs')],
+  { HILOG_LEVEL: 'I', HILOG_FILE: path.join(folder, 'ours') });
+
+const GROUPS = {
+  calls: () => node('calls.mjs'),
+  values: () => node('values.mjs'),
+  text: () => measures(program('bench_text'), []),
+  payload: () => measures(program('bench_payload'), []),
+  log: () => [...measures(program('bench_log'), ['suppressed']), ...inFolder(logFiles)],
+  bus,
+  memory: () => measures(process.execPath, ['--expose-gc', script('memory.mjs')], { MALLOC_ARENA_MAX: '1' }),
+  load,
+};
+
+async function main(args) {
+  const json = args.includes('--json');
+  const names = args.filter((arg) => arg !== '--json');
+  const unknown = names.find((name) => !(name in GROUPS));
+  if (unknown) {
+    console.error(`bench/run.mjs: no group "${unknown}": choose from ${Object.keys(GROUPS).join(' ')}`);
+    return 2;
+  }
+  const measured = new Map();
+  for (const name of names.length > 0 ? names : Object.keys(GROUPS)) {
+    process.stderr.write(`measuring ${name} …\n`);
+    for (const { measure, rounds } of await GROUPS[name]()) {
+      measured.set(measure, rounds);
+    }
+  }
+  const results = ROWS.filter(({ measure }) => measured.has(measure))
+    .map((row) => evaluate(row, measured.get(row.measure)));
+  for (const result of results) {
+    result.verdict = judge(result, results);
+  }
+  if (json) {
+    console.log(JSON.stringify(results, null, 2));
+  } else {
+    print(results);
+  }
+  return results.some(({ verdict }) => verdict === 'MISS') ? 1 : 0;
+}
+
+process.exitCode = await main(process.argv.slice(2));

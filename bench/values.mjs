@@ -1,0 +1,91 @@
+// Arguments that become items, and replies that become objects. All of it happens on the JavaScript thread, whose own
+// time is measured.
+import { addon, average, compare } from './lib/rounds.mjs';
+
+const zelk = addon('zelklogservice');
+const bareReader = addon('bare_reader');
+const askedReader = addon('asked_reader');
+const bareReply = addon('bare_reply');
+const parts = addon('product_parts');
+
+const ROUNDS = 31;
+const FEW = 1_000;
+const SOME = 10_000;
+const MANY = 100_000;
+// Batches of few are as long as one of many.
+const REPEATS = MANY / FEW;
+
+const turn = () => new Promise((resolve) => setImmediate(resolve));
+
+function timeOf(run) {
+  const start = parts.threadNanoseconds();
+  run();
+  return parts.threadNanoseconds() - start;
+}
+
+const scalars = (i) => ({
+  configKey: `key${i}`,
+  value: { enable: i % 2 === 0, level: i, path: '/data/log/modem', size: 4096, name: 'modem', loop: false },
+});
+const lists = (i) => ({
+  configKey: `key${i}`,
+  value: {
+    enable: i % 2 === 0, level: i, path: '/data/log/modem',
+    masks: [1, 2, 3], flags: [true, false, true], names: ['ap', 'cp'],
+  },
+});
+const itemsOf = (length, item) => Array.from({ length }, (_, i) => item(i));
+
+// The items are complete when the call returns; the rest of it is waited for and not counted.
+const toItems = (items) => async () => {
+  let answer;
+  const time = timeOf(() => { answer = zelk.changeModemLogConfig(items); });
+  await answer;
+  await turn();
+  return time / items.length;
+};
+const toItemsAsAsked = (items) => () => {
+  const time = timeOf(() => askedReader.readItems(items));
+  askedReader.dropItems();
+  return time / items.length;
+};
+const reading = (items) => () => timeOf(() => bareReader.readItems(items)) / items.length;
+
+for (const [name, item] of [['items', scalars], ['items-lists', lists]]) {
+  const items = itemsOf(SOME, item);
+  await compare(name, ROUNDS, toItems(items), reading(items));
+  await compare(`${name}-floor`, ROUNDS, toItemsAsAsked(items), reading(items));
+}
+
+const fewItems = itemsOf(FEW, scalars);
+const manyItems = itemsOf(MANY, scalars);
+await compare('items-growth', 5, toItems(manyItems), () => average(REPEATS, toItems(fewItems)));
+
+const replyOf = (members) =>
+  JSON.stringify(Object.fromEntries(Array.from({ length: members }, (_, i) =>
+    [`member${i}`, [i, `text ${i}`, i % 3 === 0, i + 0.5, null][i % 5]])));
+const toObject = (convert, members) => {
+  const text = replyOf(members);
+  return () => timeOf(() => convert(text, {})) / members;
+};
+const parse = (text) => JSON.parse(text);
+
+await compare('reply', ROUNDS, toObject(parts.convertReply, SOME), toObject(bareReply.setMembers, SOME));
+await compare('reply-json-parse', ROUNDS, toObject(parts.convertReply, SOME), toObject(parse, SOME));
+
+for (const [name, convert] of [['', parts.convertReply], ['-bare', bareReply.setMembers], ['-json-parse', parse]]) {
+  const few = toObject(convert, FEW);
+  await compare(`reply-growth${name}`, 5, toObject(convert, MANY), () => average(REPEATS, few));
+}
+
+// The same growth in the number of replies, as a query for many keys answers it.
+const keysOf = (length) => Array.from({ length }, (_, i) => `key${i}`);
+const manyKeys = keysOf(MANY);
+const fewKeys = keysOf(FEW);
+const asking = (keys) => async () => {
+  const answer = zelk.getModemLogConfig(keys);
+  const start = parts.threadNanoseconds();
+  await answer;
+  return (parts.threadNanoseconds() - start) / keys.length;
+};
+await compare('replies-growth', 5, asking(manyKeys), () => average(REPEATS, asking(fewKeys)));
