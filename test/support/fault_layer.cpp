@@ -33,18 +33,11 @@ napi_status Call(const char* function, Real real, std::atomic<int> Counts::*coun
     return ZelkTest::Traced(function, status);
 }
 
+// clang-format off
 // The module's steps, run by way of a record of our own so that works in flight can be counted.
-struct Work {
-    napi_async_execute_callback execute;
-    napi_async_complete_callback complete;
-    void* data;
-};
+struct Work { napi_async_execute_callback execute; napi_async_complete_callback complete; void* data; };
 
-void Execute(napi_env env, void* data)
-{
-    auto* work = static_cast<Work*>(data);
-    work->execute(env, work->data);
-}
+void Execute(napi_env env, void* data) { static_cast<Work*>(data)->execute(env, static_cast<Work*>(data)->data); }
 
 void Complete(napi_env env, napi_status status, void* data)
 {
@@ -62,13 +55,9 @@ using Value = napi_value;
 #define WRAP_COUNTED(function, parameters, arguments, count, change)                                                   \
     extern "C" napi_status __real_##function parameters;                                                               \
     extern "C" napi_status __wrap_##function parameters                                                                \
-    {                                                                                                                  \
-        return Call(                                                                                                   \
-            #function, [&] { return __real_##function arguments; }, count, change);                                    \
-    }
+    { return Call(#function, [&] { return __real_##function arguments; }, count, change); }
 #define WRAP(function, parameters, arguments) WRAP_COUNTED(function, parameters, arguments, nullptr, 0)
 
-// clang-format off
 WRAP(napi_call_function, (Env e, Value a, Value b, size_t c, const Value* d, Value* r), (e, a, b, c, d, r))
 WRAP_COUNTED(napi_create_async_work, (Env e, Value a, Value b, napi_async_execute_callback c,
     napi_async_complete_callback d, void* f, napi_async_work* r),
@@ -126,19 +115,14 @@ extern "C" decltype(napi_close_handle_scope) __real_napi_close_handle_scope;
 extern "C" napi_status __wrap_napi_close_handle_scope(Env e, napi_handle_scope a)
 {
     napi_status status = __real_napi_close_handle_scope(e, a);
-    Fails("napi_close_handle_scope", &status);
-    return ZelkTest::Traced("napi_close_handle_scope", status);
+    return Fails("napi_close_handle_scope", &status), ZelkTest::Traced("napi_close_handle_scope", status);
 }
 
 // BaseContext's allocation functions, to count the records alive.
-extern "C" void* __real__ZN4OHOS9HiviewDFX11BaseContextnwEm(size_t);
+extern "C" void* __real__ZN4OHOS9HiviewDFX11BaseContextnwEm(size_t size);
 extern "C" void* __wrap__ZN4OHOS9HiviewDFX11BaseContextnwEm(size_t size)
-{
-    return TheCounts().records++, __real__ZN4OHOS9HiviewDFX11BaseContextnwEm(size);
-}
-extern "C" void __real__ZN4OHOS9HiviewDFX11BaseContextdlEPv(void*);
+    { return TheCounts().records++, __real__ZN4OHOS9HiviewDFX11BaseContextnwEm(size); }
+extern "C" void __real__ZN4OHOS9HiviewDFX11BaseContextdlEPv(void* storage);
 extern "C" void __wrap__ZN4OHOS9HiviewDFX11BaseContextdlEPv(void* storage)
-{
-    TheCounts().records--, __real__ZN4OHOS9HiviewDFX11BaseContextdlEPv(storage);
-}
+    { TheCounts().records--, __real__ZN4OHOS9HiviewDFX11BaseContextdlEPv(storage); }
 // clang-format on
