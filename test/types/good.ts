@@ -15,64 +15,43 @@ const command: ModemLogCommand = { configKey: 'dump', value: { size: 4096 } };
 const keys = ['capture', 'lists'] as const;
 const onState = (state: boolean): void => void state;
 
-// Queries.
-const entries = zelk.getModemLogConfig(keys);
-same<typeof entries, Promised<ConfigEntry[]>>(true);
+const entries = [zelk.getModemLogConfig(keys), zelk.getTcpdumpConfig(keys)] as const;
+same<typeof entries, readonly [Promised<ConfigEntry[]>, Promised<ConfigEntry[]>]>(true);
+const states = [zelk.getModemLogStatus(), zelk.getTcpdumpStatus()] as const;
+same<typeof states, readonly [Promised<boolean>, Promised<boolean>]>(true);
+const bluetooth = zelk.handleBluetoothCallPcmLogSwitch(true, items);
+same<typeof bluetooth, Promised<false>>(true);
 same<ReturnType<typeof zelk.getModemLogDirectPackConfig>, undefined>(true);
-const state = zelk.getModemLogStatus();
-same<typeof state, Promised<boolean>>(true);
-const capture = zelk.getTcpdumpStatus();
-same<typeof capture, Promised<boolean>>(true);
-const captureEntries = zelk.getTcpdumpConfig(keys);
-same<typeof captureEntries, Promised<ConfigEntry[]>>(true);
 
 const noPromise: undefined[] = [
   zelk.getModemLogConfig(keys, (answer) => same<typeof answer, ConfigEntry[]>(true)),
-  zelk.getModemLogDirectPackConfig(),
-  zelk.getModemLogDirectPackConfig((answer) => same<typeof answer, string>(true)),
-  zelk.getModemLogLogMasks(),
-  zelk.getModemLogLogMasks((answer) => same<typeof answer, LogMask[]>(true)),
-  zelk.getModemLogStatus(onState),
-  zelk.getTcpdumpStatus(onState),
   zelk.getTcpdumpConfig(keys, (answer) => same<typeof answer, ConfigEntry[]>(true)),
-  zelk.changeModemLogConfig(items, onState),
-  zelk.changeTcpdumpConfig(items, onState),
-  zelk.sendModemLogCommand(command, onState),
+  zelk.getModemLogDirectPackConfig(), zelk.getModemLogLogMasks(),
+  zelk.getModemLogDirectPackConfig((answer) => same<typeof answer, string>(true)),
+  zelk.getModemLogLogMasks((answer) => same<typeof answer, LogMask[]>(true)),
+  zelk.getModemLogStatus(onState), zelk.getTcpdumpStatus(onState), zelk.sendModemLogCommand(command, onState),
+  zelk.changeModemLogConfig(items, onState), zelk.changeTcpdumpConfig(items, onState),
+  zelk.handleBluetoothCallPcmLogSwitch(false, onState, items),
 ];
-
-// Switches.
-const switches = [zelk.handleModemLogSwitch, zelk.handleTcpdumpSwitch] as const;
-for (const turn of switches) {
+for (const turn of [zelk.handleModemLogSwitch, zelk.handleTcpdumpSwitch] as const) {
   const answers: Promised<boolean>[] = [turn(true), turn(false, undefined), turn(true, items), turn(true, [])];
-  noPromise.push(turn(true, onState), turn(true, onState, items));
-  void answers;
+  noPromise.push(turn(true, onState), turn(true, onState, items), void answers);
 }
-const bluetooth = zelk.handleBluetoothCallPcmLogSwitch(true, items);
-same<typeof bluetooth, Promised<false>>(true);
-noPromise.push(zelk.handleBluetoothCallPcmLogSwitch(false, onState, items));
 
-async function answers(): Promise<void> {
+export async function answers(): Promise<string[]> {
   for (const { configKey, value } of (await zelk.getModemLogConfig(keys)) ?? []) {
     same<typeof configKey, string | undefined>(true);
     const level = value['level'];
     same<typeof level, boolean | number | string | null | undefined>(true);
   }
-  const changed = [await zelk.changeModemLogConfig(items), await zelk.changeTcpdumpConfig([...items])];
-  same<typeof changed, (boolean | undefined)[]>(true);
-  const sent = await zelk.sendModemLogCommand(command);
-  same<typeof sent, boolean | undefined>(true);
-  const texts: string[] = [
-    await zelk.fetchRemoteDevicesLogs('{"device":"a"}', 7),
-    await zelk.queryRemoteDevicesLogs('{}'),
-    await zelk.getRemoteDevicesList(),
-    await zelk.queryProtocolData(''),
-  ];
+  const results = [await zelk.changeModemLogConfig(items), await zelk.changeTcpdumpConfig([...items]),
+    await zelk.sendModemLogCommand(command)] as const;
+  same<typeof results, readonly [boolean | undefined, boolean | undefined, boolean | undefined]>(true);
   try {
     zelk.getModemLogLogMasks();
   } catch (error) {
-    const code: '6' = (error as NotSupportedError).code;
-    void code;
+    (error as NotSupportedError).code satisfies '6';
   }
-  void texts;
+  return [await zelk.fetchRemoteDevicesLogs('{"device":"a"}', 7), await zelk.queryRemoteDevicesLogs('{}'),
+    await zelk.getRemoteDevicesList(), await zelk.queryProtocolData('')];
 }
-void answers;
