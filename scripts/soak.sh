@@ -13,8 +13,8 @@ else
   kept=50000
 fi
 
-node --expose-gc --max-semi-space-size=1 test/soak/answering.mjs "$calls"
-ZELK_LOG_SERVICE=none node --expose-gc --max-semi-space-size=1 test/soak/keeping.mjs "$kept"
+node --expose-gc --max-semi-space-size=1 bench/soak/answering.mjs "$calls"
+ZELK_LOG_SERVICE=none node --expose-gc --max-semi-space-size=1 bench/soak/keeping.mjs "$kept"
 if [ "${CI:-}" = true ]; then
   exit
 fi

@@ -4,6 +4,7 @@
 #   scripts/with_service.sh COMMAND [ARGUMENT…]
 #
 # The service is that of the release build, or of the one in ZELKLOGSERVICE_BUILD, or the program ZELK_SERVICE_PROGRAM.
+# The command finds its process in ZELK_SERVICE_PID.
 set -euo pipefail
 
 if [ -z "${ZELK_PRIVATE_BUS:-}" ]; then
@@ -16,9 +17,10 @@ service=$!
 trap 'kill "$service" 2>/dev/null; wait "$service" || true' EXIT
 
 for _ in $(seq 100); do
-    if busctl --user status dev.zelk.LogService >/dev/null 2>&1; then
+    owned=$(busctl --user call org.freedesktop.DBus / org.freedesktop.DBus NameHasOwner s dev.zelk.LogService)
+    if [ "$owned" = "b true" ]; then
         break
     fi
     sleep 0.05
 done
-ZELK_LOG_SERVICE=session "$@"
+ZELK_LOG_SERVICE=session ZELK_SERVICE_PID=$service "$@"

@@ -1,15 +1,5 @@
-import { test } from 'node:test';
-import { sees, unsupportedTests } from '../support/cases.mjs';
-import { service } from '../support/zelk.mjs';
+import { unsupportedTests } from '../support/cases.mjs';
 
-unsupportedTests('getModemLogDirectPackConfig', { answer: '{"directPack":false}', value: '{"directPack":false}' });
-
-test('getModemLogDirectPackConfig answers the text up to its first NUL, also an empty one', async () => {
-  for (const [answer, text] of [['', ''], ['größe', 'größe'], ['a\0b', 'a']]) {
-    service({ GetModemLogDirectPackConfig: { answer } });
-    await sees('getModemLogDirectPackConfig', (callback) => [callback], {
-      thrown: '6: GetModemLogDirectPackConfig current function not support in current time',
-      callback: [[text]], requests: [['GetModemLogDirectPackConfig']], lines: [],
-    });
-  }
-});
+// The text up to its first NUL, also an empty one.
+unsupportedTests('getModemLogDirectPackConfig', { answer: '{"directPack":false}', value: '{"directPack":false}' },
+  [['', ''], ['größe', 'größe'], ['a\0b', 'a']].map(([answer, text]) => [answer, { callback: [[text]] }]));

@@ -1,67 +1,46 @@
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
 import {
-  E, FORGOTTEN, gateTest, itemLines, items, itemText, MISMATCH, NO_PROXY, PENDING, RUNTIME, sees, textLine,
-  UNCALLABLE,
+  ANSWERS, calls, E, FORGOTTEN, itemLines, items, itemText, MISMATCH, NO_FUNCTIONS, NO_OBJECTS, NO_PROXY, PENDING,
+  RUNTIME, textLine, UNCALLABLE,
 } from '../support/cases.mjs';
-import { run, service, zelk } from '../support/zelk.mjs';
+import { run, zelk } from '../support/zelk.mjs';
 
-const name = 'sendModemLogCommand';
+const [name, operation] = ['sendModemLogCommand', 'SendModemLogCommand'];
 const [command] = items;
-const sent = { requests: [['SendModemLogCommand', itemText]], lines: [...itemLines, textLine] };
+const sent = { requests: [[operation, itemText]], lines: [...itemLines, textLine] };
+const failed = { code: 9, answer: true };
+const mismatch = [MISMATCH, MISMATCH, E('SendModemLogCommand: Illegal params')];
+const NO_KEY = E('GetString: get len error');
+const NO_VALUE = E('failed to get property names.');
 
-gateTest(name, [E('SendModemLogCommand: current app is not system app, so return')]);
+calls('takes a command and, of two arguments, any callback; a failure is neither answered nor logged', name, [
+  ...ANSWERS.flatMap((answer) => [
+    [{ answer }, () => [command], { resolved: answer, ...sent }],
+    [{ answer }, (callback) => [command, callback], { callback: [[answer]], ...sent }],
+    [{ answer }, (callback) => [command, callback, 1], { resolved: answer, ...sent }],
+  ]),
+  ...NO_FUNCTIONS.map((second) => [{}, () => [command, second], { ...UNCALLABLE, ...sent }]),
+  [{}, () => [], { thrown: RUNTIME, lines: mismatch }],
+  ...NO_OBJECTS.map((value) => [{}, (callback) => [value, callback], { lines: mismatch }]),
+  [failed, () => [command], { ...PENDING, ...sent }],
+  [failed, (callback) => [command, callback], { ...FORGOTTEN, ...sent }],
+  [null, () => [command], { ...PENDING, lines: [...itemLines, NO_PROXY(operation)] }],
+]);
 
-test(`${name} takes a command and, of two arguments, anything as the callback`, async () => {
-  for (const answer of [true, false]) {
-    service({ SendModemLogCommand: { answer } });
-    await sees(name, () => [command], { resolved: answer, ...sent });
-    await sees(name, (callback) => [command, callback], { callback: [[answer]], ...sent });
-    await sees(name, (callback) => [command, callback, 1], { resolved: answer, ...sent });
-  }
-  for (const second of [42, 'x', undefined, null, {}]) {
-    await sees(name, () => [command, second], { ...UNCALLABLE, ...sent });
-  }
-});
-
-test(`${name} sends the command with what it can read of it`, async () => {
-  const noKey = E('GetString: get len error');
-  const noValue = E('failed to get property names.');
-  for (const [value, text, ...lines] of [
-    [{}, '{"configKey":"","value":}}', noKey, noValue],
-    [[1], '{"configKey":"","value":}}', noKey, noValue],
-    [{ configKey: 'k' }, '{"configKey":"k","value":}}', noValue],
-    [{ configKey: '', value: {} }, '{"configKey":"","value":}}', E('GetString: len error')],
-    [{ configKey: 5, value: 'x' }, '{"configKey":"","value":}}', noKey, noValue],
-    [Object.assign([], command), itemText, ...itemLines],
-  ]) {
-    await sees(name, () => [value], {
-      resolved: false,
-      requests: [['SendModemLogCommand', text]],
-      lines: [...lines, E(`GetJsonParams ostringstream ${text}`)],
-    });
-  }
-});
-
-test(`${name} refuses what is no object`, async () => {
-  const mismatch = [MISMATCH, MISMATCH, E('SendModemLogCommand: Illegal params')];
-  await sees(name, () => [], { thrown: RUNTIME, lines: mismatch });
-  for (const value of ['a', 1, null, undefined, () => 1]) {
-    await sees(name, (callback) => [value, callback], { lines: mismatch });
-  }
-});
-
-test(`${name} never answers a command that fails, and does not even log it`, async () => {
-  service({ SendModemLogCommand: { code: 9, answer: true } });
-  await sees(name, () => [command], { ...PENDING, ...sent });
-  await sees(name, (callback) => [command, callback], { ...FORGOTTEN, ...sent });
-  service(null);
-  await sees(name, () => [command], { ...PENDING, lines: [...itemLines, NO_PROXY('SendModemLogCommand')] });
-});
+calls('sends the command with what it can read of it', name, [
+  [{}, '{"configKey":"","value":}}', NO_KEY, NO_VALUE],
+  [[1], '{"configKey":"","value":}}', NO_KEY, NO_VALUE],
+  [{ configKey: 'k' }, '{"configKey":"k","value":}}', NO_VALUE],
+  [{ configKey: '', value: {} }, '{"configKey":"","value":}}', E('GetString: len error')],
+  [{ configKey: 5, value: 'x' }, '{"configKey":"","value":}}', NO_KEY, NO_VALUE],
+  [Object.assign([], command), itemText, ...itemLines],
+].map(([value, text, ...lines]) => [{}, () => [value], {
+  resolved: false, requests: [[operation, text]], lines: [...lines, E(`GetJsonParams ostringstream ${text}`)],
+}]));
 
 test(`${name} keeps any callback while an exception of the caller's own getter is pending`, async () => {
   const own = new Error("the caller's own");
-  const seen = await run(() => zelk[name]({ get configKey() { throw own; } }, 5));
-  assert.equal(seen.thrown, own);
-  assert.deepEqual(seen.requests, [['SendModemLogCommand', '{"configKey":"","value":}}']]);
+  const { thrown, requests } = await run(() => zelk[name]({ get configKey() { throw own; } }, 5));
+  assert.deepEqual([thrown, requests], [own, [[operation, '{"configKey":"","value":}}']]]);
 });

@@ -1,35 +1,20 @@
-import { test } from 'node:test';
-import { E, FORGOTTEN, gateTest, NO_PROXY, PENDING, sees } from '../support/cases.mjs';
-import { fail, service } from '../support/zelk.mjs';
+import { ANSWERS, calls, E, FORGOTTEN, NO_FUNCTIONS, NO_PROXY, PENDING } from '../support/cases.mjs';
 
 // Several texts are the modem log status's.
-const name = 'getTcpdumpStatus';
 const requests = [['GetTcpdumpStatus']];
 const unresolved = E("GetModemLogStatusCallback: asyncContext's resolved is false");
+const unmade = E('GetModemLogStatusCallback: fill bool failed');
+const failed = { code: 9, answer: true };
 
-gateTest(name, [E('GetModemLogStatus: current app is not system app, so return')]);
-
-test(`${name} answers, and takes one callback`, async () => {
-  for (const answer of [true, false]) {
-    service({ GetTcpdumpStatus: { answer } });
-    await sees(name, () => [], { resolved: answer, requests, lines: [] });
-    await sees(name, (callback) => [callback], { callback: [[answer]], requests, lines: [] });
-    for (const value of [42, undefined, null, 'x', {}]) {
-      await sees(name, () => [value], { resolved: answer, requests, lines: [] });
-    }
-  }
-  await sees(name, (callback) => [callback, 1], { lines: [E('GetModemLogStatus: Illegal params number')] });
-});
-
-test(`${name} never answers a query that fails`, async () => {
-  service({ GetTcpdumpStatus: { code: 9, answer: true } });
-  await sees(name, () => [], { ...PENDING, requests, lines: [unresolved] });
-  await sees(name, (callback) => [callback], { ...FORGOTTEN, requests, lines: [unresolved] });
-  service(null);
-  await sees(name, () => [], { ...PENDING, lines: [NO_PROXY('GetTcpdumpStatus'), unresolved] });
-});
-
-test(`${name} keeps the record when the answer cannot be made`, async () => {
-  fail({ name: 'napi_get_boolean', nth: 1 });
-  await sees(name, () => [], { ...PENDING, requests, lines: [E('GetModemLogStatusCallback: fill bool failed')] });
-});
+calls('answers, and takes one callback; a failure is never answered', 'getTcpdumpStatus', [
+  ...ANSWERS.flatMap((answer) => [
+    [{ answer }, () => [], { resolved: answer, requests, lines: [] }],
+    [{ answer }, (callback) => [callback], { callback: [[answer]], requests, lines: [] }],
+    ...NO_FUNCTIONS.map((value) => [{ answer }, () => [value], { resolved: answer, requests, lines: [] }]),
+  ]),
+  [{}, (callback) => [callback, 1], { lines: [E('GetModemLogStatus: Illegal params number')] }],
+  [failed, () => [], { ...PENDING, requests, lines: [unresolved] }],
+  [failed, (callback) => [callback], { ...FORGOTTEN, requests, lines: [unresolved] }],
+  [null, () => [], { ...PENDING, lines: [NO_PROXY('GetTcpdumpStatus'), unresolved] }],
+  [{}, () => [], { ...PENDING, requests, lines: [unmade] }, 'napi_get_boolean'],
+]);

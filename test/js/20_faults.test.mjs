@@ -1,9 +1,10 @@
 // Every Node-API call of every function is made to fail once, then in pairs, and what follows is judged from the trace
 // of the calls alone: what JavaScript and the service see, and what stays allocated.
 import assert from 'node:assert/strict';
-import { after, afterEach, before, test } from 'node:test';
+import { after, before, test } from 'node:test';
+import '../support/cases.mjs';
 import { answering, forms } from '../support/forms.mjs';
-import { counts, fail, held, names, remoteNames, run, service, trace, zelk } from '../support/zelk.mjs';
+import { counts, fail, gatedNames, leaves, names, run, service, trace, zelk } from '../support/zelk.mjs';
 
 // How far behind a first fault the second of a pair may lie. A long run takes them all, a build with sanitizers is slow.
 const PAIR_REACH = Number(process.env.ZELK_FAULT_PAIR_REACH || (process.env.ZELKLOGSERVICE_BUILD ? 1 : 4));
@@ -12,9 +13,13 @@ const MESSAGES = { 1: 'Invalid argument', 10: 'An exception is pending', [INJECT
 const UNSUPPORTED = /DirectPackConfig|LogMasks/;
 // Functions that compare their arguments with two lists of types: a second try follows the first.
 const MATCHED = /^(get\w+(Config|LogMasks)|change\w+|send\w+)$/;
+const QUEUE = 'napi_queue_async_work';
 
-const ALWAYS_CHECKED = new Set(['napi_get_cb_info', 'napi_create_reference', 'napi_get_undefined', 'napi_create_promise',
-  'napi_create_async_work', 'napi_get_reference_value', 'napi_call_function', 'napi_resolve_deferred', 'napi_reject_deferred']);
+const CHECKED = new RegExp('^napi_(get_cb_info|create_(reference|promise|async_work)|get_(undefined|reference_value)|' +
+  'call_function|(resolve|reject)_deferred)$');
+
+const isRemote = (name) => !gatedNames.includes(name);
+const namesOf = (calls) => calls.map(([call]) => call);
 
 // Whether a failure of calls[k] is to be thrown; every other one is logged at most. `isAnswer`: in the complete step.
 function isChecked(name, calls, k, isAnswer) {
@@ -28,18 +33,18 @@ function isChecked(name, calls, k, isAnswer) {
       return isAnswer;
     case 'napi_set_named_property':
     case 'napi_create_string_utf8': { // The strings of a reply's item, not those of the object that is its value.
-      const item = calls.slice(0, k).map(([other]) => other);
-      const objects = item.slice(item.lastIndexOf('napi_set_element') + 1).filter((other) => other === 'napi_create_object');
-      return !isAnswer || remoteNames.includes(name) || objects.length === 1;
+      const earlier = namesOf(calls.slice(0, k));
+      const item = earlier.slice(earlier.lastIndexOf('napi_set_element') + 1);
+      return !isAnswer || isRemote(name) || item.filter((other) => other === 'napi_create_object').length === 1;
     }
     default:
-      return ALWAYS_CHECKED.has(call);
+      return CHECKED.test(call);
   }
 }
 
 // Whether the call goes on although calls[k] failed and was thrown.
 function goesOn(name, calls, k) {
-  const earlier = calls.slice(0, k).map(([call]) => call);
+  const earlier = namesOf(calls.slice(0, k));
   if (calls[k][0] === 'napi_get_undefined') { // As the resource, once there is something to return.
     return earlier.includes('napi_create_promise') || earlier.includes('napi_get_undefined');
   }
@@ -57,45 +62,39 @@ function walk(name, calls, isAnswer) {
       thrown.push(error);
       isPending = true;
     }
+    return k;
+  };
+  // The calls after a failing one at k; gives the index of the last of them.
+  const expectCheck = (k, status) => {
+    assert.deepEqual(namesOf(calls.slice(k + 1, k + 3)), ['napi_get_last_error_info', 'napi_is_exception_pending']);
+    const seemsPending = isPending && calls[k + 2][1] === 0;
+    return seemsPending || calls[k + 1][1] !== 0 ? k + 2 : expectThrow(k + 3, MESSAGES[status]);
   };
   for (let k = 0; k < calls.length; ++k) {
     const [call, status] = calls[k];
     if (k === 0 && !isAnswer && UNSUPPORTED.test(name)) {
       expectThrow(k, '6');
-    } else if (call === 'napi_queue_async_work' && status !== 0) {
-      expectThrow(++k, `${status} error at napi_queue_async_work`);
-      const throwStatus = calls[k][1]; // The throw itself is a checked call.
-      k = throwStatus === 0 ? k : expectCheck(k, throwStatus);
+    } else if (call === QUEUE && status !== 0) {
+      expectThrow(++k, `${status} error at ${QUEUE}`);
+      k = calls[k][1] === 0 ? k : expectCheck(k, calls[k][1]); // The throw itself is a checked call.
     } else if (status !== 0 && isChecked(name, calls, k, isAnswer)) {
       isPending ||= call === 'napi_call_function' && status === 10;
       const stops = !isAnswer && !goesOn(name, calls, k);
       k = expectCheck(k, status);
-      if (stops) {
-        assert.ok(calls.slice(k + 1).every(([other]) => other === 'napi_delete_reference'), 'only cleaning up follows');
-      }
+      const isCleaning = namesOf(calls.slice(k + 1)).every((other) => other === 'napi_delete_reference');
+      assert.ok(!stops || isCleaning, 'only cleaning up follows');
     } else {
       assert.ok(!/last_error|pending|throw/.test(call), `${call} after nothing that failed`);
     }
   }
   return thrown;
-
-  // The calls after a failing one at k; the index of the last of them.
-  function expectCheck(k, status) {
-    assert.equal(calls[k + 1]?.[0], 'napi_get_last_error_info');
-    assert.equal(calls[k + 2]?.[0], 'napi_is_exception_pending');
-    const seemsPending = isPending && calls[k + 2][1] === 0;
-    if (seemsPending || calls[k + 1][1] !== 0) {
-      return k + 2;
-    }
-    expectThrow(k + 3, MESSAGES[status]);
-    return k + 3;
-  }
 }
 
 // What a run must have looked like whose Node-API calls were `calls`.
 function judge(name, args, calls, seen, left, own) {
   const ok = (step, call) => step.filter(([other, status]) => other === call && status === 0).length;
-  const queue = calls.findIndex(([call]) => call === 'napi_queue_async_work');
+  const cannot = (call) => calls.some(([other, status]) => other === call && status !== 0);
+  const queue = namesOf(calls).indexOf(QUEUE);
   const isQueued = queue >= 0 && calls[queue][1] === 0;
   const asked = isQueued ? calls.slice(0, queue + 1) : calls;
   const answered = isQueued ? calls.slice(queue + 1) : [];
@@ -103,51 +102,45 @@ function judge(name, args, calls, seen, left, own) {
   const thrown = walk(name, asked, false);
   assert.deepEqual(seen.thrown ? [describe(seen.thrown)] : [], thrown);
   const uncaught = walk(name, answered, true);
-  const hasCalled = answered.some(([call, status]) => call === 'napi_call_function' && status === 10) &&
-    own !== null && uncaught.length === 0;
-  assert.deepEqual(seen.uncaught.map((error) => (error === own ? 'own' : describe(error))), hasCalled ? ['own'] : uncaught);
+  const hasCalled = own !== null && uncaught.length === 0 &&
+    answered.some(([call, status]) => call === 'napi_call_function' && status === 10);
+  assert.deepEqual(seen.uncaught.map((error) => (error === own ? own : describe(error))), hasCalled ? [own] : uncaught);
 
   const settled = ok(answered, 'napi_resolve_deferred') + ok(answered, 'napi_reject_deferred');
   const isDelivered = settled + (ok(answered, 'napi_call_function') && ok(answered, 'napi_delete_reference')) > 0;
   assert.equal(seen.callback.length, ok(answered, 'napi_call_function') + hasCalled);
   assert.equal(seen.pending, seen.returned instanceof Promise ? !settled : undefined);
-  if (!seen.thrown) {
-    assert.equal(seen.returned instanceof Promise, ok(asked, 'napi_create_promise') === 1 && queue >= 0);
-  }
+  assert.ok(seen.thrown || seen.returned instanceof Promise === (ok(asked, 'napi_create_promise') === 1 && queue >= 0));
   assert.ok(seen.requests.length <= (isQueued ? 1 : 0), 'at most one request, and only of a call that was queued');
 
   if (MATCHED.test(name) && !UNSUPPORTED.test(name) && asked.find(([call]) => call === 'napi_typeof')?.[1]) {
     assert.ok(queue < 0 || typeof args[1] === 'function', 'only the second list of types can still match');
   }
-
   if (name.endsWith('Status') && answered[0]?.[0] === 'napi_get_boolean' && answered[0][1] !== 0) {
     assert.equal(answered.length, 1, 'a status that cannot be made is answered by nothing');
   }
 
-  const isRemote = remoteNames.includes(name);
-  const isKept = isQueued ? !isDelivered : queue >= 0 && thrown.at(-1)?.endsWith('error at napi_queue_async_work') === true;
-  const hasReference = ok(asked, 'napi_create_reference') === 1;
-  const cannot = (call) => calls.some(([other, status]) => other === call && status !== 0);
+  const isKept = isQueued ? !isDelivered : queue >= 0 && thrown.at(-1)?.endsWith(`error at ${QUEUE}`) === true;
   assert.deepEqual(left, {
-    records: isKept && !isRemote ? 1 : 0,
-    references: hasReference && (isKept || cannot('napi_delete_reference')) ? 1 : 0,
-    works: cannot('napi_delete_async_work') || (!isRemote && (isKept || (queue >= 0 && !isQueued))) ? 1 : 0,
+    records: Number(isKept && !isRemote(name)),
+    references: Number(ok(asked, 'napi_create_reference') === 1 && (isKept || cannot('napi_delete_reference'))),
+    works: Number(cannot('napi_delete_async_work') || (!isRemote(name) && (isKept || (queue >= 0 && !isQueued)))),
     deferreds: ok(asked, 'napi_create_promise') - settled,
   });
 }
 
 const describe = (error) => (/^\d+ .* not support /.test(`${error.code} ${error.message}`) ? '6'
   : [error.code, error.message].filter(Boolean).join(' '));
-
-const outcome = ({ thrown, uncaught, resolved, rejected, pending, callback, requests }) =>
-  ({ thrown: thrown && describe(thrown), uncaught: uncaught.map(describe), resolved, rejected, pending, callback, requests });
+const outcome = ({ thrown, uncaught, lines, returned, ...rest }) =>
+  ({ thrown: thrown && describe(thrown), uncaught: uncaught.map(describe), ...rest });
+const value = (seen) => [seen.resolved, seen.rejected, ...seen.callback.flat()].filter((each) => each !== undefined);
 
 // One run of one form under one plan; gives what was seen.
-async function attempt(name, index, own, plan) {
+async function attempt(name, index, own, ...faults) {
+  const plan = faults.map((nth) => ({ nth }));
   fail(...plan);
-  const before = held();
   let args;
-  const seen = await run((callback) => {
+  const [left, seen] = await leaves(() => run((callback) => {
     args = forms(name, (...values) => {
       callback(...values);
       if (own) {
@@ -155,10 +148,8 @@ async function attempt(name, index, own, plan) {
       }
     })[index];
     return zelk[name](...args);
-  });
-  const after = held();
+  }));
   const calls = trace();
-  const left = Object.fromEntries(Object.keys(after).map((key) => [key, after[key] - before[key]]));
   const text = `${name} form ${index} faults ${JSON.stringify(plan)}`;
   try {
     judge(name, args, calls, seen, left, own);
@@ -172,46 +163,36 @@ async function attempt(name, index, own, plan) {
 const tried = { forms: 0, single: 0, pairs: 0 };
 
 async function sweep(name, index, own) {
-  const NONE = [{ nth: 0 }];
-  const whole = outcome((await attempt(name, index, own, NONE)).seen);
+  const whole = outcome((await attempt(name, index, own, 0)).seen);
   tried.forms++;
   for (let first = 1; ; ++first) {
-    const single = await attempt(name, index, own, [{ nth: first }]);
+    const single = await attempt(name, index, own, first);
     if (single.faults === 0) {
       break;
     }
     tried.single++;
     for (let second = first + 1; second <= first + PAIR_REACH; ++second) {
-      const pair = await attempt(name, index, own, [{ nth: first }, { nth: second }]);
-      if (pair.faults < 2) {
+      if ((await attempt(name, index, own, first, second)).faults < 2) {
         break;
       }
       tried.pairs++;
     }
     // What cannot be read of an argument may change the question, never the answer.
-    const queue = single.calls.findIndex(([call]) => call === 'napi_queue_async_work');
     const answer = value(single.seen);
-    const isComparable = !whole.thrown && !whole.uncaught.length && single.seen.requests.length === whole.requests.length;
-    if (queue >= first && answer.length > 0 && isComparable) {
+    const isComparable = !whole.thrown && !whole.uncaught.length &&
+      single.seen.requests.length === whole.requests.length;
+    if (namesOf(single.calls).indexOf(QUEUE) >= first && answer.length > 0 && isComparable) {
       assert.deepEqual(answer, value(whole), single.text);
     }
   }
-  assert.deepEqual(outcome((await attempt(name, index, own, NONE)).seen), whole, `${name} form ${index}: works again`);
+  assert.deepEqual(outcome((await attempt(name, index, own, 0)).seen), whole, `${name} form ${index}: works again`);
 }
 
-const value = ({ resolved, rejected, callback }) => [resolved, rejected, ...callback.flat()].filter((each) => each !== undefined);
-
-before(() => {
-  // An error in the call keeps its promise from the caller, who cannot handle a rejection then.
-  process.removeAllListeners('unhandledRejection');
-  process.on('unhandledRejection', () => {});
+before(() => { // An error in the call keeps its promise from the caller, who cannot handle a rejection then.
+  process.removeAllListeners('unhandledRejection').on('unhandledRejection', () => {});
 });
-afterEach(() => {
-  fail();
-  service({});
-});
-after(() => console.log(
-  `faults tried: ${tried.single} single, ${tried.pairs} pairs, in ${tried.forms} combinations of form, service and callback`));
+after(() => console.log(`faults tried: ${tried.single} single, ${tried.pairs} pairs, in ${tried.forms} combinations of ` +
+  'form, service and callback'));
 
 for (const name of names) {
   test(`${name} survives every fault`, async () => {
@@ -221,7 +202,7 @@ for (const name of names) {
         await sweep(name, index, null);
       }
     }
-    if (!remoteNames.includes(name)) {
+    if (!isRemote(name)) {
       const withCallback = forms(name, 'callback').findIndex((args) => args.at(-1) === 'callback');
       await sweep(name, withCallback, new Error("the callback's own"));
     }

@@ -130,6 +130,10 @@ __attribute__((constructor)) void RegisterProbes()
         STEPS(GetModemLogDirectPackConfig), STEPS(GetModemLogLogMasks), STEPS(ChangeModemLogConfig),
         STEPS(SendModemLogCommand), STEPS(GetTcpdumpStatus), STEPS(HandleTcpdumpSwitch), STEPS(GetTcpdumpConfig),
         STEPS(ChangeTcpdumpConfig), STEPS(HandleBluetoothCallPcmLogSwitch),
+        Describe("OnGlobalExecuteCallback", [](auto env, auto&) {
+            return OnGlobalExecuteCallback(env, nullptr), napi_value(); }),
+        Describe("OnGlobalCompleteCallback", [](auto env, auto&) {
+            return OnGlobalCompleteCallback(env, napi_ok, nullptr), napi_value(); }),
         Describe("handleNothing", [](auto env, auto&) {
             return NapiUtil::HandleAsyncWork(env, nullptr, "Nothing", nullptr, nullptr); }),
         Describe("handleBare", HandleBare), Describe("execute", Execute),

@@ -1,6 +1,6 @@
 // What the soak programs share: the module as built for users, its calls, and the memory that they use.
 import { createRequire } from 'node:module';
-import { forms } from '../support/forms.mjs';
+import { forms } from '../../test/support/forms.mjs';
 
 process.env.HILOG_LEVEL = 'X';
 export const zelk = createRequire(import.meta.url)('../../index.js');
