@@ -22,12 +22,14 @@ function call({ name, args, unsupported }, { seconds, verbose }) {
     env.HILOG_LEVEL = 'X';
   }
   return new Promise((resolve) => {
-    const child = fork(path.join(__dirname, 'caller.js'), [JSON.stringify({ name, args, unsupported })], { env });
+    const child = fork(path.join(__dirname, 'caller.js'), [], { env });
+    child.send({ name, args, unsupported });
     const timer = setTimeout(() => {
       resolve({ kind: 'late' });
       child.kill('SIGKILL');
     }, seconds * 1000);
     child.once('message', resolve);
+    child.once('error', (error) => resolve({ kind: 'died', value: error.code }));
     child.once('close', (status, signal) => {
       clearTimeout(timer);
       resolve(status === 0 ? { kind: 'silent' } : { kind: 'died', value: signal ?? status });

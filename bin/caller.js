@@ -7,10 +7,8 @@ const UNSUPPORTED = '6';
 
 const send = (kind, value) => process.send({ kind, value });
 
-// Nobody waits for the answer any more. Listening alone must not keep this process alive: a call that will never be
-// answered is recognised by its end.
+// Nobody waits for the answer any more.
 process.on('disconnect', () => process.kill(process.pid, 'SIGKILL'));
-process.channel.unref();
 
 function callForPromise(method, args) {
   const promise = method(...args);
@@ -33,8 +31,7 @@ function callUnsupported(method, args) {
   send('refused');
 }
 
-function makeCall(library) {
-  const { name, args, unsupported } = JSON.parse(process.argv[2]);
+function makeCall(library, { name, args, unsupported }) {
   (unsupported ? callUnsupported : callForPromise)(library[name], args);
 }
 
@@ -47,11 +44,15 @@ function load() {
   }
 }
 
-const library = load();
-if (library) {
-  try {
-    makeCall(library);
-  } catch (error) {
-    send('threw', error.message);
+process.once('message', (request) => {
+  // Listening on must not keep this process alive: a call that will never be answered is recognised by its end.
+  process.channel.unref();
+  const library = load();
+  if (library) {
+    try {
+      makeCall(library, request);
+    } catch (error) {
+      send('threw', error.message);
+    }
   }
-}
+});

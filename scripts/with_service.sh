@@ -11,16 +11,20 @@ if [ -z "${ZELK_PRIVATE_BUS:-}" ]; then
     exec env ZELK_PRIVATE_BUS=1 dbus-run-session -- "$0" "$@"
 fi
 
+unset ZELK_PRIVATE_BUS # The command may come back here for a bus of its own.
+
 build=$(dirname "$0")/../build/${ZELKLOGSERVICE_BUILD:-release}
 "${ZELK_SERVICE_PROGRAM:-$build/zelk-log-service}" --session &
 service=$!
-trap 'kill "$service" 2>/dev/null; wait "$service" || true' EXIT
+trap 'kill "$service" 2>/dev/null || true; wait "$service" || true' EXIT
 
-for _ in $(seq 100); do
-    owned=$(busctl --user call org.freedesktop.DBus / org.freedesktop.DBus NameHasOwner s dev.zelk.LogService)
-    if [ "$owned" = "b true" ]; then
-        break
+owned=
+while [ "$owned" != "b true" ]; do
+    if ! kill -0 "$service" 2>/dev/null; then
+        echo "scripts/with_service.sh: the log service has ended" >&2
+        exit 1
     fi
+    owned=$(busctl --user call org.freedesktop.DBus / org.freedesktop.DBus NameHasOwner s dev.zelk.LogService)
     sleep 0.05
 done
 ZELK_LOG_SERVICE=session ZELK_SERVICE_PID=$service "$@"

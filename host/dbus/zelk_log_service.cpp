@@ -98,6 +98,8 @@ void Run(const ServiceOptions& options)
 
 int main(int argc, char** argv)
 {
+    // Nobody reads what is said here: no reason to leave a caller without an answer.
+    std::signal(SIGPIPE, SIG_IGN);
     std::string error;
     const ServiceOptions options = ParseServiceOptions(std::vector<std::string>(argv + 1, argv + argc), error);
     if (!error.empty()) {

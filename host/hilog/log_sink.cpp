@@ -104,7 +104,9 @@ void LogSink::OpenFile()
 {
     const std::string_view name = Setting(FILE_VARIABLE);
     if (!name.empty()) {
-        const int file = open(name.data(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOCTTY, FILE_MODE);
+        // A pipe that nobody reads yet cannot be opened, rather than holding up the first line for good.
+        constexpr int FLAGS = O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
+        const int file = open(name.data(), FLAGS, FILE_MODE);
         if (file < 0) {
             ReportSetting(FILE_VARIABLE, name, "cannot be opened; lines go to standard error");
         } else {

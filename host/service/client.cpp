@@ -1,5 +1,7 @@
 #include "zelk_service_api/client.h"
 
+#include <algorithm>
+#include <array>
 #include <mutex>
 #include <string_view>
 #include <utility>
@@ -29,6 +31,31 @@ Host::ProxySource Embedded()
     };
 }
 
+// One part of a D-Bus address: TRANSPORT:KEY=VALUE and more of these, of a transport that libsystemd knows.
+bool IsBusAddressPart(std::string_view part)
+{
+    constexpr std::array<std::string_view, 4> TRANSPORTS = {"unix", "tcp", "unixexec", "x-machine-unix"};
+    const size_t colon = part.find(':');
+    const size_t equals = part.find('=');
+    return std::find(TRANSPORTS.begin(), TRANSPORTS.end(), part.substr(0, colon)) != TRANSPORTS.end() &&
+           equals != std::string_view::npos && equals > colon + 1 && equals + 1 < part.size();
+}
+
+// Parts with a semicolon between them, to be tried in turn.
+bool IsBusAddress(std::string_view address)
+{
+    while (true) {
+        const size_t end = address.find(';');
+        if (!IsBusAddressPart(address.substr(0, end))) {
+            return false;
+        }
+        if (end == std::string_view::npos) {
+            return true;
+        }
+        address.remove_prefix(end + 1);
+    }
+}
+
 Host::ProxySource SourceOfSetting()
 {
     const std::string_view value = Host::Setting(SERVICE_VARIABLE);
@@ -38,7 +65,7 @@ Host::ProxySource SourceOfSetting()
     if (value == "none") {
         return NoService;
     }
-    if (value != "session" && value != "system" && value.find(':') == std::string_view::npos) {
+    if (value != "session" && value != "system" && !IsBusAddress(value)) {
         Host::ReportSetting(SERVICE_VARIABLE, value,
                             "not embedded, session, system, none or a D-Bus address; no service");
         return NoService;

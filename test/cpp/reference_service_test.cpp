@@ -72,6 +72,8 @@ TEST(ServiceSetting, Values)
 {
     const struct { const char* setting; int status; const char* errors; } cases[] = {
         {"", 0, "^$"}, {"embedded", 0, "^$"}, {"none", 1, "^$"}, {"unix:path=/nonexistent", 1, "^$"},
+        {":", 1, "no service\n$"}, {"sesion:path=/x", 1, "no service\n$"}, {"unix:path=", 1, "no service\n$"},
+        {"tcp:host=localhost,port=1;unix:path=/nonexistent", 1, "^$"},
         {"Session", 1, "^[^\n]*ZELK_LOG_SERVICE=\"Session\"[^\n]*no service\n$"},
     };
     testing::GTEST_FLAG(death_test_style) = "threadsafe";

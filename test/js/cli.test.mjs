@@ -188,3 +188,9 @@ test('the service in a process of its own keeps what was set', { skip: !hasBus }
   const { stdout, stderr } = spawnSync(join(root, 'scripts/with_service.sh'), ['bash', '-c', script], { encoding: 'utf8' });
   assert.equal(stdout, 'on\nlog\n  level = 3\n  path = "/x"\noff\nended with 1\n', stderr);
 });
+
+test('a call may be longer than one word of a command line', () => {
+  const keys = Array.from({ length: 30_000 }, (_, i) => `key${i}`);
+  const { status, stdout } = zelklog(['modem', 'config', 'get', ...keys, '--json']);
+  assert.deepEqual([status, JSON.parse(stdout).length], [0, keys.length]);
+});
