@@ -28,9 +28,7 @@ std::unique_ptr<ChangeConfigContext> ReadConfigChangeCall(napi_env env, napi_cal
         LogError(texts.errorArrayType);
         return nullptr;
     }
-    std::vector<std::shared_ptr<ConfigInfo>> configs;
-    FillConfigInfoVector(env, arguments[0], configs);
-    context->configs = std::move(configs);
+    FillConfigInfoVector(env, arguments[0], context->configs);
     if (arguments.count == 2 && !KeepCallbackIfFunction(env, arguments[1], *context)) {
         return nullptr;
     }

@@ -24,9 +24,7 @@ std::unique_ptr<GetConfigContext> ReadConfigQueryCall(napi_env env, napi_callbac
         LogError(texts.errorType);
         return nullptr;
     }
-    std::vector<std::string> keys;
-    FillStringVector(env, arguments[0], keys);
-    context->configKeys = std::move(keys);
+    FillStringVector(env, arguments[0], context->configKeys);
     if (arguments.count == 2) {
         if (!KeepCallbackIfFunction(env, arguments[1], *context)) {
             return nullptr;

@@ -31,9 +31,7 @@ bool ReadConfigs(napi_env env, napi_value value, SwitchContext& context)
     if (!NapiUtil::IsArray(env, value)) {
         return false;
     }
-    std::vector<std::shared_ptr<ConfigInfo>> configs;
-    FillConfigInfoVector(env, value, configs);
-    context.configs = std::move(configs);
+    FillConfigInfoVector(env, value, context.configs);
     return true;
 }
 
