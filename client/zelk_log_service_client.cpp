@@ -12,7 +12,7 @@ constexpr int32_t EMPTY_LIST = 7;
 
 int32_t RefuseEmptyList(const char* method)
 {
-    Log(LOG_WARN, TAG_FRAMEWORK, "[%{public}s]\"configs is empty.\"", method);
+    ZELK_LOG(LOG_WARN, TAG_FRAMEWORK, "[%{public}s]\"configs is empty.\"", method);
     return EMPTY_LIST;
 }
 
@@ -33,7 +33,7 @@ int32_t ZelkLogServiceClient::Ask(const char* method, int32_t unreachable, Reque
 {
     const sptr<IZelkLogService> proxy = GetProxy();
     if (proxy == nullptr) {
-        Log(LOG_WARN, TAG_FRAMEWORK, "[%{public}s]\"get proxy fail.\"", method);
+        ZELK_LOG(LOG_WARN, TAG_FRAMEWORK, "[%{public}s]\"get proxy fail.\"", method);
         return unreachable;
     }
     return request(*proxy);
@@ -62,10 +62,10 @@ int32_t ZelkLogServiceClient::GetModemLogLogMasks(std::vector<std::string>& mask
 
 int32_t ZelkLogServiceClient::GetModemLogStatus(bool& status)
 {
-    LogInfo("[ZelkLogServiceClient] GetModemLogStatus, callbackStatus=%{public}d", status);
+    ZELK_INFO("[ZelkLogServiceClient] GetModemLogStatus, callbackStatus=%{public}d", status);
     return Ask("GetModemLogStatus", SERVICE_UNAVAILABLE, [&](IZelkLogService& service) {
         const int32_t code = service.GetModemLogStatus(status);
-        LogInfo("[ZelkLogServiceClient] GetModemLogStatus, result=%{public}d", code);
+        ZELK_INFO("[ZelkLogServiceClient] GetModemLogStatus, result=%{public}d", code);
         return code;
     });
 }
@@ -176,8 +176,8 @@ int32_t ZelkLogServiceClient::GetRemoteDevicesList(std::string& response)
 int32_t ZelkLogServiceClient::QueryProtocolData(const std::string& request, std::string& response)
 {
     return Ask("QueryProtocolData", REMOTE_SERVICE_UNAVAILABLE, [&](IZelkLogService& service) {
-        Log(LOG_ERROR, TAG_FRAMEWORK, "[%{public}s]\"get proxy success. request:%{public}s\"", "QueryProtocolData",
-            request.c_str());
+        ZELK_LOG(LOG_ERROR, TAG_FRAMEWORK, "[%{public}s]\"get proxy success. request:%{public}s\"", "QueryProtocolData",
+                 request.c_str());
         return service.QueryProtocolData(request, response);
     });
 }

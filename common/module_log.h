@@ -14,32 +14,16 @@ constexpr const char* TAG_FRAMEWORK = "FRAMEWORK";
 // Replies to protocol-data requests.
 constexpr const char* TAG_PROTOCOL = "PROTOCOL";
 
-// `format` is HiLog's: printf conversions, each marked %{public} or %{private}.
-template <typename... Args>
-void Log(LogLevel level, const char* tag, const char* format, Args... args)
-{
-    HiLogPrint(LOG_CORE, level, MODULE_LOG_DOMAIN, tag, format, args...);
-}
+} // namespace OHOS::HiviewDFX
+
+// Macros, because the compiler checks a format against its arguments only where HiLogPrint itself is called with it.
+// The format is HiLog's: printf conversions, each marked %{public} or %{private}. The empty string in front of it lets
+// nothing but a literal pass: a text that is known at run time only is the argument of "%{public}s".
+#define ZELK_LOG(level, tag, ...) HiLogPrint(LOG_CORE, level, OHOS::HiviewDFX::MODULE_LOG_DOMAIN, tag, "" __VA_ARGS__)
 
 // Lines under TAG_SERVICE, by far the most.
-template <typename... Args>
-void LogError(const char* format, Args... args)
-{
-    Log(LOG_ERROR, TAG_SERVICE, format, args...);
-}
-
-template <typename... Args>
-void LogInfo(const char* format, Args... args)
-{
-    Log(LOG_INFO, TAG_SERVICE, format, args...);
-}
-
-template <typename... Args>
-void LogDebug(const char* format, Args... args)
-{
-    Log(LOG_DEBUG, TAG_SERVICE, format, args...);
-}
-
-} // namespace OHOS::HiviewDFX
+#define ZELK_ERROR(...) ZELK_LOG(LOG_ERROR, OHOS::HiviewDFX::TAG_SERVICE, __VA_ARGS__)
+#define ZELK_INFO(...) ZELK_LOG(LOG_INFO, OHOS::HiviewDFX::TAG_SERVICE, __VA_ARGS__)
+#define ZELK_DEBUG(...) ZELK_LOG(LOG_DEBUG, OHOS::HiviewDFX::TAG_SERVICE, __VA_ARGS__)
 
 #endif // ZELKLOGSERVICE_COMMON_MODULE_LOG_H

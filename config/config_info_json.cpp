@@ -134,7 +134,7 @@ std::string ConfigInfo::GetJsonParams() const
     MoveText(stream, text);
     text.back() = '}';
     text += '}';
-    LogError("GetJsonParams ostringstream %{public}s", text.c_str());
+    ZELK_ERROR("GetJsonParams ostringstream %{public}s", text.c_str());
     return text;
 }
 

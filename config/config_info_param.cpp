@@ -102,7 +102,7 @@ ConfigInfoParamValue::ConfigInfoParamValue(const ConfigInfoParamValue& other) : 
 void ConfigInfoParamValue::InitBaseTypeValue(const ConfigInfoParamValue& other)
 {
     if (!VisitScalar(type, [&](auto member) { Construct(this->*member, other.*member); })) {
-        LogError("InitBaseTypeValue: ERROR TYPE");
+        ZELK_ERROR("InitBaseTypeValue: ERROR TYPE");
     }
 }
 

@@ -46,7 +46,7 @@ void ConvertJsonToObject(napi_env env, std::string text, napi_value object)
 {
     Json::Value root;
     if (!ParseJson(text, root)) {
-        LogError("ConvertJsonToObject: json parse error");
+        ZELK_ERROR("ConvertJsonToObject: json parse error");
         return;
     }
     if (!root.isObject()) {

@@ -34,7 +34,7 @@ private:
 bool CheckArray(napi_env env, napi_value array)
 {
     if (!NapiUtil::IsArray(env, array)) {
-        LogError("FillConfigInfoVector: value is not array");
+        ZELK_ERROR("FillConfigInfoVector: value is not array");
         return false;
     }
     return true;
@@ -49,7 +49,7 @@ std::shared_ptr<ConfigInfo> NapiZelkConfigInfoBuild::BuildChangeConfig(napi_env 
     std::vector<std::string> names;
     NapiUtil::GetPropertyNames(env, object, names);
     for (const std::string& name : names) {
-        LogInfo("BuildChangeConfig: key %{public}s", name.c_str());
+        ZELK_INFO("BuildChangeConfig: key %{public}s", name.c_str());
         napi_value value = NapiUtil::GetProperty(env, object, name);
         if (value != nullptr) {
             AddParamToList(env, name, value);
@@ -77,7 +77,7 @@ void NapiZelkConfigInfoBuild::AddParamToList(napi_env env, const std::string& na
         }
         break;
     default:
-        LogError("AddParamToList: WRONG TYPE");
+        ZELK_ERROR("AddParamToList: WRONG TYPE");
         break;
     }
 }
@@ -107,7 +107,7 @@ void NapiZelkConfigInfoBuild::AddArrayParamToList(napi_env env, const std::strin
         break;
     }
     default:
-        LogError("AddArrayParamToList: array param value type is invalid");
+        ZELK_ERROR("AddArrayParamToList: array param value type is invalid");
         errorCode = INVALID_ARRAY;
         break;
     }

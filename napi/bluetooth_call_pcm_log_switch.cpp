@@ -10,7 +10,7 @@ namespace OHOS::HiviewDFX {
 napi_value HandleBluetoothCallPcmLogSwitch(napi_env env, napi_callback_info info)
 {
     if (!NapiUtil::IsSystemAppCall()) {
-        LogError("HandleBluetoothCallPcmLogSwitch: current app is not system app, so return");
+        ZELK_ERROR("HandleBluetoothCallPcmLogSwitch: current app is not system app, so return");
         return nullptr;
     }
     auto context = ReadSwitchCall(env, info,
@@ -27,7 +27,7 @@ void NativeHandleBluetoothCallPcmLogSwitch(napi_env, void* data)
 {
     auto* context = RecordFrom<SwitchContext>(data);
     if (context == nullptr) {
-        LogError("NativeHandleBluetoothCallPcmLogSwitch: data is null");
+        ZELK_ERROR("NativeHandleBluetoothCallPcmLogSwitch: data is null");
         return;
     }
     // The service takes no items with this switch and gives no answer but its code.
@@ -40,12 +40,12 @@ void HandleBluetoothCallPcmLogSwitchCallback(napi_env env, napi_status, void* da
 {
     auto* context = RecordFrom<SwitchContext>(data);
     if (context == nullptr) {
-        LogError("HandleBluetoothCallPcmLogSwitchCallback: data is null");
+        ZELK_ERROR("HandleBluetoothCallPcmLogSwitchCallback: data is null");
         return;
     }
     if (!context->resolved) {
         // Never answered: the promise stays pending and the record is kept.
-        LogInfo("HandleBluetoothCallPcmLogSwitchCallback: errorcode %{public}d", context->errorCode);
+        ZELK_INFO("HandleBluetoothCallPcmLogSwitchCallback: errorcode %{public}d", context->errorCode);
         return;
     }
     // Nobody writes the result of this switch: success answers false.

@@ -11,7 +11,7 @@ namespace OHOS::HiviewDFX {
 napi_value SendModemLogCommand(napi_env env, napi_callback_info info)
 {
     if (!NapiUtil::IsSystemAppCall()) {
-        LogError("SendModemLogCommand: current app is not system app, so return");
+        ZELK_ERROR("SendModemLogCommand: current app is not system app, so return");
         return nullptr;
     }
     Arguments<2> arguments;
@@ -39,7 +39,7 @@ void NativeSendModemLogCommand(napi_env, void* data)
     auto* context = RecordFrom<SendCommandContext>(data);
     if (context == nullptr) {
         // The capture switch's text.
-        LogError("NativeHandleTcpdumpSwitch: data is null");
+        ZELK_ERROR("NativeHandleTcpdumpSwitch: data is null");
         return;
     }
     const auto client = DelayedSingleton<ZelkLogServiceClient>::GetInstance();
@@ -52,7 +52,7 @@ void SendModemLogCommandCallback(napi_env env, napi_status, void* data)
     auto* context = RecordFrom<SendCommandContext>(data);
     if (context == nullptr) {
         // The modem log switch's text.
-        LogError("HandleModemLogSwitchCallback: data is null");
+        ZELK_ERROR("HandleModemLogSwitchCallback: data is null");
         return;
     }
     if (!context->resolved) {

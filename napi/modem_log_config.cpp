@@ -27,7 +27,7 @@ void ExpandTextValue(napi_env env, const Json::Value& value, napi_value item)
 napi_value GetModemLogConfig(napi_env env, napi_callback_info info)
 {
     if (!NapiUtil::IsSystemAppCall()) {
-        LogError("GetModemLogConfig: current app is not system app, so return");
+        ZELK_ERROR("GetModemLogConfig: current app is not system app, so return");
         return nullptr;
     }
     auto context = ReadConfigQueryCall(env, info,
@@ -45,7 +45,7 @@ void NativeGetModemLogConfig(napi_env env, void* data)
 {
     auto* context = RecordFrom<GetConfigContext>(data);
     if (context == nullptr) {
-        LogError("NativeGetModemLogConfig: data is null");
+        ZELK_ERROR("NativeGetModemLogConfig: data is null");
         NapiUtil::ThrowError(env, 1, "error");
         return;
     }
@@ -58,17 +58,17 @@ void GetModemLogConfigCallback(napi_env env, napi_status, void* data)
 {
     auto* context = RecordFrom<GetConfigContext>(data);
     if (context == nullptr) {
-        LogError("GetModemLogConfigCallback: data is null");
+        ZELK_ERROR("GetModemLogConfigCallback: data is null");
         return;
     }
     // Returning here answers nothing: the promise stays pending and the record is kept.
     if (context->callbackConfigs.empty() || !context->resolved) {
-        LogError("GetModemLogConfigCallback: callbackConfigs is null");
+        ZELK_ERROR("GetModemLogConfigCallback: callbackConfigs is null");
         return;
     }
     napi_value configs = nullptr;
     if (!ConfigReplyToArray(env, context->callbackConfigs, ExpandTextValue, &configs)) {
-        LogError("GetModemLogConfigCallback: Failed to parse json");
+        ZELK_ERROR("GetModemLogConfigCallback: Failed to parse json");
         return;
     }
     NapiUtil::Answer(env, context, configs);

@@ -10,7 +10,7 @@ namespace OHOS::HiviewDFX {
 napi_value ChangeModemLogConfig(napi_env env, napi_callback_info info)
 {
     if (!NapiUtil::IsSystemAppCall()) {
-        LogError("ChangeModemLogConfig: current app is not system app, so return");
+        ZELK_ERROR("ChangeModemLogConfig: current app is not system app, so return");
         return nullptr;
     }
     auto context =
@@ -28,7 +28,7 @@ void NativeChangeModemLogConfig(napi_env, void* data)
 {
     auto* context = RecordFrom<ChangeConfigContext>(data);
     if (context == nullptr) {
-        LogError("NativeChangeModemLogConfig: data is null");
+        ZELK_ERROR("NativeChangeModemLogConfig: data is null");
         return;
     }
     const auto client = DelayedSingleton<ZelkLogServiceClient>::GetInstance();
@@ -40,12 +40,12 @@ void ChangeModemLogConfigCallback(napi_env env, napi_status, void* data)
 {
     auto* context = RecordFrom<ChangeConfigContext>(data);
     if (context == nullptr) {
-        LogError("ChangeModemLogConfigCallback: data is null");
+        ZELK_ERROR("ChangeModemLogConfigCallback: data is null");
         return;
     }
     if (!context->resolved) {
         // The result is delivered all the same, as the value of the rejection.
-        LogError("ChangeModemLogConfigCallback: asyncContext's resolved is false");
+        ZELK_ERROR("ChangeModemLogConfigCallback: asyncContext's resolved is false");
     }
     NapiUtil::AnswerBoolean(env, context, context->result);
 }

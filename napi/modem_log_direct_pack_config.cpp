@@ -10,7 +10,7 @@ namespace OHOS::HiviewDFX {
 napi_value GetModemLogDirectPackConfig(napi_env env, napi_callback_info info)
 {
     if (!NapiUtil::IsSystemAppCall()) {
-        LogError("GetModemLogDirectPackConfig: current app is not system app, so return");
+        ZELK_ERROR("GetModemLogDirectPackConfig: current app is not system app, so return");
         return nullptr;
     }
     auto context = ReadUnsupportedQueryCall<DirectPackConfigContext>(
@@ -26,7 +26,7 @@ void NativeGetModemLogDirectPackConfig(napi_env, void* data)
 {
     auto* context = RecordFrom<DirectPackConfigContext>(data);
     if (context == nullptr) {
-        LogError("NativeGetModemLogDirectPackConfig: data is null");
+        ZELK_ERROR("NativeGetModemLogDirectPackConfig: data is null");
         return;
     }
     const auto client = DelayedSingleton<ZelkLogServiceClient>::GetInstance();
@@ -38,12 +38,12 @@ void GetModemLogDirectPackConfigCallback(napi_env env, napi_status, void* data)
 {
     auto* context = RecordFrom<DirectPackConfigContext>(data);
     if (context == nullptr) {
-        LogError("GetModemLogDirectPackConfigCallback: data is null");
+        ZELK_ERROR("GetModemLogDirectPackConfigCallback: data is null");
         return;
     }
     if (!context->resolved) {
         // Never answered: the promise stays pending and the record is kept.
-        LogError("GetModemLogDirectPackConfigCallback: callbackConfigs is null");
+        ZELK_ERROR("GetModemLogDirectPackConfigCallback: callbackConfigs is null");
         return;
     }
     napi_value config = nullptr;

@@ -11,7 +11,7 @@ namespace OHOS::HiviewDFX {
 napi_value GetModemLogLogMasks(napi_env env, napi_callback_info info)
 {
     if (!NapiUtil::IsSystemAppCall()) {
-        LogError("GetModemLogLogMasks: current app is not system app, so return");
+        ZELK_ERROR("GetModemLogLogMasks: current app is not system app, so return");
         return nullptr;
     }
     auto context = ReadUnsupportedQueryCall<LogMasksContext>(
@@ -27,7 +27,7 @@ void NativeGetModemLogLogMasks(napi_env, void* data)
 {
     auto* context = RecordFrom<LogMasksContext>(data);
     if (context == nullptr) {
-        LogError("NativeGetModemLogLogMasks: data is null");
+        ZELK_ERROR("NativeGetModemLogLogMasks: data is null");
         return;
     }
     const auto client = DelayedSingleton<ZelkLogServiceClient>::GetInstance();
@@ -39,18 +39,18 @@ void GetModemLogLogMasksCallback(napi_env env, napi_status, void* data)
 {
     auto* context = RecordFrom<LogMasksContext>(data);
     if (context == nullptr) {
-        LogError("GetModemLogLogMasksCallback: data is null");
+        ZELK_ERROR("GetModemLogLogMasksCallback: data is null");
         return;
     }
     // Returning here answers nothing: the promise stays pending and the record is kept.
     if (context->logMasks.empty() || !context->resolved) {
-        LogError("GetModemLogLogMasksCallback: callbackConfigs is null");
+        ZELK_ERROR("GetModemLogLogMasksCallback: callbackConfigs is null");
         return;
     }
     // A mask's "value" stays the string that it is.
     napi_value masks = nullptr;
     if (!ConfigReplyToArray(env, context->logMasks, nullptr, &masks)) {
-        LogError("GetModemLogLogMasksCallback: Failed to parse json");
+        ZELK_ERROR("GetModemLogLogMasksCallback: Failed to parse json");
         return;
     }
     NapiUtil::Answer(env, context, masks);

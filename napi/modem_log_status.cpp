@@ -10,7 +10,7 @@ namespace OHOS::HiviewDFX {
 napi_value GetModemLogStatus(napi_env env, napi_callback_info info)
 {
     if (!NapiUtil::IsSystemAppCall()) {
-        LogError("GetModemLogStatus: current app is not system app, so return");
+        ZELK_ERROR("GetModemLogStatus: current app is not system app, so return");
         return nullptr;
     }
     Arguments<1> arguments;
@@ -19,11 +19,11 @@ napi_value GetModemLogStatus(napi_env env, napi_callback_info info)
     }
     auto context = std::make_unique<GetModemLogStatusContext>();
     if (arguments.count > 1) {
-        LogError("GetModemLogStatus: Illegal params number");
+        ZELK_ERROR("GetModemLogStatus: Illegal params number");
         return nullptr;
     }
     if (arguments.count == 1) {
-        LogError("GetModemLogStatus: enter PARAMETER_COUNT_ONE");
+        ZELK_ERROR("GetModemLogStatus: enter PARAMETER_COUNT_ONE");
         if (!KeepCallbackIfFunction(env, arguments[0], *context)) {
             return nullptr;
         }
@@ -36,7 +36,7 @@ void NativeGetModemLogStatus(napi_env, void* data)
 {
     auto* context = RecordFrom<GetModemLogStatusContext>(data);
     if (context == nullptr) {
-        LogError("NativeGetModemLogStatus: data is null");
+        ZELK_ERROR("NativeGetModemLogStatus: data is null");
         return;
     }
     const auto client = DelayedSingleton<ZelkLogServiceClient>::GetInstance();
@@ -48,16 +48,16 @@ void GetModemLogStatusCallback(napi_env env, napi_status, void* data)
 {
     auto* context = RecordFrom<GetModemLogStatusContext>(data);
     if (context == nullptr) {
-        LogError("GetModemLogStatusCallback: data is null");
+        ZELK_ERROR("GetModemLogStatusCallback: data is null");
         return;
     }
     if (!context->resolved) {
         // The state is delivered all the same, as the value of the rejection.
-        LogError("GetModemLogStatusCallback: asyncContext's resolved is false");
+        ZELK_ERROR("GetModemLogStatusCallback: asyncContext's resolved is false");
     }
     napi_value status = nullptr;
     if (napi_get_boolean(env, context->status, &status) != napi_ok) {
-        LogError("GetModemLogStatusCallback: fill bool failed");
+        ZELK_ERROR("GetModemLogStatusCallback: fill bool failed");
         return;
     }
     NapiUtil::Answer(env, context, status);

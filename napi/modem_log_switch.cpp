@@ -10,13 +10,13 @@ namespace OHOS::HiviewDFX {
 napi_value HandleModemLogSwitch(napi_env env, napi_callback_info info)
 {
     if (!NapiUtil::IsSystemAppCall()) {
-        LogError("HandleModemLogSwitch: current app is not system app, so return");
+        ZELK_ERROR("HandleModemLogSwitch: current app is not system app, so return");
         return nullptr;
     }
     auto context =
         ReadSwitchCall(env, info,
                        {"HandleModemLogSwitch: Illegal params number", "HandleModemLogSwitch: config is undefined",
-                        "HandleModemLogSwitch: switchStatus, %{public}d"});
+                        "HandleModemLogSwitch: switchStatus, "});
     if (context == nullptr) {
         return nullptr;
     }
@@ -28,12 +28,12 @@ void NativeHandleModemLogSwitch(napi_env, void* data)
 {
     auto* context = RecordFrom<SwitchContext>(data);
     if (context == nullptr) {
-        LogError("NativeHandleModemLogSwitch: data is null");
+        ZELK_ERROR("NativeHandleModemLogSwitch: data is null");
         return;
     }
     const auto client = DelayedSingleton<ZelkLogServiceClient>::GetInstance();
     if (context->configs.empty()) {
-        LogInfo("NativeHandleModemLogSwitch asyncContext configs is empty");
+        ZELK_INFO("NativeHandleModemLogSwitch asyncContext configs is empty");
         context->errorCode = client->HandleModemLogSwitch(context->switchStatus, context->result);
     } else {
         context->errorCode = client->HandleModemLogSwitch(context->switchStatus, context->configs, context->result);
@@ -45,12 +45,12 @@ void HandleModemLogSwitchCallback(napi_env env, napi_status, void* data)
 {
     auto* context = RecordFrom<SwitchContext>(data);
     if (context == nullptr) {
-        LogError("HandleModemLogSwitchCallback: data is null");
+        ZELK_ERROR("HandleModemLogSwitchCallback: data is null");
         return;
     }
     if (!context->resolved) {
         // The result is delivered all the same, as the value of the rejection.
-        LogError("[HandleModemLogSwitchCallback] !asyncContext->resolved");
+        ZELK_ERROR("[HandleModemLogSwitchCallback] !asyncContext->resolved");
     }
     NapiUtil::AnswerBoolean(env, context, context->result);
 }

@@ -24,9 +24,9 @@ bool ReadExactly(napi_env env, napi_callback_info info, const char* function, Ar
     }
     if (arguments.count != N) {
         // One format for all: it says 1 whatever N is.
-        Log(LOG_WARN, TAG_FRAMEWORK,
-            "[%{public}s]\"param count is incorrect. expected=%{public}uz actual=%{public}zu\"", function, 1U,
-            arguments.count);
+        ZELK_LOG(LOG_WARN, TAG_FRAMEWORK,
+                 "[%{public}s]\"param count is incorrect. expected=%{public}uz actual=%{public}zu\"", function, 1U,
+                 arguments.count);
         return false;
     }
     return true;
@@ -97,8 +97,8 @@ napi_value QueryProtocolData(napi_env env, napi_callback_info info)
     return Run(env, "QueryProtocolData", [request = std::move(request)] {
         auto answer = Ask(
             [&](ZelkLogServiceClient& client, std::string& reply) { return client.QueryProtocolData(request, reply); });
-        Log(LOG_INFO, TAG_PROTOCOL, "[%{public}s]\"napi callback into response : %{public}s\"", "operator()",
-            answer.second.c_str());
+        ZELK_LOG(LOG_INFO, TAG_PROTOCOL, "[%{public}s]\"napi callback into response : %{public}s\"", "operator()",
+                 answer.second.c_str());
         return answer;
     });
 }

@@ -26,7 +26,7 @@ void ExpandAnyValue(napi_env env, const Json::Value& value, napi_value item)
 napi_value GetTcpdumpConfig(napi_env env, napi_callback_info info)
 {
     if (!NapiUtil::IsSystemAppCall()) {
-        LogError("GetTcpdumpConfig: current app is not system app, so return");
+        ZELK_ERROR("GetTcpdumpConfig: current app is not system app, so return");
         return nullptr;
     }
     auto context = ReadConfigQueryCall(env, info,
@@ -44,13 +44,13 @@ void NativeGetTcpdumpConfig(napi_env env, void* data)
 {
     auto* context = RecordFrom<GetConfigContext>(data);
     if (context == nullptr) {
-        LogError("NativeGetTcpdumpConfig: data is null");
+        ZELK_ERROR("NativeGetTcpdumpConfig: data is null");
         NapiUtil::ThrowError(env, 1, "error");
         return;
     }
     const auto client = DelayedSingleton<ZelkLogServiceClient>::GetInstance();
     context->errorCode = client->GetTcpdumpConfig(context->configKeys, context->callbackConfigs);
-    LogInfo("[TCP dump] NativeGetTcpdumpConfig errorCode %{public}d", context->errorCode);
+    ZELK_INFO("[TCP dump] NativeGetTcpdumpConfig errorCode %{public}d", context->errorCode);
     context->resolved = context->errorCode == 0;
 }
 
@@ -58,19 +58,19 @@ void GetTcpdumpConfigCallback(napi_env env, napi_status, void* data)
 {
     auto* context = RecordFrom<GetConfigContext>(data);
     if (context == nullptr) {
-        LogError("GetTcpdumpConfigCallback: data is null");
+        ZELK_ERROR("GetTcpdumpConfigCallback: data is null");
         return;
     }
-    LogError("[TCP dump] GetTcpdumpConfigCallback %{public}d - %{public}d", context->callbackConfigs.empty(),
-             !context->resolved);
+    ZELK_ERROR("[TCP dump] GetTcpdumpConfigCallback %{public}d - %{public}d", context->callbackConfigs.empty(),
+               !context->resolved);
     // Returning here answers nothing: the promise stays pending and the record is kept.
     if (context->callbackConfigs.empty() || !context->resolved) {
-        LogError("GetTcpdumpConfigCallback: callbackConfigs is null");
+        ZELK_ERROR("GetTcpdumpConfigCallback: callbackConfigs is null");
         return;
     }
     napi_value configs = nullptr;
     if (!ConfigReplyToArray(env, context->callbackConfigs, ExpandAnyValue, &configs)) {
-        LogError("GetTcpdumpConfigCallback: Failed to parse json");
+        ZELK_ERROR("GetTcpdumpConfigCallback: Failed to parse json");
         return;
     }
     NapiUtil::Answer(env, context, configs);

@@ -10,9 +10,9 @@ namespace OHOS::HiviewDFX {
 napi_value ChangeTcpdumpConfig(napi_env env, napi_callback_info info)
 {
     // "enter" and "end" are written at ERROR level on every call, although nothing is wrong.
-    LogError("[TCP dump] napi ChangeTcpdumpConfig: enter");
+    ZELK_ERROR("[TCP dump] napi ChangeTcpdumpConfig: enter");
     if (!NapiUtil::IsSystemAppCall()) {
-        LogError("ChangeTcpdumpConfig: current app is not system app, so return");
+        ZELK_ERROR("ChangeTcpdumpConfig: current app is not system app, so return");
         return nullptr;
     }
     auto context = ReadConfigChangeCall(env, info,
@@ -22,7 +22,7 @@ napi_value ChangeTcpdumpConfig(napi_env env, napi_callback_info info)
     if (context == nullptr) {
         return nullptr;
     }
-    LogError("[TCP dump] napi ChangeTcpdumpConfig: end");
+    ZELK_ERROR("[TCP dump] napi ChangeTcpdumpConfig: end");
     return NapiUtil::HandleAsyncWork(env, std::move(context), "ChangeTcpdumpConfig", NativeChangeTcpdumpConfig,
                                      ChangeTcpdumpConfigCallback);
 }
@@ -31,7 +31,7 @@ void NativeChangeTcpdumpConfig(napi_env, void* data)
 {
     auto* context = RecordFrom<ChangeConfigContext>(data);
     if (context == nullptr) {
-        LogError("NativeChangeTcpdumpConfig: data is null");
+        ZELK_ERROR("NativeChangeTcpdumpConfig: data is null");
         return;
     }
     const auto client = DelayedSingleton<ZelkLogServiceClient>::GetInstance();
@@ -44,7 +44,7 @@ void ChangeTcpdumpConfigCallback(napi_env env, napi_status, void* data)
     auto* context = RecordFrom<ChangeConfigContext>(data);
     if (context == nullptr) {
         // The modem log's text.
-        LogError("ChangeModemLogConfigCallback: data is null");
+        ZELK_ERROR("ChangeModemLogConfigCallback: data is null");
         return;
     }
     if (!context->resolved) {

@@ -13,7 +13,7 @@ namespace OHOS::HiviewDFX {
 napi_value GetTcpdumpStatus(napi_env env, napi_callback_info info)
 {
     if (!NapiUtil::IsSystemAppCall()) {
-        LogError("GetModemLogStatus: current app is not system app, so return");
+        ZELK_ERROR("GetModemLogStatus: current app is not system app, so return");
         return nullptr;
     }
     Arguments<1> arguments;
@@ -22,7 +22,7 @@ napi_value GetTcpdumpStatus(napi_env env, napi_callback_info info)
     }
     auto context = std::make_unique<GetModemLogStatusContext>();
     if (arguments.count > 1) {
-        LogError("GetModemLogStatus: Illegal params number");
+        ZELK_ERROR("GetModemLogStatus: Illegal params number");
         return nullptr;
     }
     if (arguments.count == 1 && !KeepCallbackIfFunction(env, arguments[0], *context)) {
@@ -36,7 +36,7 @@ void NativeGetTcpdumpStatus(napi_env, void* data)
 {
     auto* context = RecordFrom<GetModemLogStatusContext>(data);
     if (context == nullptr) {
-        LogError("NativeGetTcpdumpStatus: data is null");
+        ZELK_ERROR("NativeGetTcpdumpStatus: data is null");
         return;
     }
     const auto client = DelayedSingleton<ZelkLogServiceClient>::GetInstance();
@@ -48,17 +48,17 @@ void GetTcpdumpStatusCallback(napi_env env, napi_status, void* data)
 {
     auto* context = RecordFrom<GetModemLogStatusContext>(data);
     if (context == nullptr) {
-        LogError("GetModemLogStatusCallback: data is null");
+        ZELK_ERROR("GetModemLogStatusCallback: data is null");
         return;
     }
     if (!context->resolved) {
         // Never answered: the promise stays pending and the record is kept.
-        LogError("GetModemLogStatusCallback: asyncContext's resolved is false");
+        ZELK_ERROR("GetModemLogStatusCallback: asyncContext's resolved is false");
         return;
     }
     napi_value status = nullptr;
     if (napi_get_boolean(env, context->status, &status) != napi_ok) {
-        LogError("GetModemLogStatusCallback: fill bool failed");
+        ZELK_ERROR("GetModemLogStatusCallback: fill bool failed");
         return;
     }
     NapiUtil::Answer(env, context, status);

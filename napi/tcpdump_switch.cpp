@@ -10,7 +10,7 @@ namespace OHOS::HiviewDFX {
 napi_value HandleTcpdumpSwitch(napi_env env, napi_callback_info info)
 {
     if (!NapiUtil::IsSystemAppCall()) {
-        LogError("HandleTcpdumpSwitch: current app is not system app, so return");
+        ZELK_ERROR("HandleTcpdumpSwitch: current app is not system app, so return");
         return nullptr;
     }
     // The text about an undefined configuration is the modem log switch's.
@@ -28,11 +28,11 @@ void NativeHandleTcpdumpSwitch(napi_env, void* data)
 {
     auto* context = RecordFrom<SwitchContext>(data);
     if (context == nullptr) {
-        LogError("NativeHandleTcpdumpSwitch: data is null");
+        ZELK_ERROR("NativeHandleTcpdumpSwitch: data is null");
         return;
     }
     if (context->configs.empty()) {
-        LogInfo("[TCP dump] NativeHandleTcpdumpSwitch asyncContext configs is empty");
+        ZELK_INFO("[TCP dump] NativeHandleTcpdumpSwitch asyncContext configs is empty");
     }
     const auto client = DelayedSingleton<ZelkLogServiceClient>::GetInstance();
     context->errorCode = context->configs.empty()
@@ -46,12 +46,12 @@ void HandleTcpdumpSwitchCallback(napi_env env, napi_status, void* data)
     auto* context = RecordFrom<SwitchContext>(data);
     if (context == nullptr) {
         // The modem log switch's text.
-        LogError("HandleModemLogSwitchCallback: data is null");
+        ZELK_ERROR("HandleModemLogSwitchCallback: data is null");
         return;
     }
     if (!context->resolved) {
         // Never answered: the promise stays pending and the record is kept.
-        LogInfo("HandleTcpdumpSwitchCallback: errorcode %{public}d", context->errorCode);
+        ZELK_INFO("HandleTcpdumpSwitchCallback: errorcode %{public}d", context->errorCode);
         return;
     }
     NapiUtil::AnswerBoolean(env, context, context->result);

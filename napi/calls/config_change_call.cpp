@@ -21,11 +21,11 @@ std::unique_ptr<ChangeConfigContext> ReadConfigChangeCall(napi_env env, napi_cal
         return nullptr;
     }
     if (type != napi_object) {
-        LogError(texts.errorObjectType);
+        ZELK_ERROR("%{public}s", texts.errorObjectType);
         return nullptr;
     }
     if (!NapiUtil::IsArray(env, arguments[0])) {
-        LogError(texts.errorArrayType);
+        ZELK_ERROR("%{public}s", texts.errorArrayType);
         return nullptr;
     }
     FillConfigInfoVector(env, arguments[0], context->configs);

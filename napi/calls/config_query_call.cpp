@@ -21,7 +21,7 @@ std::unique_ptr<GetConfigContext> ReadConfigQueryCall(napi_env env, napi_callbac
         return nullptr;
     }
     if (type != napi_object || !NapiUtil::IsArray(env, arguments[0])) {
-        LogError(texts.errorType);
+        ZELK_ERROR("%{public}s", texts.errorType);
         return nullptr;
     }
     FillStringVector(env, arguments[0], context->configKeys);
@@ -30,9 +30,9 @@ std::unique_ptr<GetConfigContext> ReadConfigQueryCall(napi_env env, napi_callbac
             return nullptr;
         }
     } else if (arguments.count == 1) {
-        LogInfo(texts.onlyOneParam);
+        ZELK_INFO("%{public}s", texts.onlyOneParam);
     } else {
-        LogError(texts.illegalCount);
+        ZELK_ERROR("%{public}s", texts.illegalCount);
         return nullptr;
     }
     return context;

@@ -19,7 +19,7 @@ bool ReadState(napi_env env, napi_value state, const SwitchTexts& texts, SwitchC
     if (type == napi_boolean) {
         context.switchStatus = NapiUtil::GetBool(env, state);
         if (texts.switchStatus != nullptr) {
-            LogError(texts.switchStatus, context.switchStatus);
+            ZELK_ERROR("%{public}s%{public}d", texts.switchStatus, context.switchStatus);
         }
     }
     return true;
@@ -45,7 +45,7 @@ std::unique_ptr<SwitchContext> ReadSwitchCall(napi_env env, napi_callback_info i
     }
     auto context = std::make_unique<SwitchContext>();
     if (arguments.count > 3) {
-        LogError(texts.illegalCount);
+        ZELK_ERROR("%{public}s", texts.illegalCount);
         return nullptr;
     }
     if (!ReadState(env, arguments[0], texts, *context)) {
@@ -58,7 +58,7 @@ std::unique_ptr<SwitchContext> ReadSwitchCall(napi_env env, napi_callback_info i
         ReadConfigs(env, arguments[2], *context);
     } else if (arguments.count == 2 && !ReadConfigs(env, arguments[1], *context)) {
         if (NapiUtil::IsUndefined(env, arguments[1])) {
-            LogInfo(texts.configUndefined);
+            ZELK_INFO("%{public}s", texts.configUndefined);
         } else if (!KeepCallback(env, arguments[1], *context)) {
             return nullptr;
         }

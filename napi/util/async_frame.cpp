@@ -63,19 +63,19 @@ bool CallCallback(napi_env env, const BaseContext& context, napi_value value)
     if (!IsOk(env, status) || !IsOk(env, napi_delete_reference(env, context.callbackRef))) {
         return false;
     }
-    LogDebug("Handle2ValueCallback normal callback end");
+    ZELK_DEBUG("Handle2ValueCallback normal callback end");
     return true;
 }
 
 bool SettlePromise(napi_env env, const BaseContext& context, napi_value value)
 {
-    LogDebug("Handle2ValueCallback start promise callback");
+    ZELK_DEBUG("Handle2ValueCallback start promise callback");
     const napi_status status = context.resolved ? napi_resolve_deferred(env, context.deferred, value)
                                                 : napi_reject_deferred(env, context.deferred, value);
     if (!IsOk(env, status)) {
         return false;
     }
-    LogDebug("Handle2ValueCallback promise callback end");
+    ZELK_DEBUG("Handle2ValueCallback promise callback end");
     return true;
 }
 
@@ -95,7 +95,7 @@ napi_value NapiUtil::CreateUndefined(napi_env env)
 void NapiUtil::ThrowError(napi_env env, int32_t code, const std::string& msg)
 {
     if (napi_throw_error(env, std::to_string(code).c_str(), msg.c_str()) != napi_ok) {
-        LogError("failed to throw error, code = %{public}d, msg=%{public}s", code, msg.c_str());
+        ZELK_ERROR("failed to throw error, code = %{public}d, msg=%{public}s", code, msg.c_str());
     }
 }
 
@@ -103,9 +103,9 @@ bool NapiUtil::QueueAsyncWork(napi_env env, BaseContext* context, const std::str
                               napi_async_execute_callback execute, napi_async_complete_callback complete,
                               napi_value* result)
 {
-    LogInfo("HandleAsyncWork: workName = [%{public}s]", workName.c_str());
+    ZELK_INFO("HandleAsyncWork: workName = [%{public}s]", workName.c_str());
     if (context == nullptr) {
-        LogError("HandleAsyncWork: error baseContext");
+        ZELK_ERROR("HandleAsyncWork: error baseContext");
         return false;
     }
     if (!CreateResult(env, *context, result) || !CreateWork(env, *context, workName, execute, complete) ||
@@ -114,7 +114,7 @@ bool NapiUtil::QueueAsyncWork(napi_env env, BaseContext* context, const std::str
         *result = nullptr;
         return false;
     }
-    LogInfo("HandleAsyncWork: end");
+    ZELK_INFO("HandleAsyncWork: end");
     return true;
 }
 
@@ -131,7 +131,7 @@ napi_value NapiUtil::HandleAsyncWork(napi_env env, BaseContext* context, const s
 void NapiUtil::Handle2ValueCallback(napi_env env, BaseContext* context, napi_value value)
 {
     if (context == nullptr) {
-        LogInfo("Handle2ValueCallback serious error baseContext nullptr");
+        ZELK_INFO("Handle2ValueCallback serious error baseContext nullptr");
         return;
     }
     if (context->callbackRef != nullptr) {
@@ -145,7 +145,7 @@ void NapiUtil::Handle2ValueCallback(napi_env env, BaseContext* context, napi_val
     }
     napi_delete_async_work(env, context->work);
     delete context;
-    LogDebug("Handle2ValueCallback end");
+    ZELK_DEBUG("Handle2ValueCallback end");
 }
 
 } // namespace OHOS::HiviewDFX

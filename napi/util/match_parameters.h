@@ -16,12 +16,12 @@ namespace OHOS::HiviewDFX {
 inline bool MatchParameters(napi_env env, const napi_value argv[], std::initializer_list<napi_valuetype> types)
 {
     if (types.size() == 0) {
-        LogInfo("current paramCount is zero, so return true");
+        ZELK_INFO("current paramCount is zero, so return true");
         return true;
     }
     for (const napi_valuetype type : types) {
         if (!NapiUtil::MatchValueType(env, *argv++, type)) {
-            LogError("MatchParameters: current type does not match given type");
+            ZELK_ERROR("MatchParameters: current type does not match given type");
             return false;
         }
     }
@@ -39,7 +39,7 @@ inline bool ReadObjectArguments(napi_env env, napi_callback_info info, const cha
     // The second list decides nothing that the first has not, but says its line once more.
     const napi_value* argv = arguments.values.data();
     if (!MatchParameters(env, argv, {napi_object}) && !MatchParameters(env, argv, {napi_object, napi_function})) {
-        LogError(illegalParams);
+        ZELK_ERROR("%{public}s", illegalParams);
         return false;
     }
     return true;

@@ -11,7 +11,7 @@ namespace OHOS::HiviewDFX {
 
 NapiContext::NapiContext(napi_env contextEnv, std::string contextName) : name(std::move(contextName)), env(contextEnv)
 {
-    Log(LOG_INFO, TAG_FRAMEWORK, "[%{public}s]\"[%{public}s]\"", "NapiContext", name.c_str());
+    ZELK_LOG(LOG_INFO, TAG_FRAMEWORK, "[%{public}s]\"[%{public}s]\"", "NapiContext", name.c_str());
 }
 
 NapiContext::~NapiContext()
@@ -19,7 +19,7 @@ NapiContext::~NapiContext()
     if (work != nullptr) {
         napi_delete_async_work(env, work);
     }
-    Log(LOG_INFO, TAG_FRAMEWORK, "[%{public}s]\"[%{public}s]\"", "~NapiContext", name.c_str());
+    ZELK_LOG(LOG_INFO, TAG_FRAMEWORK, "[%{public}s]\"[%{public}s]\"", "~NapiContext", name.c_str());
 }
 
 napi_value NapiContext::Execute()
@@ -35,8 +35,8 @@ napi_value NapiContext::Execute()
         return promise;
     }
     const std::string statusText = std::to_string(status);
-    Log(LOG_INFO, TAG_FRAMEWORK, "[%{public}s]\"[%{public}s]napi_queue_async_work fail: errorCode=%{public}s\"",
-        "Execute", name.c_str(), statusText.c_str());
+    ZELK_LOG(LOG_INFO, TAG_FRAMEWORK, "[%{public}s]\"[%{public}s]napi_queue_async_work fail: errorCode=%{public}s\"",
+             "Execute", name.c_str(), statusText.c_str());
     return IsOk(env, napi_throw_error(env, statusText.c_str(), "error at napi_queue_async_work")) ? promise : nullptr;
 }
 
@@ -51,25 +51,25 @@ bool NapiContext::CreateWork()
 
 void OnGlobalExecuteCallback(napi_env, void* data)
 {
-    Log(LOG_INFO, TAG_FRAMEWORK, "[%{public}s]\"enter\"", "OnGlobalExecuteCallback");
+    ZELK_LOG(LOG_INFO, TAG_FRAMEWORK, "[%{public}s]\"enter\"", "OnGlobalExecuteCallback");
     if (data == nullptr) {
-        Log(LOG_WARN, TAG_FRAMEWORK, "[%{public}s]\"context is null\"", "OnGlobalExecuteCallback");
+        ZELK_LOG(LOG_WARN, TAG_FRAMEWORK, "[%{public}s]\"context is null\"", "OnGlobalExecuteCallback");
         return;
     }
     static_cast<NapiContext*>(data)->OnExecuteCallback();
-    Log(LOG_INFO, TAG_FRAMEWORK, "[%{public}s]\"leave\"", "OnGlobalExecuteCallback");
+    ZELK_LOG(LOG_INFO, TAG_FRAMEWORK, "[%{public}s]\"leave\"", "OnGlobalExecuteCallback");
 }
 
 void OnGlobalCompleteCallback(napi_env env, napi_status status, void* data)
 {
-    Log(LOG_INFO, TAG_FRAMEWORK, "[%{public}s]\"enter\"", "OnGlobalCompleteCallback");
+    ZELK_LOG(LOG_INFO, TAG_FRAMEWORK, "[%{public}s]\"enter\"", "OnGlobalCompleteCallback");
     if (data == nullptr) {
-        Log(LOG_WARN, TAG_FRAMEWORK, "[%{public}s]\"context is null\"", "OnGlobalCompleteCallback");
+        ZELK_LOG(LOG_WARN, TAG_FRAMEWORK, "[%{public}s]\"context is null\"", "OnGlobalCompleteCallback");
         return;
     }
     const std::unique_ptr<NapiContext> context(static_cast<NapiContext*>(data));
     context->OnCompleteCallback(env, status);
-    Log(LOG_INFO, TAG_FRAMEWORK, "[%{public}s]\"leave\"", "OnGlobalCompleteCallback");
+    ZELK_LOG(LOG_INFO, TAG_FRAMEWORK, "[%{public}s]\"leave\"", "OnGlobalCompleteCallback");
 }
 
 } // namespace OHOS::HiviewDFX

@@ -36,8 +36,8 @@ public:
         auto [code, answer] = job();
         errorCode = code;
         result = std::move(answer);
-        Log(LOG_INFO, TAG_FRAMEWORK, "[%{public}s]\"[%{public}s]errorcode=%{public}d\"", "OnExecuteCallback",
-            name.c_str(), errorCode);
+        ZELK_LOG(LOG_INFO, TAG_FRAMEWORK, "[%{public}s]\"[%{public}s]errorcode=%{public}d\"", "OnExecuteCallback",
+                 name.c_str(), errorCode);
     }
 
     void OnCompleteCallback(napi_env completeEnv, napi_status) override
@@ -54,17 +54,17 @@ private:
     napi_status Settle(napi_env completeEnv, napi_value value)
     {
         if (errorCode != 0) {
-            Log(LOG_WARN, TAG_FRAMEWORK, "[%{public}s]\"[%{public}s]has some error[%{public}d], reject deferred\"",
-                "OnCompleteCallback", name.c_str(), errorCode);
+            ZELK_LOG(LOG_WARN, TAG_FRAMEWORK, "[%{public}s]\"[%{public}s]has some error[%{public}d], reject deferred\"",
+                     "OnCompleteCallback", name.c_str(), errorCode);
             return napi_reject_deferred(completeEnv, deferred, value);
         }
         if (value == nullptr) {
-            Log(LOG_WARN, TAG_FRAMEWORK, "[%{public}s]\"[%{public}s]reject deferred\"", "OnCompleteCallback",
-                name.c_str());
+            ZELK_LOG(LOG_WARN, TAG_FRAMEWORK, "[%{public}s]\"[%{public}s]reject deferred\"", "OnCompleteCallback",
+                     name.c_str());
             return napi_reject_deferred(completeEnv, deferred, nullptr);
         }
-        Log(LOG_INFO, TAG_FRAMEWORK, "[%{public}s]\"[%{public}s]resolve deferred\"", "OnCompleteCallback",
-            name.c_str());
+        ZELK_LOG(LOG_INFO, TAG_FRAMEWORK, "[%{public}s]\"[%{public}s]resolve deferred\"", "OnCompleteCallback",
+                 name.c_str());
         return napi_resolve_deferred(completeEnv, deferred, value);
     }
 };

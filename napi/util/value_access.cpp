@@ -33,7 +33,7 @@ napi_valuetype NapiUtil::GetType(napi_env env, napi_value value)
 {
     napi_valuetype type = napi_undefined;
     if (napi_typeof(env, value, &type) != napi_ok) {
-        LogError("GetType: unknown type");
+        ZELK_ERROR("GetType: unknown type");
         return napi_undefined;
     }
     return type;
@@ -50,7 +50,7 @@ bool NapiUtil::IsArray(napi_env env, napi_value value)
 {
     bool isArray = false;
     if (napi_is_array(env, value, &isArray) != napi_ok) {
-        LogError("IsArray: failed to check array type");
+        ZELK_ERROR("IsArray: failed to check array type");
         return false;
     }
     return isArray;
@@ -60,7 +60,7 @@ bool NapiUtil::GetBool(napi_env env, napi_value value)
 {
     bool result = false;
     if (napi_get_value_bool(env, value, &result) != napi_ok) {
-        LogError("failed to get bool value");
+        ZELK_ERROR("failed to get bool value");
         return false;
     }
     return result;
@@ -70,7 +70,7 @@ int32_t NapiUtil::GetInt32(napi_env env, napi_value value)
 {
     int32_t result = 0;
     if (napi_get_value_int32(env, value, &result) != napi_ok) {
-        LogError("GetInt32: failed to get int32 value , so return zero");
+        ZELK_ERROR("GetInt32: failed to get int32 value , so return zero");
         return 0;
     }
     return result;
@@ -80,7 +80,7 @@ int64_t NapiUtil::GetInt64(napi_env env, napi_value value)
 {
     int64_t result = 0;
     if (napi_get_value_int64(env, value, &result) != napi_ok) {
-        LogError("GetInt32: failed to get int32 value , so return zero");
+        ZELK_ERROR("GetInt32: failed to get int32 value , so return zero");
         return 0;
     }
     return result;
@@ -90,16 +90,16 @@ std::string NapiUtil::GetString(napi_env env, napi_value value)
 {
     size_t length = 0;
     if (napi_get_value_string_utf8(env, value, nullptr, 0, &length) != napi_ok) {
-        LogError("GetString: get len error");
+        ZELK_ERROR("GetString: get len error");
         return "";
     }
     if (length == 0 || length > MAX_STRING_LENGTH) {
-        LogError("GetString: len error");
+        ZELK_ERROR("GetString: len error");
         return "";
     }
     const std::unique_ptr<char[]> buffer(new char[length + 1]);
     if (napi_get_value_string_utf8(env, value, buffer.get(), length + 1, &length) != napi_ok) {
-        LogError("failed to get string value");
+        ZELK_ERROR("failed to get string value");
         return "";
     }
     return buffer.get();
@@ -116,13 +116,13 @@ napi_value NapiUtil::GetProperty(napi_env env, napi_value object, const std::str
     // Only a failing question counts: a property that the object lacks is fetched all the same and is `undefined`.
     bool has = false;
     if (napi_has_named_property(env, object, name.c_str(), &has) != napi_ok) {
-        LogError("HasProperty: failed HasProperty");
-        LogError("GetProperty: this object does not contains this property");
+        ZELK_ERROR("HasProperty: failed HasProperty");
+        ZELK_ERROR("GetProperty: this object does not contains this property");
         return nullptr;
     }
     napi_value result = nullptr;
     if (napi_get_named_property(env, object, name.c_str(), &result) != napi_ok) {
-        LogError("GetProperty: failed to GetProperty");
+        ZELK_ERROR("GetProperty: failed to GetProperty");
         return nullptr;
     }
     return result;
@@ -132,19 +132,19 @@ void NapiUtil::GetPropertyNames(napi_env env, napi_value object, std::vector<std
 {
     napi_value list = nullptr;
     if (napi_get_property_names(env, object, &list) != napi_ok) {
-        LogError("failed to get property names.");
+        ZELK_ERROR("failed to get property names.");
         return;
     }
     uint32_t count = 0;
     if (napi_get_array_length(env, list, &count) != napi_ok) {
-        LogError("failed to get array length");
+        ZELK_ERROR("failed to get array length");
         return;
     }
     names.reserve(names.size() + count);
     for (uint32_t index = 0; index < count; ++index) {
         napi_value element = nullptr;
         if (napi_get_element(env, list, index, &element) != napi_ok) {
-            LogError("failed to get the element of array");
+            ZELK_ERROR("failed to get the element of array");
             continue;
         }
         names.push_back(GetString(env, element));
@@ -165,7 +165,7 @@ uint32_t NapiUtil::GetArrayLength(napi_env env, napi_value array)
 {
     uint32_t length = 0;
     if (napi_get_array_length(env, array, &length) != napi_ok) {
-        LogError("GetArrayLength: failed to get the length of array");
+        ZELK_ERROR("GetArrayLength: failed to get the length of array");
         return 0;
     }
     return length;
@@ -174,12 +174,12 @@ uint32_t NapiUtil::GetArrayLength(napi_env env, napi_value array)
 napi_value NapiUtil::GetElement(napi_env env, napi_value array, uint32_t index)
 {
     if (array == nullptr) {
-        LogError("GetElement: array is null");
+        ZELK_ERROR("GetElement: array is null");
         return nullptr;
     }
     napi_value element = nullptr;
     if (napi_get_element(env, array, index, &element) != napi_ok) {
-        LogError("GetElement: failed to get the elemrnt of array");
+        ZELK_ERROR("GetElement: failed to get the elemrnt of array");
         return nullptr;
     }
     return element;
@@ -189,7 +189,7 @@ napi_valuetype NapiUtil::GetArrayType(napi_env env, napi_value array)
 {
     uint32_t length = 0;
     if (napi_get_array_length(env, array, &length) != napi_ok) {
-        LogError("GetArrayType: failed to get the length of array");
+        ZELK_ERROR("GetArrayType: failed to get the length of array");
         return napi_undefined;
     }
     if (length == 0) {
@@ -199,14 +199,14 @@ napi_valuetype NapiUtil::GetArrayType(napi_env env, napi_value array)
     for (uint32_t index = 0; index < length; ++index) {
         napi_value element = nullptr;
         if (napi_get_element(env, array, index, &element) != napi_ok) {
-            LogError("GetArrayType: failed to get the element of array");
+            ZELK_ERROR("GetArrayType: failed to get the element of array");
             return napi_undefined;
         }
         const napi_valuetype type = GetType(env, element);
         if (index == 0) {
             arrayType = type;
         } else if (type != arrayType) {
-            LogError("GetArrayType: array has different element types");
+            ZELK_ERROR("GetArrayType: array has different element types");
             return napi_undefined;
         }
     }

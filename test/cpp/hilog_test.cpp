@@ -22,7 +22,10 @@ template <typename... Args> std::string Printed(const std::string& format, Args.
     std::string message;
     SetLogCapture([&message](const LogRecord& record) { message = record.message; });
     errno = EINTR;
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wformat-security" // The formats are the rows of a table.
     HiLogPrint(LOG_CORE, LOG_DEBUG, DOMAIN, "T", format.c_str(), args...);
+#pragma GCC diagnostic pop
     EXPECT_EQ(errno, EINTR);
     return SetLogCapture(nullptr), message;
 }

@@ -12,6 +12,8 @@ typedef enum {
     LOG_APP = 0,
     LOG_INIT = 1,
     LOG_CORE = 3,
+    LOG_KMSG = 4,
+    LOG_ONLY_PRERELEASE = 5,
     LOG_TYPE_MAX,
 } LogType;
 
@@ -25,12 +27,17 @@ typedef enum {
     LOG_LEVEL_MAX,
 } LogLevel;
 
-// Writes one line. `format` takes printf's conversions, each with a privacy marker behind the percent sign:
-// %{public}s prints its argument, %{private}s and a bare %s print "<private>". May be called from any thread; lines
-// of different threads never mix. A level out of range counts as the nearest one. Returns the number of bytes written,
-// 0 for a line below the level in force, -1 for a line that could not be written. errno stays as it was.
-HOST_HILOG_EXPORT int HiLogPrint(LogType type, LogLevel level, unsigned int domain, const char* tag, const char* format,
-                                 ...);
+// Writes one line. `fmt` takes printf's conversions, each with a privacy marker after the percent sign: %{public}s
+// prints its argument, %{private}s and a bare %s print "<private>". May be called from any thread; lines of different
+// threads never mix. A level out of range counts as the nearest one. Returns the number of bytes written, 0 for a line
+// below the level in force, -1 for a line that could not be written. errno stays as it was.
+//
+// Clang checks the format by the attribute; GCC warns that it does not know os_log.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wformat"
+HOST_HILOG_EXPORT int HiLogPrint(LogType type, LogLevel level, unsigned int domain, const char* tag, const char* fmt,
+                                 ...) __attribute__((__format__(os_log, 5, 6)));
+#pragma GCC diagnostic pop
 }
 
 #endif // HOST_HILOG_LOG_H
