@@ -44,7 +44,7 @@ format-check: ## say which C++ sources are not formatted
 	@./scripts/setup.sh lint
 	@./scripts/format.sh --dry-run --Werror
 
-lint: format-check ## build with Clang, run clang-tidy, check the device build's files
+lint: format-check ## build with Clang, run clang-tidy and eslint, check the device build's files
 	@./scripts/lint.sh
 
 bench: ## measure, and compare with what else can do the same

@@ -4,8 +4,8 @@ var fs = require('fs');
 var path = require('path');
 var requirements = require('./requirements.js');
 
-// An installed package carries its libraries in lib/; a checkout has those of its last build. Tests choose another build
-// of the checkout, such as asan, with ZELKLOGSERVICE_BUILD.
+// An installed package carries its libraries in lib/; a checkout has those of its last build. Tests choose
+// another build of the checkout, such as asan, with ZELKLOGSERVICE_BUILD.
 function libraryFile() {
   var packed = path.join(__dirname, 'lib', 'zelklogservice.node');
   if (fs.existsSync(packed)) {
@@ -19,9 +19,9 @@ function libraryFile() {
   var preset = chosen || 'release';
   var built = path.join(__dirname, 'build', preset, 'zelklogservice.node');
   if (!fs.existsSync(built)) {
+    var configured = 'cmake --preset ' + preset + ' && cmake --build --preset ' + preset;
     throw requirements.plainError('ERR_ZELK_NO_BUILD', built + ' does not exist: run `' +
-      (preset === 'release' ? 'make build' : 'cmake --preset ' + preset + ' && cmake --build --preset ' + preset) +
-      '` in ' + __dirname);
+      (preset === 'release' ? 'make build' : configured) + '` in ' + __dirname);
   }
   return built;
 }
@@ -30,7 +30,7 @@ function libraryFile() {
 var DEBIAN_PACKAGES = {
   'libjsoncpp.so.25': 'libjsoncpp25',
   'libstdc++.so.6': 'libstdc++6',
-  'libgcc_s.so.1': 'libgcc-s1'
+  'libgcc_s.so.1': 'libgcc-s1',
 };
 
 function loadError(file, error) {

@@ -1,11 +1,11 @@
 'use strict';
 
-// What this package stands on, checked before anything else is read. The oldest Node.js must be able to parse this file
-// and index.js, or it could not say what it lacks.
+// What this package needs, checked before anything else is read. The oldest Node.js must be able to parse
+// this file and index.js, or it could not say what it lacks.
 
 var OLDEST_NODE = 18;
 
-// An error whose printed form is its message alone: where it was thrown helps nobody who has to install something.
+// An error that prints as its message alone: where it was thrown helps nobody who has to install something.
 function plainError(code, message) {
   var error = new Error('zelklogservice: ' + message);
   error.code = code;

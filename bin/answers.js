@@ -21,12 +21,13 @@ const done = (answer, { good }) => good('done');
 
 const text = (answer) => answer;
 
-const masks = (items, { strong }) => items.map(({ configKey, value }) => `${strong(configKey)} ${value}`).join('\n');
+const masks = (items, { strong }) =>
+  items.map(({ configKey, value }) => `${strong(configKey)} ${value}`).join('\n');
 
 function configs(items, { strong, weak }) {
   return items.map(({ configKey, value }) => {
-    const parameters = Object.entries(value).map(([name, setting]) => `  ${name} = ${JSON.stringify(setting)}`);
-    return [strong(configKey), ...(parameters.length > 0 ? parameters : [weak('  (nothing set)')])].join('\n');
+    const settings = Object.entries(value).map(([name, setting]) => `  ${name} = ${JSON.stringify(setting)}`);
+    return [strong(configKey), ...(settings.length > 0 ? settings : [weak('  (nothing set)')])].join('\n');
   }).join('\n');
 }
 

@@ -14,8 +14,8 @@ const path = require('node:path');
 //   late       no answer within the time
 //   died       value is the signal or exit status that ended the process
 //
-// The call is made in a child process: Node.js does not exit before a worker thread that waits for the log service comes
-// back, so that no time limit could be kept in this one.
+// The call is made in a child process: Node.js does not exit before a worker thread that waits for the log
+// service comes back, so that no time limit could be kept in this one.
 function call({ name, args, unsupported }, { seconds, verbose }) {
   const env = { ...process.env };
   if (!verbose && !env.HILOG_LEVEL) {

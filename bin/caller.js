@@ -2,7 +2,7 @@
 
 // The other half of call.js: makes one call in a process of its own and sends what came of it.
 
-// The two queries that are marked unsupported throw this code, and are carried out all the same for a callback.
+// The two queries marked unsupported throw this code, and are carried out all the same for a callback.
 const UNSUPPORTED = '6';
 
 const send = (kind, value) => process.send({ kind, value });
@@ -45,7 +45,7 @@ function load() {
 }
 
 process.once('message', (request) => {
-  // Listening on must not keep this process alive: a call that will never be answered is recognised by its end.
+  // Listening must not keep this process alive: a call that will never be answered is recognised by its end.
   process.channel.unref();
   const library = load();
   if (library) {

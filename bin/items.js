@@ -23,7 +23,8 @@ function checkText(text, what) {
 
 function checkNumber(number, what) {
   if (!Number.isInteger(number) || number !== (number | 0)) {
-    throw new InputError(`${what}: ${number} is no whole number of 32 bits (${what}="${number}" makes it a text)`);
+    throw new InputError(`${what}: ${number} is no whole number of 32 bits ` +
+      `(${what}="${number}" makes it a text)`);
   }
   return number;
 }
@@ -55,7 +56,7 @@ function checkValue(value, what) {
 function parseJson(text, what) {
   try {
     return JSON.parse(text);
-  } catch (error) {
+  } catch {
     throw new InputError(`${what}: ${text} is not JSON`);
   }
 }
@@ -82,7 +83,8 @@ function parseParameter(text) {
 }
 
 function parseItem([name, ...parameters]) {
-  return { configKey: checkText(name, 'the name of an item'), value: Object.fromEntries(parameters.map(parseParameter)) };
+  const configKey = checkText(name, 'the name of an item');
+  return { configKey, value: Object.fromEntries(parameters.map(parseParameter)) };
 }
 
 module.exports = { InputError, checkText, parseItem };

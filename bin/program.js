@@ -41,13 +41,15 @@ Exit status:
 function failureOf(name, { kind, value }, seconds) {
   switch (kind) {
     case 'rejected':
-      return `${name} failed: the log service reported an error or was not reached; its answer was ${JSON.stringify(value)}`;
+      return `${name} failed: the log service reported an error or was not reached; its answer was ` +
+        JSON.stringify(value);
     case 'refused':
       return `${name} was refused: this process is not a system application (OHOS_FULL_TOKEN_ID)`;
     case 'threw':
       return `${name} threw an error: ${value}`;
     case 'silent':
-      return `${name} gave no answer: the log service reported an error, was not reached, or had nothing to answer`;
+      return `${name} gave no answer: the log service reported an error, was not reached, ` +
+        'or had nothing to answer';
     case 'late':
       return `${name} gave no answer within ${seconds} s (--timeout)`;
     default:
@@ -78,7 +80,8 @@ async function answer(command, request, show) {
     return;
   }
   if (request.unsupported) {
-    console.error(`zelklog: note: ${request.name} is marked as not supported at present; the log service answered`);
+    console.error(`zelklog: note: ${request.name} is marked as not supported at present; ` +
+      'the log service answered');
   }
   console.log(json ? JSON.stringify(outcome.value) : show(outcome.value, answers.painterFor(process.stdout)));
 }
@@ -99,8 +102,8 @@ function parseWholeNumber(text) {
   return number;
 }
 
-// Each --item takes words up to the next option. Its first one is marked here, as the parser does not tell where one
-// occurrence ends and the next begins; no word on a command line can hold a NUL.
+// Each --item takes words up to the next option. Its first one is marked here, as the parser does not report
+// where one occurrence ends and the next begins; no word on a command line can hold a NUL.
 const ITEM_MARK = '\0';
 
 function markItems(words) {
@@ -122,7 +125,8 @@ function collectItems(word, items = []) {
 }
 
 const itemOption = () =>
-  new Option('--item <NAME key=value...>', 'a configuration item; may be given more than once').argParser(collectItems);
+  new Option('--item <NAME key=value...>', 'a configuration item; may be given more than once')
+    .argParser(collectItems);
 
 function addStatus(group, about, name) {
   group.command('status').description(about)
@@ -147,7 +151,8 @@ function addConfig(group, what, queryName, changeName) {
       keys.forEach((key) => checkText(key, 'a key'));
       return answer(command, { name: queryName, args: [keys] }, answers.configs);
     });
-  config.command('set').description('change items').argument('[NAME]').argument('[key=value...]').addOption(itemOption())
+  config.command('set').description('change items').argument('[NAME]').argument('[key=value...]')
+    .addOption(itemOption())
     .action((name, parameters, options, command) => {
       const items = (name === undefined ? [] : [[name, ...parameters]]).concat(options.item ?? []);
       if (items.length === 0) {
@@ -169,8 +174,10 @@ function addModem(program) {
     .action((options, command) =>
       answer(command, { name: 'getModemLogDirectPackConfig', args: [], unsupported: true }, answers.text));
   modem.command('command').description('send a command').argument('<NAME>').argument('[key=value...]')
-    .action((name, parameters, options, command) =>
-      answer(command, { name: 'sendModemLogCommand', args: [parseItem([name, ...parameters])] }, answers.verdict));
+    .action((name, parameters, options, command) => {
+      const item = parseItem([name, ...parameters]);
+      return answer(command, { name: 'sendModemLogCommand', args: [item] }, answers.verdict);
+    });
 }
 
 function addTcpdump(program) {
@@ -201,14 +208,17 @@ function addRemote(program) {
     .action((options, command) => answer(command, { name: 'getRemoteDevicesList', args: [] }, answers.text));
   remote.command('fetch').description('fetch logs from remote devices').argument('<REQUEST>')
     .argument('<NUMBER>', 'a whole number; a negative one after --', parseWholeNumber)
-    .action((request, number, options, command) =>
-      answer(command, { name: 'fetchRemoteDevicesLogs', args: [checkText(request, 'the request'), number] }, answers.text));
+    .action((request, number, options, command) => {
+      const args = [checkText(request, 'the request'), number];
+      return answer(command, { name: 'fetchRemoteDevicesLogs', args }, answers.text);
+    });
   addRequest(remote, 'query', 'query logs of remote devices', 'queryRemoteDevicesLogs');
 }
 
 function build() {
   const program = new Command('zelklog')
-    .description('Controls diagnostic logging: modem log, network capture, Bluetooth call audio, remote devices.')
+    .description('Controls diagnostic logging: ' +
+      'modem log, network capture, Bluetooth call audio, remote devices.')
     .version(version)
     .option('--json', 'print the answer as one line of JSON')
     .option('--timeout <SECONDS>', 'wait no longer than this for the answer', parseSeconds, DEFAULT_SECONDS)

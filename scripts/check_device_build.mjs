@@ -1,5 +1,5 @@
-// Checks BUILD.gn and bundle.json, which no desktop build reads: the sources are exactly the module's and none of the
-// desktop's, both files name the same component and dependencies, and BUILD.gn is formatted.
+// Checks BUILD.gn and bundle.json, which no desktop build reads: the sources are exactly the module's and none
+// of the desktop's, both files name the same component and dependencies, and BUILD.gn is formatted.
 import { spawnSync } from 'node:child_process';
 import { readdirSync, readFileSync } from 'node:fs';
 import { join, relative } from 'node:path';
@@ -36,7 +36,8 @@ function compare(what, found, expected) {
 
 function checkBuild() {
   const folders = ['client', 'common', 'config', 'napi', 'payload'];
-  compare('BUILD.gn: sources', gnStrings('sources'), folders.flatMap((folder) => sourcesIn(join(root, folder))));
+  const sources = folders.flatMap((folder) => sourcesIn(join(root, folder)));
+  compare('BUILD.gn: sources', gnStrings('sources'), sources);
   if (/["/]host\//.test(gn)) {
     problems.push('BUILD.gn: names a file of host/');
   }

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds with Clang, where a warning is an error, and lets clang-tidy read the product's sources.
+# Builds with Clang, where a warning is an error, lets clang-tidy read the product's sources, and eslint all JavaScript.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -10,4 +10,5 @@ cmake --build --preset clang
 find client config host napi payload -name '*.cpp' -print0 |
     xargs -0 -n 1 -P "$(nproc)" clang-tidy --quiet -p build/clang 2>&1 | sed '/^[0-9]* warnings\? generated\.$/d'
 
+npx eslint --max-warnings 0 . bin/zelklog
 node scripts/check_device_build.mjs
