@@ -11,7 +11,7 @@ OLDEST_NODE=18
 
 packages_of() {
     case $1 in
-        build) echo cmake ninja-build g++ pkg-config libjsoncpp-dev libsdbus-c++-dev libsystemd-dev ;;
+        build) echo cmake ninja-build g++ pkg-config libjsoncpp-dev libsystemd-dev ;;
         test) echo libgtest-dev dbus systemd python3-dbus python3-gi ;;
         lint) echo clang clang-format clang-tidy generate-ninja ;;
         bench) echo binutils dbus libspdlog-dev rapidjson-dev ;;

@@ -63,16 +63,6 @@ IpcCode CodeOf(const BusMessage& answer)
 
 } // namespace
 
-void BusDeleter::operator()(sd_bus* bus) const
-{
-    sd_bus_close_unref(bus);
-}
-
-void BusDeleter::operator()(sd_bus_message* message) const
-{
-    sd_bus_message_unref(message);
-}
-
 std::unique_ptr<BusConnection> BusConnection::Open(const std::string& bus, Deadline deadline)
 {
     sd_bus* raw = nullptr;

@@ -7,7 +7,7 @@
 #include <memory>
 #include <string>
 
-#include <systemd/sd-bus.h>
+#include "bus_handles.h"
 
 namespace OHOS::Host {
 
@@ -21,12 +21,6 @@ enum IpcCode : int32_t {
 };
 
 using Deadline = std::chrono::steady_clock::time_point;
-
-struct BusDeleter {
-    void operator()(sd_bus* bus) const;
-    void operator()(sd_bus_message* message) const;
-};
-using BusMessage = std::unique_ptr<sd_bus_message, BusDeleter>;
 
 // A connection has no thread of its own: it reads what the bus has sent only while one of its functions runs. Any
 // thread may use it, but only one at a time. Nothing here throws or takes longer than the deadline given.
@@ -58,7 +52,7 @@ private:
     // Calls a method of the bus itself.
     BusMessage NewBusCall(const char* method) const;
 
-    std::unique_ptr<sd_bus, BusDeleter> bus_;
+    BusHandle bus_;
     bool closed_ = false;
     // Whether the service's name has an owner, as far as the bus's notices have been taken in.
     bool owned_ = false;

@@ -1,6 +1,6 @@
 // The one function of libzelk_dbus.so; the client library looks it up by name.
 #include "dbus_library.h"
-#include "dbus_log_service.h"
+#include "log_service_proxy.h"
 
 namespace {
 
@@ -13,6 +13,6 @@ extern "C" __attribute__((visibility("default"))) void ZelkDbusProxySource(const
                                                                            OHOS::Host::ProxySource& source)
 {
     source = [pool = std::make_shared<OHOS::Host::BusPool>(bus)] {
-        return OHOS::Host::DbusLogService::Find(pool, LIMIT);
+        return OHOS::Host::LogServiceProxy::Find(pool, LIMIT);
     };
 }

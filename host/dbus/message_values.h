@@ -6,26 +6,30 @@
 #include <string>
 #include <vector>
 
-#include "bus_connection.h"
+#include <systemd/sd-bus.h>
 
 namespace OHOS::Host {
 
-// Each appends one value, and is false when a message cannot carry it: text that is not UTF-8 or has a NUL in it, or
-// more than fits.
-bool Append(const BusMessage& message, bool value);
-bool Append(const BusMessage& message, int64_t value);
-bool Append(const BusMessage& message, const std::string& value);
-bool Append(const BusMessage& message, const std::vector<std::string>& value);
-
-// An answer without a value.
+// Stands for the answer of a method that has none besides its code.
 struct NoValue {};
 
-// Each reads an answer: the service's code and one value. They are false, and leave the arguments as they are, when
-// `message` holds anything else.
-bool Read(const BusMessage& message, int32_t& code, NoValue& value);
-bool Read(const BusMessage& message, int32_t& code, bool& value);
-bool Read(const BusMessage& message, int32_t& code, std::string& value);
-bool Read(const BusMessage& message, int32_t& code, std::vector<std::string>& value);
+// Each appends one value to `message`, and is false when a message cannot carry it: text that is not UTF-8 or has a NUL
+// in it, or more than fits.
+bool Append(sd_bus_message* message, NoValue value);
+bool Append(sd_bus_message* message, bool value);
+bool Append(sd_bus_message* message, int32_t value);
+bool Append(sd_bus_message* message, int64_t value);
+bool Append(sd_bus_message* message, const std::string& value);
+bool Append(sd_bus_message* message, const std::vector<std::string>& value);
+
+// Each reads the next value of `message` into `value`, and is false when something else is there. A list is appended
+// to.
+bool Read(sd_bus_message* message, NoValue& value);
+bool Read(sd_bus_message* message, bool& value);
+bool Read(sd_bus_message* message, int32_t& value);
+bool Read(sd_bus_message* message, int64_t& value);
+bool Read(sd_bus_message* message, std::string& value);
+bool Read(sd_bus_message* message, std::vector<std::string>& value);
 
 } // namespace OHOS::Host
 

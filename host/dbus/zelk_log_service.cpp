@@ -1,16 +1,19 @@
 // The process that serves the reference log service on D-Bus.
+#include <algorithm>
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <iostream>
 #include <poll.h>
-#include <stdexcept>
+#include <string>
 #include <sys/signalfd.h>
+#include <system_error>
+#include <vector>
 
-#include <sdbus-c++/sdbus-c++.h>
-
+#include "bus_handles.h"
 #include "dbus_names.h"
-#include "log_service_object.h"
+#include "log_service_adaptor.h"
 #include "reference_service.h"
 #include "service_options.h"
 
@@ -26,6 +29,15 @@ void Say(const std::string& text)
     std::cerr << "zelk-log-service: " + text + "\n";
 }
 
+// `result` of a function that gives a negative errno when it fails. Throws std::system_error then.
+int Checked(int result, const char* failure)
+{
+    if (result < 0) {
+        throw std::system_error(-result, std::generic_category(), failure);
+    }
+    return result;
+}
+
 // A descriptor that can be read once SIGTERM or SIGINT has come; the signals do nothing else from now on.
 int WatchEndSignals()
 {
@@ -37,37 +49,59 @@ int WatchEndSignals()
     return signalfd(-1, &signals, SFD_CLOEXEC);
 }
 
-std::unique_ptr<sdbus::IConnection> Connect(const std::string& bus)
+int OpenAddress(const std::string& address, sd_bus** bus)
 {
-    if (bus == "session") {
-        return sdbus::createSessionBusConnection();
+    int result = sd_bus_new(bus);
+    if (result >= 0) {
+        result = sd_bus_set_address(*bus, address.c_str());
     }
-    return bus == "system" ? sdbus::createSystemBusConnection() : sdbus::createSessionBusConnectionWithAddress(bus);
+    if (result >= 0) {
+        result = sd_bus_set_bus_client(*bus, 1);
+    }
+    return result < 0 ? result : sd_bus_start(*bus);
 }
 
-void OwnName(sdbus::IConnection& bus)
+BusHandle Connect(const std::string& name)
 {
-    try {
-        bus.requestName(SERVICE_NAME);
-    } catch (const sdbus::Error& error) {
-        if (error.getName() == "org.freedesktop.DBus.Error.FileExists") {
-            throw std::runtime_error("another process serves it already");
-        }
-        throw;
+    sd_bus* raw = nullptr;
+    const int result = name == "session"  ? sd_bus_open_user(&raw)
+                       : name == "system" ? sd_bus_open_system(&raw)
+                                          : OpenAddress(name, &raw);
+    BusHandle bus(raw);
+    Checked(result, "cannot reach the bus");
+    return bus;
+}
+
+void OwnName(sd_bus* bus)
+{
+    const int result = sd_bus_request_name(bus, SERVICE_NAME, 0);
+    Checked(result, result == -EEXIST ? "another process serves it already" : "cannot own the name");
+}
+
+// How long to wait for the bus, as poll() takes it.
+int WaitTime(sd_bus* bus)
+{
+    using namespace std::chrono;
+    uint64_t until = 0;
+    Checked(sd_bus_get_timeout(bus, &until), "the bus was lost");
+    if (until == UINT64_MAX) {
+        return -1;
     }
+    const auto left = ceil<milliseconds>(microseconds(until) - steady_clock::now().time_since_epoch());
+    return static_cast<int>(std::max(left, milliseconds::zero()).count());
 }
 
 // Serves calls one after the other until `endSignals` can be read, which callers without a pause do not keep off.
-// Throws sdbus::Error when the bus goes away.
-void Serve(sdbus::IConnection& bus, int endSignals)
+// Throws std::system_error when the bus goes away.
+void Serve(sd_bus* bus, int endSignals)
 {
     while (true) {
-        const bool more = bus.processPendingRequest();
-        const sdbus::IConnection::PollData wanted = bus.getEventLoopPollData();
-        std::array<pollfd, 2> descriptors = {pollfd{endSignals, POLLIN, 0}, pollfd{wanted.fd, wanted.events, 0}};
-        const int ready = poll(descriptors.data(), descriptors.size(), more ? 0 : wanted.getPollTimeout());
+        const bool more = Checked(sd_bus_process(bus, nullptr), "the bus was lost") > 0;
+        const auto events = static_cast<int16_t>(Checked(sd_bus_get_events(bus), "the bus was lost"));
+        std::array<pollfd, 2> descriptors = {pollfd{endSignals, POLLIN, 0}, pollfd{sd_bus_get_fd(bus), events, 0}};
+        const int ready = poll(descriptors.data(), descriptors.size(), more ? 0 : WaitTime(bus));
         if (ready < 0 && errno != EINTR) {
-            throw sdbus::createError(errno, "cannot wait for the bus");
+            Checked(-errno, "cannot wait for the bus");
         }
         if (ready > 0 && descriptors[0].revents != 0) {
             return;
@@ -77,21 +111,22 @@ void Serve(sdbus::IConnection& bus, int endSignals)
 
 void Run(const ServiceOptions& options)
 {
-    const std::unique_ptr<sdbus::IConnection> bus = Connect(options.bus);
+    const BusHandle bus = Connect(options.bus);
     // Before anybody can find the service. Until here, where a bus may keep it waiting, a signal just ends the process.
     const int endSignals = WatchEndSignals();
     ReferenceService service;
-    const auto object = OfferLogService(*bus, service, [&options](const char* method, int32_t code) {
+    LogServiceAdaptor adaptor(service, [&options](const char* method, int32_t code) {
         if (options.verbose) {
             Say(std::string(method) + " answers code " + std::to_string(code));
         }
     });
-    OwnName(*bus);
+    Checked(adaptor.Export(bus.get()), "cannot export the service");
+    OwnName(bus.get());
     if (options.verbose) {
         Say(std::string("serves ") + SERVICE_NAME + " on " + options.bus);
     }
-    Serve(*bus, endSignals);
-    bus->releaseName(SERVICE_NAME);
+    Serve(bus.get(), endSignals);
+    sd_bus_release_name(bus.get(), SERVICE_NAME);
 }
 
 } // namespace

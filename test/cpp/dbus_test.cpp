@@ -8,8 +8,8 @@
 #include <sys/wait.h>
 #include <thread>
 
-#include "dbus_log_service.h"
 #include "dbus_names.h"
+#include "log_service_proxy.h"
 #include "message_values.h"
 #include "reference_service.h"
 
@@ -78,7 +78,7 @@ struct PrivateBus {
         EXPECT_TRUE(Eventually([&] { return BusConnection::Open(address, steady_clock::now() + 1s) != nullptr; }));
     }
     void Stop() { daemon.reset(), std::filesystem::remove(folder / "bus"); }
-    Proxy Find(steady_clock::duration limit = 20s) const { return DbusLogService::Find(pool, limit); }
+    Proxy Find(steady_clock::duration limit = 20s) const { return LogServiceProxy::Find(pool, limit); }
     // For a service that has just been started.
     Proxy Found() const
     {
@@ -342,7 +342,7 @@ TEST(Dbus, BadInputLeavesTheServiceAsItWas)
     for (const char* method : {"HandleModemLogSwitch", "ChangeModemLogConfig", "GetModemLogStatus", "NoSuchMethod"}) {
         const BusMessage call = connection->NewCall(method);
         BusMessage answer;
-        ASSERT_TRUE(Append(call, std::string("text")));
+        ASSERT_TRUE(Append(call.get(), std::string("text")));
         EXPECT_EQ(connection->Call(call, deadline, answer), IPC_ERROR_ANSWER) << method;
     }
     EXPECT_TRUE(done && proxy->GetModemLogStatus(done = false) == 0 && done);

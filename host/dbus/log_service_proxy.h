@@ -1,6 +1,6 @@
-// The log service on a bus, as the client library's proxy.
-#ifndef HOST_DBUS_DBUS_LOG_SERVICE_H
-#define HOST_DBUS_DBUS_LOG_SERVICE_H
+// The client's proxy of a log service on D-Bus.
+#ifndef HOST_DBUS_LOG_SERVICE_PROXY_H
+#define HOST_DBUS_LOG_SERVICE_PROXY_H
 
 #include <atomic>
 #include <chrono>
@@ -13,7 +13,7 @@ namespace OHOS::Host {
 
 // Every operation returns the service's code, or an IpcCode when the call breaks off. It takes no longer than
 // the limit, the time that finding the service took included.
-class DbusLogService : public HiviewDFX::IZelkLogService {
+class LogServiceProxy : public HiviewDFX::IZelkLogService {
 public:
     using Duration = std::chrono::steady_clock::duration;
 
@@ -42,7 +42,7 @@ public:
     int32_t QueryProtocolData(const std::string& request, std::string& response) override;
 
 private:
-    DbusLogService(std::shared_ptr<BusPool> pool, Duration limit, Duration spent)
+    LogServiceProxy(std::shared_ptr<BusPool> pool, Duration limit, Duration spent)
         : pool_(std::move(pool)), limit_(limit), spent_(spent)
     {
     }
@@ -58,4 +58,4 @@ private:
 
 } // namespace OHOS::Host
 
-#endif // HOST_DBUS_DBUS_LOG_SERVICE_H
+#endif // HOST_DBUS_LOG_SERVICE_PROXY_H

@@ -1,0 +1,33 @@
+// sd-bus's objects, released when their owner goes.
+#ifndef HOST_DBUS_BUS_HANDLES_H
+#define HOST_DBUS_BUS_HANDLES_H
+
+#include <memory>
+
+#include <systemd/sd-bus.h>
+
+namespace OHOS::Host {
+
+struct BusDeleter {
+    // Closes the connection; what is still queued for the bus is dropped.
+    void operator()(sd_bus* bus) const
+    {
+        sd_bus_close_unref(bus);
+    }
+    void operator()(sd_bus_message* message) const
+    {
+        sd_bus_message_unref(message);
+    }
+    void operator()(sd_bus_slot* slot) const
+    {
+        sd_bus_slot_unref(slot);
+    }
+};
+
+using BusHandle = std::unique_ptr<sd_bus, BusDeleter>;
+using BusMessage = std::unique_ptr<sd_bus_message, BusDeleter>;
+using BusSlot = std::unique_ptr<sd_bus_slot, BusDeleter>;
+
+} // namespace OHOS::Host
+
+#endif // HOST_DBUS_BUS_HANDLES_H

@@ -1,0 +1,22 @@
+# Writes the rows of an sd-bus vtable, one per method of a D-Bus interface. In: XML, ROWS (the file to write). The
+# handler of method M is OnM.
+file(STRINGS "${XML}" LINES ENCODING UTF-8)
+set(TEXT "// Made of the interface's XML; do not edit.\n")
+foreach(LINE IN LISTS LINES)
+    if(LINE MATCHES "<method name=\"([A-Za-z0-9]+)\">")
+        set(METHOD "${CMAKE_MATCH_1}")
+        foreach(DIRECTION in out)
+            set(TYPES_${DIRECTION} "")
+            set(NAMES_${DIRECTION} "\"\"")
+        endforeach()
+    elseif(LINE MATCHES "<arg type=\"([a-z]+)\" name=\"([a-z]+)\" direction=\"(in|out)\"/>")
+        string(APPEND TYPES_${CMAKE_MATCH_3} "${CMAKE_MATCH_1}")
+        string(APPEND NAMES_${CMAKE_MATCH_3} " SD_BUS_PARAM(${CMAKE_MATCH_2})")
+    elseif(LINE MATCHES "</method>")
+        string(APPEND TEXT "SD_BUS_METHOD_WITH_NAMES(\"${METHOD}\", \"${TYPES_in}\", ${NAMES_in}, \"${TYPES_out}\", "
+                           "${NAMES_out}, On${METHOD}, SD_BUS_VTABLE_UNPRIVILEGED),\n")
+    elseif(LINE MATCHES "<(method|arg)")
+        message(FATAL_ERROR "${XML}: not understood: ${LINE}")
+    endif()
+endforeach()
+file(WRITE "${ROWS}" "${TEXT}")
