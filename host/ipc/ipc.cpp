@@ -1,10 +1,11 @@
 #include "ipc_skeleton.h"
 
+#include <atomic>
 #include <charconv>
-#include <cstdlib>
 #include <optional>
 #include <string_view>
 
+#include "calling_token.h"
 #include "host_setting.h"
 
 namespace OHOS {
@@ -13,6 +14,10 @@ namespace {
 
 constexpr const char* TOKEN_VARIABLE = "OHOS_FULL_TOKEN_ID";
 constexpr uint64_t SYSTEM_APP_TOKEN = 0x100000001;
+
+// What SetCallingToken was given. A query between the two stores sees the identity before or after the change.
+std::atomic<uint64_t> g_givenToken{0};
+std::atomic<bool> g_isGiven{false};
 
 // Decimal digits, or 0x and hexadecimal digits, and nothing else.
 std::optional<uint64_t> ParseTokenId(std::string_view text)
@@ -32,8 +37,19 @@ std::optional<uint64_t> ParseTokenId(std::string_view text)
 
 } // namespace
 
+void Host::SetCallingToken(std::optional<uint64_t> token)
+{
+    if (token) {
+        g_givenToken = *token;
+    }
+    g_isGiven = token.has_value();
+}
+
 uint64_t IPCSkeleton::GetCallingFullTokenID()
 {
+    if (g_isGiven) {
+        return g_givenToken;
+    }
     const std::string_view text = Host::Setting(TOKEN_VARIABLE);
     if (text.empty()) {
         return SYSTEM_APP_TOKEN;

@@ -1,6 +1,6 @@
 // Desktop only: writing a text to a descriptor that may be a pipe.
-#ifndef HOST_UTILS_WRITE_WHOLE_H
-#define HOST_UTILS_WRITE_WHOLE_H
+#ifndef HOST_DESKTOP_WRITE_WHOLE_H
+#define HOST_DESKTOP_WRITE_WHOLE_H
 
 #include <csignal>
 #include <string_view>
@@ -27,4 +27,4 @@ private:
 
 } // namespace OHOS::Host
 
-#endif // HOST_UTILS_WRITE_WHOLE_H
+#endif // HOST_DESKTOP_WRITE_WHOLE_H

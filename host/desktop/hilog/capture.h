@@ -1,6 +1,6 @@
 // Desktop only: lets a test or an embedding program see log lines as records.
-#ifndef HOST_HILOG_CAPTURE_H
-#define HOST_HILOG_CAPTURE_H
+#ifndef HOST_DESKTOP_CAPTURE_H
+#define HOST_DESKTOP_CAPTURE_H
 
 #include <functional>
 #include <string>
@@ -25,4 +25,4 @@ HOST_HILOG_EXPORT void SetLogCapture(LogCapture capture, bool andWrite = false);
 
 } // namespace OHOS::Host
 
-#endif // HOST_HILOG_CAPTURE_H
+#endif // HOST_DESKTOP_CAPTURE_H

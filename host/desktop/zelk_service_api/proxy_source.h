@@ -1,6 +1,6 @@
 // Desktop only: puts another log service behind Client::GetProxy, for tests and for programs that bring their own.
-#ifndef HOST_SERVICE_PROXY_SOURCE_H
-#define HOST_SERVICE_PROXY_SOURCE_H
+#ifndef HOST_DESKTOP_PROXY_SOURCE_H
+#define HOST_DESKTOP_PROXY_SOURCE_H
 
 #include <functional>
 
@@ -16,4 +16,4 @@ __attribute__((visibility("default"))) void SetProxySource(ProxySource source);
 
 } // namespace OHOS::Host
 
-#endif // HOST_SERVICE_PROXY_SOURCE_H
+#endif // HOST_DESKTOP_PROXY_SOURCE_H

@@ -1,6 +1,6 @@
 // Desktop only: the environment variables that configure the stand-ins.
-#ifndef HOST_UTILS_HOST_SETTING_H
-#define HOST_UTILS_HOST_SETTING_H
+#ifndef HOST_DESKTOP_HOST_SETTING_H
+#define HOST_DESKTOP_HOST_SETTING_H
 
 #include <string_view>
 
@@ -16,4 +16,4 @@ __attribute__((visibility("default"))) bool ReportSetting(const char* name, std:
 
 } // namespace OHOS::Host
 
-#endif // HOST_UTILS_HOST_SETTING_H
+#endif // HOST_DESKTOP_HOST_SETTING_H

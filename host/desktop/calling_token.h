@@ -1,0 +1,16 @@
+// Desktop only: gives the process another identity, for tests.
+#ifndef HOST_DESKTOP_CALLING_TOKEN_H
+#define HOST_DESKTOP_CALLING_TOKEN_H
+
+#include <cstdint>
+#include <optional>
+
+namespace OHOS::Host {
+
+// From now on IPCSkeleton::GetCallingFullTokenID answers `token` on every thread, whatever OHOS_FULL_TOKEN_ID says.
+// Without a value the variable counts again. Any thread may call this.
+__attribute__((visibility("default"))) void SetCallingToken(std::optional<uint64_t> token);
+
+} // namespace OHOS::Host
+
+#endif // HOST_DESKTOP_CALLING_TOKEN_H
