@@ -18,8 +18,8 @@ const path = require('node:path');
 // service comes back, so that no time limit could be kept in this one.
 function call({ name, args, unsupported }, { seconds, verbose }) {
   const env = { ...process.env };
-  if (!verbose && !env.HILOG_LEVEL) {
-    env.HILOG_LEVEL = 'X';
+  if (verbose && !env.HILOG_LEVEL) {
+    env.HILOG_LEVEL = 'I';
   }
   return new Promise((resolve) => {
     const child = fork(path.join(__dirname, 'caller.js'), [], { env });

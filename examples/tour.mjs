@@ -16,6 +16,7 @@ const weak = (text) => (colour ? `\u001b[2m${text}\u001b[22m` : text);
 const folder = mkdtempSync(join(tmpdir(), 'zelk-tour-'));
 const logFile = join(folder, 'hilog');
 process.env.HILOG_FILE = logFile;
+process.env.HILOG_LEVEL ||= 'I';
 process.on('exit', () => rmSync(folder, { recursive: true }));
 
 let shown = 0;

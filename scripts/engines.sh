@@ -41,7 +41,6 @@ for release in 18 20 22 24 26; do
     try "Node.js $("$program" -p process.versions.node)" 'all JavaScript tests' "$program" --test test/js/*.test.mjs
 done
 
-export HILOG_LEVEL=X
 case $arch in
     x64) deno=@deno/linux-x64-glibc bun=@oven/bun-linux-x64-baseline ;;
     arm64) deno=@deno/linux-arm64-glibc bun=@oven/bun-linux-aarch64 ;;

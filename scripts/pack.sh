@@ -52,7 +52,6 @@ expect() {
     fi
     echo "ok: $*"
 }
-export HILOG_LEVEL=X
 cat >try.mjs <<'END'
 import whole, { getModemLogStatus } from 'zelklogservice';
 console.log(await getModemLogStatus(), await whole.getRemoteDevicesList());

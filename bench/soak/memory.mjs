@@ -2,7 +2,6 @@
 import { createRequire } from 'node:module';
 import { forms } from '../../test/support/forms.mjs';
 
-process.env.HILOG_LEVEL = 'X';
 export const zelk = createRequire(import.meta.url)('../../index.js');
 export const names = Object.getOwnPropertyNames(zelk);
 

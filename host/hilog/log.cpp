@@ -100,9 +100,9 @@ int PrintLine(LogLevel level, unsigned int domain, const char* tag, const char* 
 
 } // namespace
 
-void SetLogCapture(LogCapture capture, bool andWrite)
+void SetLogCapture(LogCapture capture)
 {
-    LogSink::Instance().SetCapture(std::move(capture), andWrite);
+    LogSink::Instance().SetCapture(std::move(capture));
 }
 
 } // namespace OHOS::Host

@@ -96,7 +96,7 @@ void LogSink::ReadLevel()
     if (index != std::string_view::npos) {
         level_ = LOG_DEBUG + static_cast<int>(index);
     } else if (!name.empty()) {
-        ReportSetting(LEVEL_VARIABLE, name, "not one of D, I, W, E, F and X; lines from I on are written");
+        ReportSetting(LEVEL_VARIABLE, name, "not one of D, I, W, E, F and X; no lines are written");
     }
 }
 
@@ -122,12 +122,11 @@ void LogSink::UpdateLowestWanted()
     lowestWanted_.store(prepared_ && !capture_ ? level_ : LOG_LEVEL_MIN, std::memory_order_relaxed);
 }
 
-void LogSink::SetCapture(LogCapture capture, bool andWrite)
+void LogSink::SetCapture(LogCapture capture)
 {
     {
         const std::lock_guard<std::mutex> lock(mutex_);
         std::swap(capture_, capture);
-        andWrite_ = andWrite;
         UpdateLowestWanted();
     }
     // The previous capture is destroyed here, with the lock free for what its destructor logs.
@@ -139,7 +138,7 @@ int LogSink::Put(LogLevel level, unsigned int domain, const char* tag, std::pmr:
     if (capture_) {
         capture_({level, domain, tag, std::string(std::string_view(line).substr(messageStart))});
     }
-    if (level < level_ || (capture_ && !andWrite_)) {
+    if (level < level_) {
         return 0;
     }
     EscapeLineFeeds(line, TIME_STAMP_SIZE);

@@ -35,7 +35,7 @@ public:
     // `line` is to be written but for its time stamp, for which there is room at its start, and its end of line. Its
     // message starts at `messageStart`. Returns the number of bytes written, -1 when they could not be.
     int Put(LogLevel level, unsigned int domain, const char* tag, std::pmr::string& line, size_t messageStart);
-    void SetCapture(LogCapture capture, bool andWrite);
+    void SetCapture(LogCapture capture);
 
     LogSink();
     ~LogSink();
@@ -57,11 +57,10 @@ private:
 
     std::mutex mutex_; // Guards everything below, and keeps lines whole that take more than one write.
     std::atomic<bool> prepared_{false};
-    int level_ = LOG_INFO;
+    int level_ = LOG_LEVEL_MAX; // Above all levels: no line is written.
     int descriptor_ = STDERR_FILENO; // Negative after the end.
     bool isRegularFile_ = false;     // No reader can go away.
     LogCapture capture_;
-    bool andWrite_ = false;
     std::time_t second_ = -1; // The one that `stamp_` stands for.
     std::array<char, TIME_STAMP_SIZE> stamp_{};
 };

@@ -99,14 +99,13 @@ TEST(Capture, SeesEveryLineUntilItEnds)
     };
     testing::internal::CaptureStderr();
     SetLogCapture(capture);
-    EXPECT_EQ(HiLogPrint(LOG_APP, LOG_ERROR, 19, "A\nB", "one\n"), 0);
-    SetLogCapture(capture, true);
+    EXPECT_EQ(HiLogPrint(LOG_APP, LOG_INFO, 19, "A\nB", "one\n"), 0);
     EXPECT_EQ(HiLogPrint(LOG_CORE, LOG_DEBUG, DOMAIN, "T", "two"), 0);
     const int written = HiLogPrint(LOG_CORE, LOG_FATAL, DOMAIN, "T", "three");
     SetLogCapture(nullptr);
     HiLogPrint(LOG_CORE, LOG_ERROR, DOMAIN, "T", "four");
     const std::string lines = testing::internal::GetCapturedStderr();
-    EXPECT_EQ(seen.str(), "6 19 A\nB: one\n|3 218115353 T: two|7 218115353 T: three|");
+    EXPECT_EQ(seen.str(), "4 19 A\nB: one\n|3 218115353 T: two|7 218115353 T: three|");
     EXPECT_EQ(lines.find('\n') + 1, static_cast<size_t>(written)) << lines;
     EXPECT_TRUE(std::regex_match(lines, std::regex(".* F C02d19/T: three\n.* E C02d19/T: four\n"))) << lines;
 }
@@ -157,7 +156,7 @@ const std::map<std::string, void (*)()> SCENARIOS = {
         std::future<void> writers[4];
         for (size_t i = 0; i < 4; ++i) { writers[i] = std::async(std::launch::async, write, "abcd"[i]); }
         for (int count = 0; count < 50; ++count) {
-            SetLogCapture([](const LogRecord&) {}, true);
+            SetLogCapture([](const LogRecord&) {});
             SetLogCapture(nullptr);
             if (fork() == 0) {
                 alarm(10);
@@ -191,15 +190,15 @@ TEST(Line, StandsAsSet)
     const std::string report = "zelklogservice: HILOG_LEVEL=\"[^\"]*\": [^\n]*\n";
     const std::string start = R"(\d\d-\d\d \d\d:\d\d:\d\d\.\d{3} (?= *\d+ )[ \d]{5,} (?= *\d+ )[ \d]{5,} W )";
     const std::array<std::string, 3> cases[] = {
-        {"", "levels", i}, {"HILOG_FILE= HILOG_LEVEL=", "levels", i}, {"HILOG_LEVEL=I", "levels", i},
+        {"", "levels", ""}, {"HILOG_FILE= HILOG_LEVEL=", "levels", ""}, {"HILOG_LEVEL=I", "levels", i},
         {"HILOG_LEVEL=D", "levels", lines("D0 D1 D2 D3 ") + i}, {"HILOG_LEVEL=W", "levels", w},
         {"HILOG_LEVEL=E", "levels", e}, {"HILOG_LEVEL=F", "levels", f}, {"HILOG_LEVEL=X", "levels", ""},
-        {"HILOG_LEVEL=e", "levels", report + i}, {"HILOG_LEVEL=DI", "levels", report + i},
-        {"HILOG_FILE=/no/where", "levels", "zelklogservice: HILOG_FILE=\"/no/where\": .*\n" + i},
-        {"HILOG_FILE=", "nobody", "-1 0"}, {"HILOG_LEVEL=x", "nobody", "-1 0"},
-        {"TZ=East-5:30", "times", R"((.{14})\..*T: .*\1 .*\n(.{14})\..*T: .*\2 .*\n)"},
-        {"", "fork", R"(.{18} +(\d+) +(\d+) E C00001/T: \1 \2\n.{18} +(?!\1)(\d+) +(\d+) E C00001/T: \3 \4\n)"},
-        {"echo before >$F; HILOG_FILE=$F", "awkward",
+        {"HILOG_LEVEL=e", "levels", report}, {"HILOG_LEVEL=DI", "levels", report},
+        {"HILOG_LEVEL=I HILOG_FILE=/no/where", "levels", "zelklogservice: HILOG_FILE=\"/no/where\": .*\n" + i},
+        {"HILOG_FILE= HILOG_LEVEL=I", "nobody", "-1 0"},
+        {"HILOG_LEVEL=E TZ=East-5:30", "times", R"((.{14})\..*T: .*\1 .*\n(.{14})\..*T: .*\2 .*\n)"},
+        {"HILOG_LEVEL=E", "fork", R"(.{18} +(\d+) +(\d+) E C00001/T: \1 \2\n.{18} +(?!\1)(\d+) +(\d+) E C00001/T: \3 \4\n)"},
+        {"echo before >$F; HILOG_LEVEL=W HILOG_FILE=$F", "awkward",
          "before\n" + start + R"(C0000a/T\\nU: \\na\\n\\nb\\n\n)" + start + R"(C00000/\(null\): \(null\)\n)"},
     };
     for (const auto& [settings, scenario, expected] : cases) {
@@ -212,7 +211,7 @@ TEST(Line, StaysWhole)
 {
     std::multiset<std::string> expected;
     for (size_t line = 0; line < 200; ++line) { expected.emplace((line / 4 + 1) * 2000, "abcd"[line % 4]); }
-    for (const char* settings : {"HILOG_FILE=", "HILOG_FILE=$F"}) {
+    for (const char* settings : {"HILOG_LEVEL=E", "HILOG_LEVEL=E HILOG_FILE=$F"}) {
         std::multiset<std::string> messages;
         std::istringstream output(RunScenario(settings, "threads"));
         for (std::string line; std::getline(output, line);) {
@@ -228,9 +227,11 @@ int main(int argc, char** argv)
     if (argc == 2 && SCENARIOS.count(argv[1]) > 0) {
         return SCENARIOS.at(argv[1])(), 0;
     }
-    // Whatever the caller has set, the tests choose.
-    unsetenv("HILOG_LEVEL");
+    // Whatever the caller has set, the tests choose. This process reads its own level at its first line.
     unsetenv("HILOG_FILE");
+    setenv("HILOG_LEVEL", "E", 1);
+    HiLogPrint(LOG_CORE, LOG_DEBUG, DOMAIN, "T", "below");
+    unsetenv("HILOG_LEVEL");
     testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }

@@ -13,8 +13,6 @@ const root = fileURLToPath(new URL('../..', import.meta.url));
 const build = join(root, 'build', process.env.ZELKLOGSERVICE_BUILD || 'release');
 const require = createRequire(import.meta.url);
 
-process.env.HILOG_LEVEL = 'X';
-
 const scratch = mkdtempSync(join(tmpdir(), 'zelk-package-'));
 after(() => rmSync(scratch, { recursive: true }));
 

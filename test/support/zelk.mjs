@@ -8,8 +8,6 @@ export const buildFolder = fileURLToPath(
 const require = createRequire(import.meta.url);
 const control = require(`${buildFolder}zelk_test.node`);
 
-process.env.HILOG_LEVEL ??= 'X';
-
 // The module's own object files under the fault layer, and the module's inside: see probes.cpp.
 export const zelk = require(`${buildFolder}zelklogservice_test.node`);
 export const probes = control.probes();

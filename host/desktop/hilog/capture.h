@@ -18,10 +18,10 @@ struct LogRecord {
 
 using LogCapture = std::function<void(const LogRecord&)>;
 
-// From now on `capture` sees every line, whatever the level in force, and the lines are still written as usual when
-// `andWrite` is set. An empty function ends the capture. `capture` is called on the logging thread, one call at a time;
-// it must neither log nor fork. When the call returns, the previous capture is no longer running.
-HOST_HILOG_EXPORT void SetLogCapture(LogCapture capture, bool andWrite = false);
+// From now on `capture` sees every line, whatever the level in force; the lines are still written as usual. An empty
+// function ends the capture. `capture` is called on the logging thread, one call at a time, in the order in which lines
+// are written; it must neither log nor fork. When this returns, the previous capture is no longer running.
+__attribute__((visibility("default"))) void SetLogCapture(LogCapture capture);
 
 } // namespace OHOS::Host
 
