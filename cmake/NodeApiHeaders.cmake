@@ -1,9 +1,10 @@
-# The headers of Node-API come from the npm package node-api-headers.
+# The headers of Node-API come from the npm package node-api-headers or, where npm was not needed, from Debian's
+# libnode-dev.
 find_path(NODE_API_INCLUDE_DIR node_api.h
-    PATHS "${CMAKE_SOURCE_DIR}/node_modules/node-api-headers/include"
+    PATHS "${CMAKE_SOURCE_DIR}/node_modules/node-api-headers/include" /usr/include/node
     NO_DEFAULT_PATH)
 if(NOT NODE_API_INCLUDE_DIR)
-    message(FATAL_ERROR "node_api.h not found: run `npm ci` (or `make setup`) first")
+    message(FATAL_ERROR "node_api.h not found: run `make setup` first")
 endif()
 
 add_library(node_api INTERFACE)

@@ -8,7 +8,7 @@ preset=$1
 # ThreadSanitizer needs an address space that is laid out as usual.
 usual_addresses="setarch -R"
 
-cmake --preset "$preset" --log-level=WARNING
+cmake --preset "$preset" -DZELK_BUILD_TESTS=ON --log-level=WARNING
 cmake --build --preset "$preset"
 $usual_addresses ctest --preset "$preset"
 

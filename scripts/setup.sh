@@ -1,82 +1,111 @@
 #!/usr/bin/env bash
 # Installs what the named groups need and this machine lacks, and nothing else:
 #
-#   scripts/setup.sh [build] [test] [lint] [bench] [fuzz]
+#   scripts/setup.sh GROUP…          build, demo, test, lint, bench, fuzz
 #
-# Meant for Debian 12, as root or with sudo. When nothing is missing it only looks, and needs no network.
+# Meant for Debian 12 and 13, as root or with sudo. When nothing is missing it only looks, and needs no network.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 OLDEST_NODE=18
+LOG=build/setup.log
+
+fail() {
+    echo "scripts/setup.sh: $*" >&2
+    exit 1
+}
 
 packages_of() {
     case $1 in
-        build) echo cmake ninja-build g++ pkg-config libjsoncpp-dev libsystemd-dev ;;
-        test) echo libgtest-dev dbus systemd python3-dbus python3-gi ;;
+        build) echo cmake ninja-build g++ pkgconf libjsoncpp-dev libsystemd-dev ;;
+        demo) echo dbus-daemon ;;
+        test) echo libgtest-dev dbus-daemon systemd python3-dbus python3-gi ;;
         lint) echo clang clang-format clang-tidy generate-ninja ;;
-        bench) echo binutils dbus libspdlog-dev rapidjson-dev ;;
+        bench) echo binutils dbus-daemon libspdlog-dev rapidjson-dev ;;
         fuzz) echo clang libclang-rt-14-dev ;;
-        *)
-            echo "scripts/setup.sh: unknown group '$1': use build, test, lint, bench or fuzz" >&2
-            return 1
-            ;;
+        *) fail "unknown group '$1': use build, demo, test, lint, bench or fuzz" ;;
     esac
 }
 
-# Node.js may have come from elsewhere than Debian, so the programs are asked rather than the packages.
+# A package of another architecture, such as a cross-compiler's library, does not serve.
+missing_packages() {
+    local native installed
+    if ! command -v dpkg >/dev/null; then
+        echo "This is not Debian: taking it that what corresponds to these is installed: $*" >&2
+        return
+    fi
+    native=$(dpkg --print-architecture)
+    installed=$(dpkg-query -W -f '${Package} ${Architecture} ${db:Status-Status}\n' "$@" 2>/dev/null |
+        awk -v native="$native" '$3 == "installed" && ($2 == native || $2 == "all") { print $1 }')
+    grep -vxF "${installed:- }" < <(printf '%s\n' "$@" | sort -u) || true
+}
+
+# Node.js and npm may have come from elsewhere than Debian, so the programs are asked rather than the packages.
 has_node() {
     node -e "process.exit(parseInt(process.versions.node, 10) < $OLDEST_NODE ? 1 : 0)" 2>/dev/null
 }
 
-missing_node_packages() {
-    has_node || echo nodejs
-    command -v npm >/dev/null || echo npm
+has_npm() {
+    command -v npm >/dev/null
 }
 
-missing_packages() {
-    local package
-    for package in "$@"; do
-        if [ "$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null)" != installed ]; then
-            echo "$package"
-        fi
-    done
+# Runs a command that has much to say; only its failure is shown, by the name of the file with what it said.
+quietly() {
+    echo "$1"
+    shift
+    mkdir -p build
+    "$@" >"$LOG" 2>&1 </dev/null || fail "that failed: see $PWD/$LOG"
 }
 
 install_packages() {
-    echo "Installing $*"
-    if ! command -v apt-get >/dev/null; then
-        echo "scripts/setup.sh: this is not Debian: install what corresponds to its packages $*" >&2
-        return 1
-    fi
     local as_root=()
     if [ "$(id -u)" -ne 0 ]; then
-        if ! command -v sudo >/dev/null; then
-            echo "scripts/setup.sh: run as root, or install sudo: missing packages $*" >&2
-            return 1
-        fi
+        command -v sudo >/dev/null || fail "run as root, or install sudo: missing packages $*"
+        sudo -v # Asks for the password, if it must, before its output goes to a file.
         as_root=(sudo)
     fi
-    "${as_root[@]}" apt-get update -qq
-    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "$@"
+    quietly "Installing Debian packages: $*" "${as_root[@]}" sh -c \
+        'apt-get update && DEBIAN_FRONTEND=noninteractive apt-get install -y --no-remove --no-install-recommends "$@"' \
+        apt-get "$@"
 }
 
+install_npm_packages() {
+    quietly "Installing the npm packages of package-lock.json" npm ci --ignore-scripts
+    cp package-lock.json node_modules/.installed-lock.json
+}
+
+# CMake and Ninja cannot express these.
+case $PWD in
+    *[\"\;\\]* | *'${'* | *$'\n'*)
+        fail 'the path of this checkout has a ", a ;, a \, a ${ or a line feed in it: move it to another folder'
+        ;;
+esac
+
+needs_npm=false
 wanted=()
-for group in build "$@"; do
+for group in "$@"; do
     packages=$(packages_of "$group")
     read -ra names <<<"$packages"
     wanted+=("${names[@]}")
+    case $group in test | bench) needs_npm=true ;; esac
 done
 
-mapfile -t missing < <(missing_packages "${wanted[@]}" | sort -u; missing_node_packages)
-if [ "${#missing[@]}" -gt 0 ]; then
-    install_packages "${missing[@]}"
-    if ! has_node; then
-        echo "scripts/setup.sh: $(command -v node) is older than Node.js $OLDEST_NODE: put a newer one first in PATH" >&2
-        exit 1
+has_node || wanted+=(nodejs)
+if ! has_npm; then
+    if $needs_npm; then
+        wanted+=(npm)
+    else
+        # To build and to run the module, two packages of Debian's do; npm would bring hundreds.
+        wanted+=(libnode-dev node-commander)
     fi
 fi
 
-# npm keeps its own list of what it installed there.
-if [ ! -e node_modules/.package-lock.json ] || [ package-lock.json -nt node_modules/.package-lock.json ]; then
-    npm ci --ignore-scripts
+mapfile -t missing < <(missing_packages "${wanted[@]}")
+if [ "${#missing[@]}" -gt 0 ]; then
+    install_packages "${missing[@]}"
+fi
+has_node || fail "$(command -v node) is older than Node.js $OLDEST_NODE: put a newer one first in PATH"
+
+if has_npm && ! cmp -s package-lock.json node_modules/.installed-lock.json; then
+    install_npm_packages
 fi

@@ -8,7 +8,7 @@
 set -euo pipefail
 
 if [ -z "${ZELK_PRIVATE_BUS:-}" ]; then
-    exec env ZELK_PRIVATE_BUS=1 dbus-run-session -- "$0" "$@"
+    exec env ZELK_PRIVATE_BUS=1 dbus-run-session --config-file="$(dirname "$0")/private_bus.conf" -- "$0" "$@"
 fi
 
 unset ZELK_PRIVATE_BUS # The command may come back here for a bus of its own.
@@ -18,13 +18,15 @@ build=$(dirname "$0")/../build/${ZELKLOGSERVICE_BUILD:-release}
 service=$!
 trap 'kill "$service" 2>/dev/null || true; wait "$service" || true' EXIT
 
-owned=
-while [ "$owned" != "b true" ]; do
+has_owner() {
+    dbus-send --session --print-reply=literal --dest=org.freedesktop.DBus / org.freedesktop.DBus.NameHasOwner \
+        string:dev.zelk.LogService
+}
+while [[ $(has_owner) != *true* ]]; do
     if ! kill -0 "$service" 2>/dev/null; then
         echo "scripts/with_service.sh: the log service has ended" >&2
         exit 1
     fi
-    owned=$(busctl --user call org.freedesktop.DBus / org.freedesktop.DBus NameHasOwner s dev.zelk.LogService)
     sleep 0.05
 done
 ZELK_LOG_SERVICE=session ZELK_SERVICE_PID=$service "$@"

@@ -4,6 +4,9 @@ import { once } from 'node:events';
 import { mkdtempSync, rmSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import path from 'node:path';
+import { fileURLToPath } from 'node:url';
+
+const CONFIGURATION = fileURLToPath(new URL('../../scripts/private_bus.conf', import.meta.url));
 
 export async function firstLine(child) {
   child.stdout.setEncoding('utf8');
@@ -35,7 +38,7 @@ async function end(child) {
 export async function withService(service, isReady, use) {
   const folder = mkdtempSync(path.join(tmpdir(), 'zelk-bench-'));
   // The daemon remarks on this machine's limits, which are no concern of a benchmark.
-  const bus = start('dbus-daemon', ['--session', '--nofork', '--nopidfile', '--print-address',
+  const bus = start('dbus-daemon', [`--config-file=${CONFIGURATION}`, '--nofork', '--nopidfile', '--print-address',
     `--address=unix:path=${path.join(folder, 'bus')}`], 'ignore');
   let child;
   try {

@@ -8,6 +8,7 @@ import { readFileSync } from 'node:fs';
 import { text } from 'node:stream/consumers';
 import { after, afterEach, before, test } from 'node:test';
 import { setTimeout as sleep } from 'node:timers/promises';
+import { fileURLToPath } from 'node:url';
 import { buildFolder, leaves, run, service as setService, zelk } from '../support/zelk.mjs';
 
 const ROUNDS = Number(process.env.ZELK_SERVICE_FAULT_ROUNDS || 2);
@@ -15,6 +16,7 @@ const CALLS = 1000;
 const MOST_ROUNDS = 20;
 const [UNREACHABLE, GONE, LATE] = [1, 1001, 1002]; // Unreachable: no owner of the name, or no bus.
 
+const BUS_CONFIGURATION = fileURLToPath(new URL('../../scripts/private_bus.conf', import.meta.url));
 const address = `unix:abstract=zelk-test-${process.pid}`; // A bus that comes back has the same.
 const running = new Set();
 let bus;
@@ -32,7 +34,8 @@ const program = (code) => {
   return [Promise.all([once(child, 'close'), text(child.stdout)]), child];
 };
 const startBus = () => {
-  bus = start('dbus-daemon', '--session', '--nofork', '--nopidfile', `--address=${address}`, '--print-address');
+  bus = start('dbus-daemon', `--config-file=${BUS_CONFIGURATION}`, '--nofork', '--nopidfile',
+    `--address=${address}`, '--print-address');
   return once(bus.stdout, 'data');
 };
 
