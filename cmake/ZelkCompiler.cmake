@@ -9,14 +9,16 @@ set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 # Every artefact stands in one folder and finds its siblings there, in the build tree as in the package.
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}")
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}")
-set(CMAKE_BUILD_RPATH "$ORIGIN")
+# The path is the same in the build and at its place: CMake would otherwise pad it with a colon, and an empty element
+# means the working directory of whoever runs the program.
 set(CMAKE_INSTALL_RPATH "$ORIGIN")
-set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
+set(CMAKE_BUILD_WITH_INSTALL_RPATH ON)
 
 if(NOT CMAKE_BUILD_TYPE)
     set(CMAKE_BUILD_TYPE Release CACHE STRING "" FORCE)
 endif()
-set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG")
+set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG -fstack-protector-strong -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2")
+add_link_options("LINKER:-z,relro,-z,now")
 
 add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Wnon-virtual-dtor
                     -Woverloaded-virtual -Wold-style-cast -Wcast-qual -Werror)
