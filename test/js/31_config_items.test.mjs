@@ -68,8 +68,8 @@ test("an exception of the caller's own getter reaches the caller, and what is be
 test('lists of strings have one entry per element', async () => {
   const NOT_ARRAY = E('FillConfigInfoVector: value is not array');
   for (const [probe, value, list, ...lines] of [
-    ['fillStringVector', ['a', 1, ''], ['a', '', ''], NOT_STRING, LEN],
-    ['fillStringVector', { length: 1 }, [], NOT_ARRAY],
+    ['fillStringVector', ['a', 1, ''], ['', 'a', '', ''], NOT_STRING, LEN],
+    ['fillStringVector', { length: 1 }, [''], NOT_ARRAY],
     ['fillConfigInfoVector', { length: 1 }, [], NOT_ARRAY],
   ]) {
     const seen = await run(() => probes[probe](value));

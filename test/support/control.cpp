@@ -19,10 +19,81 @@ namespace {
 std::mutex g_linesMutex;
 Json::Value g_lines(Json::arrayValue);
 
-using Control = Json::Value (*)(const Json::Value& argument);
+std::vector<napi_property_descriptor>& Probes()
+{
+    static std::vector<napi_property_descriptor> probes;
+    return probes;
+}
 
-// clang-format off
-std::vector<napi_property_descriptor>& Probes() { static std::vector<napi_property_descriptor> probes; return probes; }
+Json::Value SetService(const Json::Value& script)
+{
+    if (script.isString()) { // "embedded"
+        UnsetScriptedService();
+    } else {
+        SetScriptedService(script);
+    }
+    return {};
+}
+
+Json::Value TakeRequestList(const Json::Value&)
+{
+    return TakeRequests();
+}
+
+Json::Value TakeProxies(const Json::Value&)
+{
+    return TakeProxyCount();
+}
+
+void KeepLine(const OHOS::Host::LogRecord& record)
+{
+    Json::Value line;
+    line[0] = record.level;
+    line[1] = record.domain;
+    line[2] = record.tag;
+    line[3] = record.message;
+    const std::lock_guard<std::mutex> lock(g_linesMutex);
+    g_lines.append(std::move(line));
+}
+
+Json::Value CaptureLines(const Json::Value&)
+{
+    OHOS::Host::SetLogCapture(KeepLine);
+    return {};
+}
+
+Json::Value TakeLines(const Json::Value&)
+{
+    const std::lock_guard<std::mutex> lock(g_linesMutex);
+    return std::exchange(g_lines, Json::arrayValue);
+}
+
+Json::Value PlanFaults(const Json::Value& plan)
+{
+    SetFaults(plan);
+    return {};
+}
+
+Json::Value Trace(const Json::Value&)
+{
+    return ReadTrace();
+}
+
+Json::Value ReadCounts(const Json::Value&)
+{
+    const Counts& counts = TheCounts();
+    Json::Value all;
+    all["records"] = counts.records.load();
+    all["references"] = counts.references.load();
+    all["works"] = counts.works.load();
+    all["deferreds"] = counts.deferreds.load();
+    all["inFlight"] = counts.inFlight.load();
+    all["calls"] = counts.calls.load();
+    all["faults"] = counts.faults.load();
+    return all;
+}
+
+using Control = Json::Value (*)(const Json::Value& argument);
 
 napi_value CallControl(napi_env env, napi_callback_info info)
 {
@@ -37,23 +108,31 @@ napi_value CallControl(napi_env env, napi_callback_info info)
     Json::Value root;
     std::istringstream(text) >> root;
     const std::string result = Json::writeString(Json::StreamWriterBuilder(), reinterpret_cast<Control>(data)(root));
-    return napi_create_string_utf8(env, result.data(), result.size(), &argument), argument;
+    napi_value value = nullptr;
+    napi_create_string_utf8(env, result.data(), result.size(), &value);
+    return value;
 }
 
-// An object with the module's inside; the module must have been loaded.
+// An object with the module's internals; the module must have been loaded.
 napi_value ReadProbes(napi_env env, napi_callback_info)
 {
     napi_value object = nullptr;
     napi_create_object(env, &object);
-    return napi_define_properties(env, object, Probes().size(), Probes().data()), object;
+    napi_define_properties(env, object, Probes().size(), Probes().data());
+    return object;
 }
 
 napi_property_descriptor Function(const char* name, Control control)
-    { return {name, nullptr, CallControl, nullptr, nullptr, nullptr, napi_default, reinterpret_cast<void*>(control)}; }
+{
+    return {name, nullptr, CallControl, nullptr, nullptr, nullptr, napi_default, reinterpret_cast<void*>(control)};
+}
 
 } // namespace
 
-void AddProbes(const std::vector<napi_property_descriptor>& probes) { Probes() = probes; }
+void AddProbes(const std::vector<napi_property_descriptor>& probes)
+{
+    Probes() = probes;
+}
 
 } // namespace ZelkTest
 
@@ -61,33 +140,16 @@ extern "C" ZELK_TEST_EXPORT napi_value napi_register_module_v1(napi_env env, nap
 {
     using namespace ZelkTest;
     const napi_property_descriptor functions[] = {
-        Function("setService", [](auto& script) {
-            script.isString() ? UnsetScriptedService() : SetScriptedService(script); // "embedded", or a script.
-            return Json::Value(); }),
-        Function("takeRequests", [](auto&) { return TakeRequests(); }),
-        Function("takeProxyCount", [](auto&) { return Json::Value(TakeProxyCount()); }),
-        Function("captureLines", [](auto&) {
-            OHOS::Host::SetLogCapture([](const OHOS::Host::LogRecord& record) {
-                Json::Value line;
-                line[0] = record.level; line[1] = record.domain; line[2] = record.tag; line[3] = record.message;
-                const std::lock_guard<std::mutex> lock(g_linesMutex);
-                g_lines.append(std::move(line));
-            });
-            return Json::Value(); }),
-        Function("takeLines", [](auto&) {
-            const std::lock_guard<std::mutex> lock(g_linesMutex);
-            return std::exchange(g_lines, Json::arrayValue); }),
-        Function("planFaults", [](auto& plan) { return SetFaults(plan), Json::Value(); }),
-        Function("trace", [](auto&) { return ReadTrace(); }),
-        Function("counts", [](auto&) {
-            const Counts& c = TheCounts();
-            Json::Value all;
-            all["records"] = c.records.load(); all["references"] = c.references.load(); all["works"] = c.works.load();
-            all["deferreds"] = c.deferreds.load(); all["inFlight"] = c.inFlight.load();
-            all["calls"] = c.calls.load(); all["faults"] = c.faults.load();
-            return all; }),
+        Function("setService", SetService),
+        Function("takeRequests", TakeRequestList),
+        Function("takeProxyCount", TakeProxies),
+        Function("captureLines", CaptureLines),
+        Function("takeLines", TakeLines),
+        Function("planFaults", PlanFaults),
+        Function("trace", Trace),
+        Function("counts", ReadCounts),
         {"probes", nullptr, ReadProbes, nullptr, nullptr, nullptr, napi_default, nullptr},
     };
-    return napi_define_properties(env, exports, std::size(functions), functions), exports;
+    napi_define_properties(env, exports, std::size(functions), functions);
+    return exports;
 }
-// clang-format on

@@ -24,12 +24,6 @@ struct Counts {
 
 ZELK_TEST_EXPORT Counts& TheCounts();
 
-// Whether this use of a Node-API function is to fail, and with what.
-ZELK_TEST_EXPORT bool TakeFault(const char* function, napi_status* status);
-
-// Notes that a Node-API call ended with `status`, which it gives back. Only while there is a plan of faults.
-ZELK_TEST_EXPORT napi_status Traced(const char* function, napi_status status);
-
 // Makes functions of the module's inside callable from JavaScript.
 ZELK_TEST_EXPORT void AddProbes(const std::vector<napi_property_descriptor>& probes);
 

@@ -1,5 +1,5 @@
-// The module's inside, callable from JavaScript: its steps with null data, its value helpers, its executor. Linked into
-// the test build of the module.
+// The module's internals, callable from JavaScript: its steps with null data, its value helpers, its executor. Linked
+// into the test build of the module.
 #include <array>
 
 #include "config/json_to_object.h"
@@ -40,29 +40,44 @@ napi_value Run(napi_env env, napi_callback_info info)
     return reinterpret_cast<Probe>(data)(env, argv);
 }
 
-// clang-format off
-napi_property_descriptor Describe(const char* name, Probe probe)
-    { return {name, nullptr, Run, nullptr, nullptr, nullptr, napi_enumerable, reinterpret_cast<void*>(probe)}; }
-
 // Results as JavaScript values.
-template <typename T> std::enable_if_t<std::is_convertible_v<T, double>, napi_value> Give(napi_env env, T value)
+napi_value Give(napi_env env, bool value)
 {
     napi_value result = nullptr;
-    std::is_same_v<T, bool> ? napi_get_boolean(env, value, &result) : napi_create_double(env, value, &result);
+    napi_get_boolean(env, value, &result);
     return result;
 }
 
-napi_value Give(napi_env env, const std::string& text) { return NapiUtil::CreateStringValue(env, text); }
+napi_value Give(napi_env env, int32_t value)
+{
+    napi_value result = nullptr;
+    napi_create_int32(env, value, &result);
+    return result;
+}
+
+napi_value Give(napi_env env, const std::string& text)
+{
+    return NapiUtil::CreateStringValue(env, text);
+}
+
+// As text: a JavaScript number is too narrow.
+napi_value Give(napi_env env, int64_t value)
+{
+    return Give(env, std::to_string(value));
+}
 
 // The key, then name:type of each parameter, then the text that the service would receive.
 napi_value Give(napi_env env, const std::shared_ptr<ConfigInfo>& item)
 {
     std::string text = item->key;
-    for (const auto& param : item->params) { text += " " + param.name + ":" + std::to_string(param.type); }
+    for (const ConfigInfoParam& param : item->params) {
+        text += " " + param.name + ":" + std::to_string(param.type);
+    }
     return Give(env, text + " " + item->GetJsonParams());
 }
 
-template <typename T> napi_value Give(napi_env env, const std::vector<T>& list)
+template <typename T>
+napi_value Give(napi_env env, const std::vector<T>& list)
 {
     napi_value array = nullptr;
     napi_create_array(env, &array);
@@ -73,97 +88,211 @@ template <typename T> napi_value Give(napi_env env, const std::vector<T>& list)
 }
 
 // What `read` makes of the first argument.
-template <auto read> napi_value Read(napi_env env, const Argv& argv) { return Give(env, read(env, argv[0])); }
-
-// What a list of `kept` holds after `append` has seen the first argument.
-template <typename T> std::vector<T> ListOf(void (*append)(napi_env, napi_value, std::vector<T>&));
-template <auto append, auto... kept> napi_value Append(napi_env env, const Argv& argv)
+template <auto read>
+napi_value Read(napi_env env, const Argv& argv)
 {
-    decltype(ListOf(append)) list = {kept...};
-    return append(env, argv[0], list), Give(env, list);
+    return Give(env, read(env, argv[0]));
 }
-constexpr char KEPT[] = "kept";
 
-// ["text to resolve or reject with", code, "null" to convert to null]
-napi_value Execute(napi_env env, const Argv& argv)
+// What a list holds after `append` has seen the first argument.
+template <typename T, void (*append)(napi_env, napi_value, std::vector<T>&)>
+napi_value Append(napi_env env, const Argv& argv)
 {
-    const auto result = std::make_pair(NapiUtil::GetInt32(env, argv[1]), NapiUtil::GetString(env, argv[0]));
-    const bool isNull = !NapiUtil::IsUndefined(env, argv[2]);
-    return (new NapiExecutor<std::string>("Probe", env, [=] { return result; },
-        [=](napi_env jsEnv, std::string& text) { return isNull ? nullptr : Give(jsEnv, text); }))->Execute();
+    std::vector<T> list = {T()};
+    append(env, argv[0], list);
+    return Give(env, list);
+}
+
+// The steps of a function, without a record.
+template <void (*step)(napi_env, void*)>
+napi_value ExecuteNothing(napi_env env, const Argv&)
+{
+    step(env, nullptr);
+    return nullptr;
+}
+
+template <void (*step)(napi_env, napi_status, void*)>
+napi_value CompleteNothing(napi_env env, const Argv&)
+{
+    step(env, napi_ok, nullptr);
+    return nullptr;
+}
+
+napi_value HandleNothing(napi_env env, const Argv&)
+{
+    return NapiUtil::HandleAsyncWork(env, nullptr, "Nothing", nullptr, nullptr);
 }
 
 // A bare record, whose complete step answers undefined.
 napi_value HandleBare(napi_env env, const Argv&)
 {
-    return NapiUtil::HandleAsyncWork(env, new BaseContext, "Bare", [](napi_env, void*) {},
-        [](napi_env jsEnv, napi_status, void* data) {
-            NapiUtil::Handle2ValueCallback(jsEnv, static_cast<BaseContext*>(data), NapiUtil::CreateUndefined(jsEnv));
-        });
+    const auto execute = [](napi_env, void*) {
+    };
+    const auto complete = [](napi_env jsEnv, napi_status, void* data) {
+        NapiUtil::Handle2ValueCallback(jsEnv, static_cast<BaseContext*>(data), NapiUtil::CreateUndefined(jsEnv));
+    };
+    return NapiUtil::HandleAsyncWork(env, new BaseContext, "Bare", execute, complete);
+}
+
+napi_value AnswerNothing(napi_env env, const Argv&)
+{
+    NapiUtil::Handle2ValueCallback(env, nullptr, nullptr);
+    return nullptr;
+}
+
+// The record has neither callback nor promise.
+napi_value AnswerNobody(napi_env env, const Argv&)
+{
+    NapiUtil::Handle2ValueCallback(env, new BaseContext, nullptr);
+    return nullptr;
+}
+
+// (text to resolve or reject with, code, undefined or anything to convert to null)
+napi_value Execute(napi_env env, const Argv& argv)
+{
+    const auto result = std::make_pair(NapiUtil::GetInt32(env, argv[1]), NapiUtil::GetString(env, argv[0]));
+    const bool isNull = !NapiUtil::IsUndefined(env, argv[2]);
+    const auto job = [result] {
+        return result;
+    };
+    const auto converter = [isNull](napi_env jsEnv, std::string& text) {
+        return isNull ? nullptr : Give(jsEnv, text);
+    };
+    return (new NapiExecutor<std::string>("Probe", env, job, converter))->Execute();
+}
+
+// (code)
+napi_value ThrowErrors(napi_env env, const Argv& argv)
+{
+    NapiUtil::ThrowError(env, NapiUtil::GetInt32(env, argv[0]), "message");
+    NapiUtil::ThrowError(env, 1, "while one is pending");
+    return nullptr;
+}
+
+napi_value MatchString(napi_env env, const Argv& argv)
+{
+    return Give(env, NapiUtil::MatchValueType(env, argv[0], napi_string));
+}
+
+napi_value GetType(napi_env env, const Argv& argv)
+{
+    return Give(env, static_cast<int32_t>(NapiUtil::GetType(env, argv[0])));
+}
+
+napi_value GetArrayType(napi_env env, const Argv& argv)
+{
+    return Give(env, static_cast<int32_t>(NapiUtil::GetArrayType(env, argv[0])));
 }
 
 napi_value GetProperty(napi_env env, const Argv& argv)
 {
     napi_value value = NapiUtil::GetProperty(env, argv[0], NapiUtil::GetString(env, argv[1]));
-    return value == nullptr ? Give(env, "null pointer") : value;
+    return value == nullptr ? Give(env, std::string("null pointer")) : value;
 }
 
-// The text onto the object; the exception's text if jsoncpp throws.
+napi_value GetFirstElement(napi_env env, const Argv& argv)
+{
+    return NapiUtil::GetElement(env, argv[0], 0);
+}
+
+napi_value SetProperty(napi_env env, const Argv& argv)
+{
+    NapiUtil::SetPropertyStringUtf8(env, argv[0], "name", std::string("a\0b", 3));
+    return argv[0];
+}
+
+napi_value GetStrings(napi_env env, const Argv& argv)
+{
+    std::vector<std::string> list = {""};
+    NapiUtil::GetStrings(env, argv[0], list, MAX_STRING_LENGTH);
+    return Give(env, list);
+}
+
+std::vector<std::shared_ptr<ConfigInfo>> ReadItems(napi_env env, napi_value array)
+{
+    std::vector<std::shared_ptr<ConfigInfo>> items;
+    FillConfigInfoVector(env, array, items);
+    return items;
+}
+
+// (text, object): the text's members onto the object; the exception's text if jsoncpp throws.
 napi_value ConvertJson(napi_env env, const Argv& argv)
 {
     try {
-        return ConvertJsonToObject(env, NapiUtil::GetString(env, argv[0]), argv[1]), argv[1];
+        ConvertJsonToObject(env, NapiUtil::GetString(env, argv[0]), argv[1]);
+        return argv[1];
     } catch (const std::exception& exception) {
-        return Give(env, exception.what());
+        return Give(env, std::string(exception.what()));
     }
 }
 
-// The two steps of a function.
-#define STEPS(name)                                                                                                    \
-    Describe("Native" #name, [](auto env, auto&) { return Native##name(env, nullptr), napi_value(); }),                \
-    Describe(#name "Callback", [](auto env, auto&) { return name##Callback(env, napi_ok, nullptr), napi_value(); })
+struct NamedProbe {
+    const char* name;
+    Probe probe;
+};
+
+const NamedProbe PROBES[] = {
+    {"NativeGetModemLogStatus", ExecuteNothing<NativeGetModemLogStatus>},
+    {"GetModemLogStatusCallback", CompleteNothing<GetModemLogStatusCallback>},
+    {"NativeHandleModemLogSwitch", ExecuteNothing<NativeHandleModemLogSwitch>},
+    {"HandleModemLogSwitchCallback", CompleteNothing<HandleModemLogSwitchCallback>},
+    {"NativeGetModemLogConfig", ExecuteNothing<NativeGetModemLogConfig>},
+    {"GetModemLogConfigCallback", CompleteNothing<GetModemLogConfigCallback>},
+    {"NativeGetModemLogDirectPackConfig", ExecuteNothing<NativeGetModemLogDirectPackConfig>},
+    {"GetModemLogDirectPackConfigCallback", CompleteNothing<GetModemLogDirectPackConfigCallback>},
+    {"NativeGetModemLogLogMasks", ExecuteNothing<NativeGetModemLogLogMasks>},
+    {"GetModemLogLogMasksCallback", CompleteNothing<GetModemLogLogMasksCallback>},
+    {"NativeChangeModemLogConfig", ExecuteNothing<NativeChangeModemLogConfig>},
+    {"ChangeModemLogConfigCallback", CompleteNothing<ChangeModemLogConfigCallback>},
+    {"NativeSendModemLogCommand", ExecuteNothing<NativeSendModemLogCommand>},
+    {"SendModemLogCommandCallback", CompleteNothing<SendModemLogCommandCallback>},
+    {"NativeGetTcpdumpStatus", ExecuteNothing<NativeGetTcpdumpStatus>},
+    {"GetTcpdumpStatusCallback", CompleteNothing<GetTcpdumpStatusCallback>},
+    {"NativeHandleTcpdumpSwitch", ExecuteNothing<NativeHandleTcpdumpSwitch>},
+    {"HandleTcpdumpSwitchCallback", CompleteNothing<HandleTcpdumpSwitchCallback>},
+    {"NativeGetTcpdumpConfig", ExecuteNothing<NativeGetTcpdumpConfig>},
+    {"GetTcpdumpConfigCallback", CompleteNothing<GetTcpdumpConfigCallback>},
+    {"NativeChangeTcpdumpConfig", ExecuteNothing<NativeChangeTcpdumpConfig>},
+    {"ChangeTcpdumpConfigCallback", CompleteNothing<ChangeTcpdumpConfigCallback>},
+    {"NativeHandleBluetoothCallPcmLogSwitch", ExecuteNothing<NativeHandleBluetoothCallPcmLogSwitch>},
+    {"HandleBluetoothCallPcmLogSwitchCallback", CompleteNothing<HandleBluetoothCallPcmLogSwitchCallback>},
+    {"OnGlobalExecuteCallback", ExecuteNothing<OnGlobalExecuteCallback>},
+    {"OnGlobalCompleteCallback", CompleteNothing<OnGlobalCompleteCallback>},
+    {"handleNothing", HandleNothing},
+    {"handleBare", HandleBare},
+    {"answerNothing", AnswerNothing},
+    {"answerNobody", AnswerNobody},
+    {"execute", Execute},
+    {"throwErrors", ThrowErrors},
+    {"matchString", MatchString},
+    {"getType", GetType},
+    {"getArrayType", GetArrayType},
+    {"isUndefined", Read<NapiUtil::IsUndefined>},
+    {"isArray", Read<NapiUtil::IsArray>},
+    {"getBool", Read<NapiUtil::GetBool>},
+    {"getInt32", Read<NapiUtil::GetInt32>},
+    {"getInt64", Read<NapiUtil::GetInt64>},
+    {"getString", Read<NapiUtil::GetString>},
+    {"getProperty", GetProperty},
+    {"getFirstElement", GetFirstElement},
+    {"setProperty", SetProperty},
+    {"getPropertyNames", Append<std::string, NapiUtil::GetPropertyNames>},
+    {"getBooleans", Append<bool, NapiUtil::GetBooleans>},
+    {"getInt32s", Append<int, NapiUtil::GetInt32s>},
+    {"getStrings", GetStrings},
+    {"fillStringVector", Append<std::string, FillStringVector>},
+    {"fillConfigInfoVector", Read<ReadItems>},
+    {"convertJsonToObject", ConvertJson},
+};
 
 __attribute__((constructor)) void RegisterProbes()
 {
-    ZelkTest::AddProbes({
-        STEPS(GetModemLogStatus), STEPS(HandleModemLogSwitch), STEPS(GetModemLogConfig),
-        STEPS(GetModemLogDirectPackConfig), STEPS(GetModemLogLogMasks), STEPS(ChangeModemLogConfig),
-        STEPS(SendModemLogCommand), STEPS(GetTcpdumpStatus), STEPS(HandleTcpdumpSwitch), STEPS(GetTcpdumpConfig),
-        STEPS(ChangeTcpdumpConfig), STEPS(HandleBluetoothCallPcmLogSwitch),
-        Describe("OnGlobalExecuteCallback", [](auto env, auto&) {
-            return OnGlobalExecuteCallback(env, nullptr), napi_value(); }),
-        Describe("OnGlobalCompleteCallback", [](auto env, auto&) {
-            return OnGlobalCompleteCallback(env, napi_ok, nullptr), napi_value(); }),
-        Describe("handleNothing", [](auto env, auto&) {
-            return NapiUtil::HandleAsyncWork(env, nullptr, "Nothing", nullptr, nullptr); }),
-        Describe("handleBare", HandleBare), Describe("execute", Execute),
-        Describe("answerNothing", [](auto env, auto&) {
-            return NapiUtil::Handle2ValueCallback(env, nullptr, nullptr), napi_value(); }),
-        Describe("answerNobody", [](auto env, auto&) { // The record has neither callback nor promise.
-            return NapiUtil::Handle2ValueCallback(env, new BaseContext, nullptr), napi_value(); }),
-        Describe("throwError", [](auto env, auto& argv) {
-            NapiUtil::ThrowError(env, NapiUtil::GetInt32(env, argv[0]), "message");
-            return NapiUtil::ThrowError(env, 1, "while one is pending"), napi_value(); }),
-        Describe("matchString", [](auto env, auto& argv) {
-            return Give(env, NapiUtil::MatchValueType(env, argv[0], napi_string)); }),
-        Describe("isUndefined", Read<NapiUtil::IsUndefined>), Describe("isArray", Read<NapiUtil::IsArray>),
-        Describe("getType", Read<NapiUtil::GetType>), Describe("getArrayType", Read<NapiUtil::GetArrayType>),
-        Describe("getBool", Read<NapiUtil::GetBool>), Describe("getInt32", Read<NapiUtil::GetInt32>),
-        Describe("getString", Read<NapiUtil::GetString>), Describe("getProperty", GetProperty),
-        Describe("getInt64", [](auto env, auto& argv) {
-            return Give(env, std::to_string(NapiUtil::GetInt64(env, argv[0]))); }),
-        Describe("getElement", [](auto env, auto& argv) { return NapiUtil::GetElement(env, argv[0], 0); }),
-        Describe("setProperty", [](auto env, auto& argv) {
-            return NapiUtil::SetPropertyStringUtf8(env, argv[0], "name", std::string("a\0b", 3)), argv[0]; }),
-        Describe("getPropertyNames", Append<NapiUtil::GetPropertyNames, KEPT>),
-        Describe("getBooleans", Append<NapiUtil::GetBooleans, true>),
-        Describe("getInt32s", Append<NapiUtil::GetInt32s, 7>), Describe("getStrings", [](auto env, auto& argv) {
-            std::vector<std::string> list = {KEPT};
-            return NapiUtil::GetStrings(env, argv[0], list, MAX_STRING_LENGTH), Give(env, list); }),
-        Describe("fillStringVector", Append<FillStringVector>), Describe("convertJsonToObject", ConvertJson),
-        Describe("fillConfigInfoVector", Append<FillConfigInfoVector>),
-    });
+    std::vector<napi_property_descriptor> functions;
+    for (const NamedProbe& probe : PROBES) {
+        functions.push_back({probe.name, nullptr, Run, nullptr, nullptr, nullptr, napi_enumerable,
+                             reinterpret_cast<void*>(probe.probe)});
+    }
+    ZelkTest::AddProbes(functions);
 }
-// clang-format on
 
 } // namespace

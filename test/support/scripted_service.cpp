@@ -16,7 +16,6 @@ Json::Value g_script;
 Json::Value g_requests(Json::arrayValue);
 std::atomic<int> g_proxyCount{0};
 
-// clang-format off
 using Text = const std::string;
 using Texts = std::vector<std::string>;
 
@@ -39,12 +38,20 @@ std::string Encoded(Text& utf8, bool isLatin1)
     return bytes;
 }
 
-void Write(const Json::Value& answer, bool, bool& out) { out = answer.asBool(); }
-void Write(const Json::Value& answer, bool isLatin1, std::string& out) { out = Encoded(answer.asString(), isLatin1); }
+void Write(const Json::Value& answer, bool, bool& out)
+{
+    out = answer.asBool();
+}
+void Write(const Json::Value& answer, bool isLatin1, std::string& out)
+{
+    out = Encoded(answer.asString(), isLatin1);
+}
 void Write(const Json::Value& answer, bool isLatin1, Texts& out)
 {
     out.resize(answer.size());
-    for (Json::ArrayIndex i = 0; i < answer.size(); ++i) { Write(answer[i], isLatin1, out[i]); }
+    for (Json::ArrayIndex i = 0; i < answer.size(); ++i) {
+        Write(answer[i], isLatin1, out[i]);
+    }
 }
 
 // Out-arguments are touched only where the script has an answer.
@@ -59,31 +66,87 @@ int32_t Answer(Out& out, const char* operation, const Args&... arguments)
     const Json::Value entry = g_script.get(operation, Json::Value());
     lock.unlock();
     std::this_thread::sleep_for(std::chrono::milliseconds(entry.get("delay", 0).asInt()));
-    if (entry.isMember("answer")) { Write(entry["answer"], entry.get("latin1", false).asBool(), out); }
+    if (entry.isMember("answer")) {
+        Write(entry["answer"], entry.get("latin1", false).asBool(), out);
+    }
     return entry.get("code", 0).asInt();
 }
 
 struct ScriptedService : OHOS::HiviewDFX::IZelkLogService {
-    int32_t GetModemLogConfig(Texts& in, Texts& out) override { return Answer(out, __func__, List(in)); }
-    int32_t GetModemLogDirectPackConfig(std::string& out) override { return Answer(out, __func__); }
-    int32_t GetModemLogLogMasks(Texts& out) override { return Answer(out, __func__); }
-    int32_t GetModemLogStatus(bool& out) override { return Answer(out, __func__); }
-    int32_t HandleModemLogSwitch(bool on, bool& out) override { return Answer(out, __func__, on); }
-    int32_t HandleModemLogSwitch(bool on, Texts& in, bool& out) override { return Answer(out, __func__, on, List(in)); }
-    int32_t SendModemLogCommand(std::string in, bool& out) override { return Answer(out, __func__, in); }
-    int32_t ChangeModemLogConfig(Texts& in, bool& out) override { return Answer(out, __func__, List(in)); }
-    int32_t GetTcpdumpStatus(bool& out) override { return Answer(out, __func__); }
-    int32_t GetTcpdumpConfig(Texts in, Texts& out) override { return Answer(out, __func__, List(in)); }
-    int32_t ChangeTcpdumpConfig(Texts& in, bool& out) override { return Answer(out, __func__, List(in)); }
-    int32_t HandleTcpdumpSwitch(bool on, bool& out) override { return Answer(out, __func__, on); }
-    int32_t HandleTcpdumpSwitch(bool on, Texts& in, bool& out) override { return Answer(out, __func__, on, List(in)); }
-    int32_t HandleBluetoothCallPcmLogSwitch(bool on) override { bool unused; return Answer(unused, __func__, on); }
+    int32_t GetModemLogConfig(Texts& in, Texts& out) override
+    {
+        return Answer(out, __func__, List(in));
+    }
+    int32_t GetModemLogDirectPackConfig(std::string& out) override
+    {
+        return Answer(out, __func__);
+    }
+    int32_t GetModemLogLogMasks(Texts& out) override
+    {
+        return Answer(out, __func__);
+    }
+    int32_t GetModemLogStatus(bool& out) override
+    {
+        return Answer(out, __func__);
+    }
+    int32_t HandleModemLogSwitch(bool on, bool& out) override
+    {
+        return Answer(out, __func__, on);
+    }
+    int32_t HandleModemLogSwitch(bool on, Texts& in, bool& out) override
+    {
+        return Answer(out, __func__, on, List(in));
+    }
+    int32_t SendModemLogCommand(std::string in, bool& out) override
+    {
+        return Answer(out, __func__, in);
+    }
+    int32_t ChangeModemLogConfig(Texts& in, bool& out) override
+    {
+        return Answer(out, __func__, List(in));
+    }
+    int32_t GetTcpdumpStatus(bool& out) override
+    {
+        return Answer(out, __func__);
+    }
+    int32_t GetTcpdumpConfig(Texts in, Texts& out) override
+    {
+        return Answer(out, __func__, List(in));
+    }
+    int32_t ChangeTcpdumpConfig(Texts& in, bool& out) override
+    {
+        return Answer(out, __func__, List(in));
+    }
+    int32_t HandleTcpdumpSwitch(bool on, bool& out) override
+    {
+        return Answer(out, __func__, on);
+    }
+    int32_t HandleTcpdumpSwitch(bool on, Texts& in, bool& out) override
+    {
+        return Answer(out, __func__, on, List(in));
+    }
+    int32_t HandleBluetoothCallPcmLogSwitch(bool on) override
+    {
+        bool unused;
+        return Answer(unused, __func__, on);
+    }
     // The number goes as text: JavaScript's are too narrow for some.
     int32_t FetchRemoteDevicesLogs(Text& in, std::string& out, int64_t value) override
-        { return Answer(out, __func__, in, std::to_string(value)); }
-    int32_t QueryRemoteDevicesLogs(Text& in, std::string& out) override { return Answer(out, __func__, in); }
-    int32_t GetRemoteDevicesList(std::string& out) override { return Answer(out, __func__); }
-    int32_t QueryProtocolData(Text& in, std::string& out) override { return Answer(out, __func__, in); }
+    {
+        return Answer(out, __func__, in, std::to_string(value));
+    }
+    int32_t QueryRemoteDevicesLogs(Text& in, std::string& out) override
+    {
+        return Answer(out, __func__, in);
+    }
+    int32_t GetRemoteDevicesList(std::string& out) override
+    {
+        return Answer(out, __func__);
+    }
+    int32_t QueryProtocolData(Text& in, std::string& out) override
+    {
+        return Answer(out, __func__, in);
+    }
 };
 
 } // namespace
@@ -96,7 +159,10 @@ void SetScriptedService(const Json::Value& script)
     OHOS::Host::SetProxySource([service] { return g_proxyCount++, service; });
 }
 
-void UnsetScriptedService() { OHOS::Host::SetProxySource({}); }
+void UnsetScriptedService()
+{
+    OHOS::Host::SetProxySource({});
+}
 
 Json::Value TakeRequests()
 {
@@ -104,7 +170,9 @@ Json::Value TakeRequests()
     return std::exchange(g_requests, Json::arrayValue);
 }
 
-int TakeProxyCount() { return g_proxyCount.exchange(0); }
-// clang-format on
+int TakeProxyCount()
+{
+    return g_proxyCount.exchange(0);
+}
 
 } // namespace ZelkTest

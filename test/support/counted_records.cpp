@@ -1,0 +1,22 @@
+// The allocation functions of the module's records, as in napi/util/base_context.cpp, with a count of the records
+// alive.
+#include <cstring>
+
+#include "napi/util/base_context.h"
+#include "test/support/control.h"
+
+namespace OHOS::HiviewDFX {
+
+void* BaseContext::operator new(size_t size)
+{
+    ZelkTest::TheCounts().records++;
+    return std::memset(::operator new(size), 0, size);
+}
+
+void BaseContext::operator delete(void* storage)
+{
+    ZelkTest::TheCounts().records--;
+    ::operator delete(storage);
+}
+
+} // namespace OHOS::HiviewDFX

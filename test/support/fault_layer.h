@@ -1,0 +1,55 @@
+// A layer between the module and Node-API: it sees each of the module's own calls, with the function that makes it, and
+// makes the planned ones fail without reaching the runtime. The test build of the module includes this first in every
+// source.
+#ifndef TEST_SUPPORT_FAULT_LAYER_H
+#define TEST_SUPPORT_FAULT_LAYER_H
+
+#include <node_api.h>
+
+#include "test/support/control.h"
+
+namespace ZelkTest {
+
+struct CallSite {
+    const char* file;
+    const char* function;
+    const char* call;
+};
+
+// Whether this call is to fail, and with what.
+ZELK_TEST_EXPORT bool TakeFault(const CallSite& site, napi_status* status);
+
+// Notes that a call ended with `status`, which it returns, and what the module holds since.
+ZELK_TEST_EXPORT napi_status Ended(const CallSite& site, napi_status status);
+
+template <typename T>
+struct Identity {
+    using Type = T;
+};
+
+template <typename... Parameters>
+napi_status Call(const CallSite& site, napi_status (*real)(Parameters...),
+                 typename Identity<Parameters>::Type... arguments)
+{
+    napi_status status = napi_ok;
+    return Ended(site, TakeFault(site, &status) ? status : real(arguments...));
+}
+
+// Runs the module's steps by way of a record of its own, so that works in flight can be counted.
+ZELK_TEST_EXPORT napi_status Call(const CallSite& site, decltype(&napi_create_async_work) real, napi_env env,
+                                  napi_value resource, napi_value resourceName, napi_async_execute_callback execute,
+                                  napi_async_complete_callback complete, void* data, napi_async_work* result);
+
+// Gives the record of a planned fault until the next call.
+ZELK_TEST_EXPORT napi_status Call(const CallSite& site, decltype(&napi_get_last_error_info) real, napi_env env,
+                                  const napi_extended_error_info** result);
+
+// Closes in any case: the runtime ends a process whose scopes are left open.
+ZELK_TEST_EXPORT napi_status Call(const CallSite& site, decltype(&napi_close_handle_scope) real, napi_env env,
+                                  napi_handle_scope scope);
+
+} // namespace ZelkTest
+
+#include "node_api_calls.h" // Made by CMakeLists.txt.
+
+#endif // TEST_SUPPORT_FAULT_LAYER_H
