@@ -4,18 +4,14 @@ namespace OHOS::HiviewDFX {
 
 namespace {
 
-// The value is copied into its place: a parameter of its own would have to be moved there.
+// Complete before the item has it, so that running out of memory leaves the item as it was.
 template <typename T>
 void Append(std::list<ConfigInfoParam>& params, const std::string& name, ConfigInfoParamType type,
             T ConfigInfoParamValue::*member, const T& value)
 {
-    ConfigInfoParam& added = params.emplace_back(name, type);
-    try {
-        added.value.*member = value;
-    } catch (...) {
-        params.pop_back();
-        throw;
-    }
+    std::list<ConfigInfoParam> added;
+    added.emplace_back(name, type).value.*member = value;
+    params.splice(params.end(), added);
 }
 
 } // namespace

@@ -43,8 +43,10 @@ bool ConfigReplyToArray(napi_env env, const std::vector<std::string>& texts, Exp
             if (!FillItem(env, text, expandValue, item)) {
                 return false;
             }
-        } catch (const Json::Exception&) {
-            // Nested too deep, or a number that does not fit: as good as unparsable.
+        } catch (...) {
+            // jsoncpp throws for a text nested too deep and for a number that does not fit: as good as unparsable. No
+            // type is named because none would match on a device: the module is linked with its own copy of the type
+            // information there, and libc++ tells types apart by its address.
             return false;
         }
         napi_set_element(env, *array, index++, item);
