@@ -27,7 +27,7 @@ public:
     void AddParam(const std::string& name, const std::vector<int>& value);
     void AddParam(const std::string& name, const std::vector<std::string>& value);
 
-    // The text that the log service receives for this item, the same at every call; it is also logged whole. It looks
+    // The text that the log service receives for this item, the same at every call; it is also logged. It looks
     // like JSON but is a format of its own: nothing is escaped, and lists are written as config_info_json.cpp shows.
     std::string GetJsonParams() const;
 

@@ -37,7 +37,7 @@ public:
     // The member starts at zero, or empty.
     explicit ConfigInfoParamValue(ConfigInfoParamType valueType);
 
-    // Copies the tag and the live member. A tag of 0 or below has none, which writes an error line; a tag behind the
+    // Copies the tag and the live member. A tag of 0 or below has none, which writes an error line; a tag after the
     // last one has none either, which is silent.
     ConfigInfoParamValue(const ConfigInfoParamValue& other);
     ConfigInfoParamValue& operator=(const ConfigInfoParamValue&) = delete;
