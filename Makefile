@@ -5,7 +5,7 @@ SHELL := bash
 
 PREFIX ?= /usr/local
 # What a user of the module runs; the other targets of the build are tests.
-PRODUCT := zelklogservice zelk_dbus zelk-log-service
+PRODUCT := zelklogservice zelk_dbus zelk_testing zelk-log-service
 
 # `make build` and `make demo` keep a configuration that has tests: no target undoes another's.
 build_product = cmake --preset release --log-level=WARNING && cmake --build --preset release --target $(PRODUCT)

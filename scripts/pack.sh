@@ -9,10 +9,10 @@ stage=$pack/stage
 rm -rf "$pack"
 mkdir -p "$stage/lib" "$stage/node_modules"
 
-cp -r bin index.d.ts index.js index.mjs requirements.js LICENSE README.md "$stage"
+cp -r bin index.d.ts index.js index.mjs library.js requirements.js testing.* LICENSE README.md "$stage"
 # What the command line needs comes along, so that the package installs without a network.
 cp -r node_modules/commander "$stage/node_modules"
-for file in zelklogservice.node libohos_host.so libzelk_service_api.so libzelk_dbus.so zelk-log-service; do
+for file in zelklogservice.node libohos_host.so libzelk_service_api.so libzelk_dbus.so zelk_testing.node zelk-log-service; do
     if [ -e "build/release/$file" ]; then
         strip --strip-unneeded -o "$stage/lib/$file" "build/release/$file"
     fi

@@ -26,7 +26,7 @@ sptr<IZelkLogService> NoService()
 
 Host::ProxySource Embedded()
 {
-    return [service = sptr<IZelkLogService>(new Host::ReferenceService)] {
+    return [service = Host::MakeReferenceService()] {
         return service;
     };
 }
@@ -98,6 +98,11 @@ void Host::SetProxySource(ProxySource source)
     Override& current = TheOverride();
     const std::lock_guard<std::mutex> lock(current.mutex);
     current.source.swap(source);
+}
+
+sptr<IZelkLogService> Host::MakeReferenceService()
+{
+    return new ReferenceService;
 }
 
 namespace HiviewDFX {

@@ -45,7 +45,7 @@ test('loads again and again in worker threads, several at a time', async () => {
 function installed(name, fill) {
   const folder = join(scratch, name);
   mkdirSync(join(folder, 'lib'), { recursive: true });
-  for (const file of ['index.js', 'requirements.js']) {
+  for (const file of ['index.js', 'library.js', 'requirements.js']) {
     copyFileSync(join(root, file), join(folder, file));
   }
   fill((file) => join(folder, 'lib', file));

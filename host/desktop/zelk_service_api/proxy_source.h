@@ -14,6 +14,9 @@ using ProxySource = std::function<sptr<HiviewDFX::IZelkLogService>()>;
 // ZELK_LOG_SERVICE. An empty function restores the latter. `source` is called on any thread, also on several at once.
 __attribute__((visibility("default"))) void SetProxySource(ProxySource source);
 
+// A reference service of its own, in its initial state.
+__attribute__((visibility("default"))) sptr<HiviewDFX::IZelkLogService> MakeReferenceService();
+
 } // namespace OHOS::Host
 
 #endif // HOST_DESKTOP_PROXY_SOURCE_H

@@ -1,0 +1,58 @@
+// The JavaScript thread of one environment, as the threads that wait for it see it.
+#ifndef HOST_TESTING_ENVIRONMENT_H
+#define HOST_TESTING_ENVIRONMENT_H
+
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <thread>
+
+#include <node_api.h>
+
+namespace OHOS::Host {
+
+// Made on its JavaScript thread. Outlives the environment itself for as long as somebody asks it.
+class Environment {
+public:
+    using Task = std::function<void(napi_env env)>;
+
+    // Null when the runtime refuses. `onEnd` is called once, on the JavaScript thread, when no task can run any more.
+    static std::shared_ptr<Environment> Create(napi_env env, std::function<void(Environment&)> onEnd);
+
+    // Has `task` run on the JavaScript thread, in the order of the calls. False when the environment has ended. It may
+    // still end before the task has run: whoever waits for the task pings meanwhile. Any thread.
+    bool Post(Task task);
+
+    // Makes the environment notice that it has ended. While it comes to its end, its thread waits for the work that the
+    // runtime's pool does for it, and says so to nobody; but it still runs what is posted, up to the first call that
+    // would reach JavaScript. Any thread.
+    void Ping();
+
+    // Whether this is the JavaScript thread.
+    bool IsCurrent() const
+    {
+        return thread_ == std::this_thread::get_id();
+    }
+
+    // No task runs any more. JavaScript thread.
+    void End();
+
+private:
+    explicit Environment(std::function<void(Environment&)> onEnd) : onEnd_(std::move(onEnd)) {}
+
+    static void RunTask(napi_env env, napi_value function, void* context, void* data);
+    static void Finalize(napi_env env, void* data, void* hint);
+    bool Queue(Task* task);
+
+    const std::thread::id thread_ = std::this_thread::get_id();
+    std::function<void(Environment&)> onEnd_; // JavaScript thread.
+
+    std::mutex mutex_; // Guards everything below.
+    napi_threadsafe_function function_ = nullptr;
+    bool hasEnded_ = false;
+    bool isPinged_ = false; // A ping is on its way.
+};
+
+} // namespace OHOS::Host
+
+#endif // HOST_TESTING_ENVIRONMENT_H

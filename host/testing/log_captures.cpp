@@ -1,0 +1,67 @@
+#include "log_captures.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace OHOS::Host {
+
+LogCaptures& LogCaptures::Instance()
+{
+    static auto* const instance = new LogCaptures; // Other threads may log after static objects have gone.
+    return *instance;
+}
+
+std::shared_ptr<LogCaptures::Capture> LogCaptures::Start(const void* owner)
+{
+    auto capture = std::make_shared<Capture>(Capture{owner, {}});
+    std::unique_lock<std::mutex> lock(mutex_);
+    captures_.push_back(capture);
+    UpdateSlot(lock);
+    return capture;
+}
+
+void LogCaptures::Stop(const std::shared_ptr<Capture>& capture)
+{
+    std::unique_lock<std::mutex> lock(mutex_);
+    captures_.erase(std::remove(captures_.begin(), captures_.end(), capture), captures_.end());
+    UpdateSlot(lock);
+}
+
+void LogCaptures::StopAllOf(const void* owner)
+{
+    std::unique_lock<std::mutex> lock(mutex_);
+    const auto firstStopped = std::remove_if(captures_.begin(), captures_.end(),
+                                             [owner](const auto& capture) { return capture->owner == owner; });
+    if (firstStopped != captures_.end()) {
+        captures_.erase(firstStopped, captures_.end());
+        UpdateSlot(lock);
+    }
+}
+
+std::vector<LogRecord> LogCaptures::Take(Capture& capture)
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return std::exchange(capture.lines, {});
+}
+
+void LogCaptures::Keep(const LogRecord& record)
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    for (const std::shared_ptr<Capture>& capture : captures_) {
+        capture->lines.push_back(record);
+    }
+}
+
+void LogCaptures::UpdateSlot(std::unique_lock<std::mutex>& lock)
+{
+    updated_.wait(lock, [this] { return !isUpdating_; });
+    isUpdating_ = true;
+    const bool isWanted = !captures_.empty();
+    lock.unlock();
+    SetLogCapture(isWanted ? LogCapture([this](const LogRecord& record) { Keep(record); }) : LogCapture());
+    lock.lock();
+    isUpdating_ = false;
+    updated_.notify_one();
+}
+
+} // namespace OHOS::Host

@@ -1,0 +1,49 @@
+// Which handler service stands in the place of the process's log service.
+#ifndef HOST_TESTING_SERVICE_STACK_H
+#define HOST_TESTING_SERVICE_STACK_H
+
+#include <mutex>
+#include <vector>
+
+#include "handler_service.h"
+
+namespace OHOS::Host {
+
+// The services of one environment, each in front of the one before it; the last one is in force. While there is none,
+// the process has its own service. Any thread may call any method.
+class ServiceStack {
+public:
+    static ServiceStack& Instance();
+
+    // Puts `service` in front. False when a service of another environment is in force.
+    bool Push(const sptr<HandlerService>& service);
+
+    // Takes `service` away and ends it. False when another one stands in front of it.
+    bool Remove(const sptr<HandlerService>& service);
+
+    // Whether the service can be found; it can at first. Calls that it has already are not affected.
+    void SetPresent(const sptr<HandlerService>& service, bool isPresent);
+
+    // Takes away and ends every service of an environment that has come to its end.
+    void RemoveAllOf(const Environment& environment);
+
+    // Ends every service, but leaves them in their place: at the end of the process, no call may go anywhere else.
+    void EndAll();
+
+private:
+    struct Entry {
+        sptr<HandlerService> service;
+        bool isPresent;
+    };
+
+    std::vector<Entry>::iterator Find(const sptr<HandlerService>& service);
+    // Makes the process find what is in front now.
+    void Apply() const;
+
+    std::mutex mutex_; // Guards everything below.
+    std::vector<Entry> entries_;
+};
+
+} // namespace OHOS::Host
+
+#endif // HOST_TESTING_SERVICE_STACK_H

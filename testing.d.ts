@@ -1,0 +1,159 @@
+/**
+ * Tests of applications that use zelklogservice: a log service written in JavaScript, in the same process, with the real
+ * module in front of it; the module's log lines; and the identity of the process.
+ *
+ * Loading this changes nothing. Nothing of it is in the module, and a device has none of it.
+ */
+
+/** An answer text. A string is sent as UTF-8, a `Uint8Array` byte for byte, so that broken text can be tried. */
+export type AnswerText = string | Uint8Array;
+
+/** What a handler gives: the answer or a promise of it. `undefined` is code 0 without an answer. */
+export type Answer<T> = T | undefined | void | PromiseLike<T | undefined | void>;
+
+/**
+ * The operations of the log service. A handler gets the arguments of the request: booleans, texts, and arrays of the
+ * texts of items and keys. It runs on the JavaScript thread that called {@link logService}.
+ *
+ * What it gives is the answer, with code 0. What it throws decides as well:
+ *
+ * - a {@link ServiceError}: its code, and its answer if it has one;
+ * - anything else: code 1003. An answer of the wrong type is code 1004. Both are mistakes of the test: they are kept in
+ *   {@link LogService.errors} and thrown by {@link LogService.restore}.
+ *
+ * A handler that is missing is stood in for by a reference service, one for each {@link logService}, which starts from
+ * its initial state.
+ */
+export interface Handlers {
+  /** @param keys The keys that are asked for. Answer: one text per item, `{"configKey":"KEY","value":"TEXT"}`. */
+  GetModemLogConfig?: (keys: string[]) => Answer<readonly AnswerText[]>;
+  GetModemLogDirectPackConfig?: () => Answer<AnswerText>;
+  /** Answer: one text per mask, `{"configKey":"KEY","value":"TEXT"}`. */
+  GetModemLogLogMasks?: () => Answer<readonly AnswerText[]>;
+  GetModemLogStatus?: () => Answer<boolean>;
+  /** @param configs The items' texts, `{"configKey":"KEY","value":VALUE}`. Missing for a switch without items. */
+  HandleModemLogSwitch?: (on: boolean, configs?: string[]) => Answer<boolean>;
+  /** @param command The text of an item. */
+  SendModemLogCommand?: (command: string) => Answer<boolean>;
+  ChangeModemLogConfig?: (configs: string[]) => Answer<boolean>;
+  GetTcpdumpStatus?: () => Answer<boolean>;
+  GetTcpdumpConfig?: (keys: string[]) => Answer<readonly AnswerText[]>;
+  ChangeTcpdumpConfig?: (configs: string[]) => Answer<boolean>;
+  HandleTcpdumpSwitch?: (on: boolean, configs?: string[]) => Answer<boolean>;
+  /** The service answers nothing but its code. */
+  HandleBluetoothCallPcmLogSwitch?: (on: boolean) => Answer<never>;
+  FetchRemoteDevicesLogs?: (request: string, value: bigint) => Answer<AnswerText>;
+  QueryRemoteDevicesLogs?: (request: string) => Answer<AnswerText>;
+  GetRemoteDevicesList?: () => Answer<AnswerText>;
+  QueryProtocolData?: (request: string) => Answer<AnswerText>;
+}
+
+export interface LogServiceOptions {
+  /**
+   * How long a call waits for its handler, in milliseconds, 1 to 2147483647. Then the call ends with code 1002, as one
+   * that the service did not answer in time. 25000 by default.
+   */
+  timeout?: number;
+}
+
+/** One request that arrived. */
+export interface ServiceRequest {
+  operation: keyof Handlers;
+  args: (boolean | string | bigint | string[])[];
+}
+
+/** A log service that a test has put in the place of the process's own. */
+export interface LogService {
+  /** What arrived, in that order, requests without a handler too. `requests.length = 0` empties it. */
+  readonly requests: ServiceRequest[];
+  /** The mistakes of handlers: what they threw that is no {@link ServiceError}, and answers of the wrong type. */
+  readonly errors: unknown[];
+  /** Empties {@link requests}. */
+  clear(): void;
+  /**
+   * Sets one handler, or removes it.
+   *
+   * @throws {TypeError} The service has no operation of this name, or the handler is no function.
+   */
+  handle<Name extends keyof Handlers>(name: Name, handler: Handlers[Name] | undefined): void;
+  /** From now on there is no service: calls do not reach it. Those that wait for a handler go on. */
+  leave(): void;
+  /** The service is back. */
+  join(): void;
+  /**
+   * Takes the service away: what was there before is back. Calls that wait for a handler end within 100 ms with code
+   * 1001, as when the service is gone. A second time does nothing. `using` does the same at the end of its block.
+   *
+   * @throws {AggregateError} Of {@link errors}, when there are any. The service is restored nevertheless.
+   * @throws {Error} `ERR_ZELK_RESTORE_ORDER`: a later service stands in front of this one. Nothing is restored.
+   */
+  restore(): void;
+  /** {@link restore}; there where the runtime has `Symbol.dispose`. */
+  [Symbol.dispose](): void;
+}
+
+declare global {
+  interface SymbolConstructor {
+    readonly dispose: unique symbol;
+  }
+}
+
+/**
+ * Puts a log service in the place of the process's own, until it is restored. Calls from all threads reach it; a second
+ * one in the same thread stands in front of the first until it is restored.
+ *
+ * A call that waits for its handler holds one of the runtime's worker threads: four, unless `UV_THREADPOOL_SIZE` says
+ * otherwise. A handler that waits for such a thread itself, as one that reads a file does, while all of them wait for
+ * handlers, waits for its time limit. A handler that never answers holds its call no longer than that limit, and ends
+ * with its environment: with code 1001, within 100 ms.
+ *
+ * @throws {TypeError} An unknown operation (the message lists the known ones), or a handler that is no function.
+ * @throws {RangeError} A time limit that is out of range.
+ * @throws {Error} `ERR_ZELK_SERVICE_IN_USE`: a log service of another thread is in force.
+ */
+export function logService(handlers?: Handlers, options?: LogServiceOptions): LogService;
+
+/** The failure that a handler throws to make the service answer with a code other than 0. */
+export class ServiceError extends Error {
+  /**
+   * @param code An int32 other than 0.
+   * @param answer The answer that goes with the code, of the operation's own type. Without it there is none.
+   * @throws {TypeError} The code is no number.
+   * @throws {RangeError} The code is 0 or no int32.
+   */
+  constructor(code: number, answer?: boolean | AnswerText | readonly AnswerText[]);
+  readonly code: number;
+  readonly answer?: boolean | AnswerText | readonly AnswerText[];
+}
+
+/** One line of the log. */
+export interface LogLine {
+  level: 'D' | 'I' | 'W' | 'E' | 'F';
+  /** The whole domain; a written line shows its low 20 bits. */
+  domain: number;
+  tag: string;
+  /** With its arguments filled in. */
+  message: string;
+}
+
+export interface LogCapture {
+  /** Every line since the start, in the order of writing. Reading this takes in what was written so far. */
+  readonly lines: LogLine[];
+  /** Takes in no further line. */
+  stop(): void;
+}
+
+/**
+ * Captures every line that is written from now on, whatever the level in force and whichever thread writes it. Lines
+ * still go where they went. Any number of captures may run at the same time.
+ */
+export function captureLog(): LogCapture;
+
+/**
+ * Gives the process an identity, in all threads. The last call wins. An identity that a worker thread set ends with it.
+ *
+ * @param caller Whether the process is a system application, or its full token id; null gives it the environment's again.
+ * @throws {TypeError} `caller` is none of these.
+ * @throws {RangeError} A token id that does not fit 64 bits.
+ */
+export function setCaller(caller: { readonly systemApplication: boolean } | bigint | null): void;

@@ -1,0 +1,279 @@
+'use strict';
+
+// The testing kit: see testing.d.ts for its manual. Whatever a test gets to see is made here, and so belongs to the realm
+// that loaded this file: test runners load it once for each test file, into a realm of its own.
+
+const { inspect, types } = require('util');
+const addon = require('./library.js').load('zelk_testing.node');
+
+const DEFAULT_TIMEOUT = 25000;
+const INT32 = { least: -(2 ** 31), most: 2 ** 31 - 1 };
+const SYSTEM_APPLICATION = BigInt(0x100000001);
+const OTHER_APPLICATION = BigInt(1);
+const CODE_HANDLER_FAILED = 1003;
+const CODE_WRONG_ANSWER = 1004;
+
+// What each operation answers.
+const OPERATIONS = {
+  GetModemLogConfig: 'an array of strings',
+  GetModemLogDirectPackConfig: 'a string',
+  GetModemLogLogMasks: 'an array of strings',
+  GetModemLogStatus: 'a boolean',
+  HandleModemLogSwitch: 'a boolean',
+  SendModemLogCommand: 'a boolean',
+  ChangeModemLogConfig: 'a boolean',
+  GetTcpdumpStatus: 'a boolean',
+  GetTcpdumpConfig: 'an array of strings',
+  ChangeTcpdumpConfig: 'a boolean',
+  HandleTcpdumpSwitch: 'a boolean',
+  HandleBluetoothCallPcmLogSwitch: 'nothing',
+  FetchRemoteDevicesLogs: 'a string',
+  QueryRemoteDevicesLogs: 'a string',
+  GetRemoteDevicesList: 'a string',
+  QueryProtocolData: 'a string',
+};
+
+function codedError(code, message) {
+  const error = new Error(message);
+  error.code = code;
+  return error;
+}
+
+const isObject = (value) => value !== null && typeof value === 'object';
+
+function kindOf(value) {
+  if (value === null || value === undefined) {
+    return String(value);
+  }
+  const kind = Array.isArray(value) ? 'array' : typeof value;
+  return `${/^[aeiou]/.test(kind) ? 'an' : 'a'} ${kind}`;
+}
+
+const isText = (value) => typeof value === 'string' || types.isUint8Array(value);
+
+const IS_ANSWER = {
+  'a boolean': (value) => typeof value === 'boolean',
+  'a string': isText,
+  'an array of strings': Array.isArray,
+  nothing: () => false,
+};
+
+// `value`, which the handler of `operation` gave, as it is sent; a list is read once.
+function checkedAnswer(operation, value) {
+  const wanted = OPERATIONS[operation];
+  const mistake = (found) => new TypeError(`the handler of ${operation} answers ${wanted}, not ${found}`);
+  if (!IS_ANSWER[wanted](value)) {
+    throw mistake(kindOf(value));
+  }
+  if (!Array.isArray(value)) {
+    return value;
+  }
+  const texts = [];
+  for (let i = 0; i < value.length; ++i) {
+    const text = value[i];
+    if (!isText(text)) {
+      throw mistake(`${kindOf(text)} as element ${i}`);
+    }
+    texts.push(text);
+  }
+  return texts;
+}
+
+// Known by this mark rather than by its class: a handler may have got its class from another realm.
+const BRAND = Symbol.for('zelklogservice.ServiceError');
+
+function checkCode(code) {
+  if (typeof code !== 'number') {
+    throw new TypeError(`the code of a ServiceError is a number, not ${kindOf(code)}`);
+  }
+  if (!Number.isInteger(code) || code === 0 || code < INT32.least || code > INT32.most) {
+    throw new RangeError(`the code of a ServiceError is an int32 other than 0, not ${code}`);
+  }
+}
+
+class ServiceError extends Error {
+  constructor(code, answer) {
+    checkCode(code);
+    super(`the log service answers with code ${code}`);
+    this.code = code;
+    this.answer = answer;
+  }
+}
+Object.defineProperty(ServiceError.prototype, 'name', { value: 'ServiceError', writable: true, configurable: true });
+Object.defineProperty(ServiceError.prototype, BRAND, { value: true });
+
+function checkHandler(name, handler) {
+  if (!Object.prototype.hasOwnProperty.call(OPERATIONS, name)) {
+    throw new TypeError(`the log service has no operation ${String(name)}: it has ${Object.keys(OPERATIONS).join(', ')}`);
+  }
+  if (handler !== undefined && typeof handler !== 'function') {
+    throw new TypeError(`the handler of ${name} is ${kindOf(handler)}, not a function`);
+  }
+}
+
+function checkedHandlers(handlers) {
+  if (!isObject(handlers)) {
+    throw new TypeError(`the handlers are ${kindOf(handlers)}, not an object`);
+  }
+  const checked = new Map();
+  for (const name of Object.keys(handlers)) {
+    checkHandler(name, handlers[name]);
+    checked.set(name, handlers[name]);
+  }
+  return checked;
+}
+
+function checkedTimeout(options) {
+  if (!isObject(options)) {
+    throw new TypeError(`the options are ${kindOf(options)}, not an object`);
+  }
+  const timeout = options.timeout === undefined ? DEFAULT_TIMEOUT : options.timeout;
+  if (typeof timeout !== 'number' || !(timeout >= 1 && timeout <= INT32.most)) {
+    throw new RangeError(`options.timeout is a number of milliseconds from 1 to ${INT32.most}, not ${String(timeout)}`);
+  }
+  return timeout;
+}
+
+const textOf = (error) => (types.isNativeError(error) ? String(error) : inspect(error));
+
+const copied = (value) => (Array.isArray(value) ? Array.from(value) : value);
+
+function logService(handlers = {}, options = {}) {
+  const handlerOf = checkedHandlers(handlers);
+  const timeout = checkedTimeout(options);
+  const requests = [];
+  const errors = [];
+  let isRestored = false;
+
+  function answer(id, operation, code, value) {
+    let sent;
+    try {
+      sent = value === undefined ? undefined : checkedAnswer(operation, value);
+    } catch (error) {
+      errors.push(error);
+      addon.answer(native, id, CODE_WRONG_ANSWER);
+      return;
+    }
+    addon.answer(native, id, code, sent);
+  }
+
+  function fail(id, operation, thrown) {
+    let error = thrown;
+    try {
+      if (isObject(thrown) && thrown[BRAND]) {
+        checkCode(thrown.code);
+        answer(id, operation, thrown.code, thrown.answer);
+        return;
+      }
+    } catch (mistake) {
+      error = mistake;
+    }
+    errors.push(error);
+    addon.answer(native, id, CODE_HANDLER_FAILED);
+  }
+
+  function serve(id, operation, ...given) {
+    const args = given.map(copied);
+    requests.push({ operation, args });
+    const handler = handlerOf.get(operation);
+    if (handler === undefined) {
+      addon.passOn(native, id);
+      return;
+    }
+    let value;
+    let isLate;
+    try {
+      value = handler(...args.map(copied));
+      isLate = isObject(value) && typeof value.then === 'function';
+    } catch (error) {
+      fail(id, operation, error);
+      return;
+    }
+    if (isLate) {
+      Promise.resolve(value).then((late) => answer(id, operation, 0, late), (error) => fail(id, operation, error));
+    } else {
+      answer(id, operation, 0, value);
+    }
+  }
+
+  const native = addon.open(serve, timeout);
+  if (native === undefined) {
+    throw codedError('ERR_ZELK_SERVICE_IN_USE',
+      'a log service of another thread is in force: restore it before this thread puts one in its place');
+  }
+
+  function restore() {
+    if (isRestored) {
+      return;
+    }
+    if (!addon.close(native)) {
+      throw codedError('ERR_ZELK_RESTORE_ORDER',
+        'a later log service stands in front of this one: restore that one first');
+    }
+    isRestored = true;
+    if (errors.length > 0) {
+      throw new AggregateError(errors, `handlers of the log service failed: ${errors.map(textOf).join('; ')}`);
+    }
+  }
+
+  const service = {
+    requests,
+    errors,
+    clear() {
+      requests.length = 0;
+    },
+    handle(name, handler) {
+      checkHandler(name, handler);
+      handlerOf.set(name, handler);
+    },
+    leave() {
+      addon.setPresent(native, false);
+    },
+    join() {
+      addon.setPresent(native, true);
+    },
+    restore,
+  };
+  if (Symbol.dispose) {
+    service[Symbol.dispose] = restore;
+  }
+  return service;
+}
+
+const LEVELS = { 3: 'D', 4: 'I', 5: 'W', 6: 'E', 7: 'F' };
+
+function captureLog() {
+  const native = addon.startCapture();
+  const lines = [];
+  return {
+    get lines() {
+      addon.takeLines(native, (level, domain, tag, message) => {
+        lines.push({ level: LEVELS[level], domain, tag, message });
+      });
+      return lines;
+    },
+    stop() {
+      addon.stopCapture(native);
+    },
+  };
+}
+
+function tokenOf(caller) {
+  if (typeof caller === 'bigint') {
+    if (caller < 0 || caller !== BigInt.asUintN(64, caller)) {
+      throw new RangeError(`a full token id has 64 bits: ${caller} is out of range`);
+    }
+    return caller;
+  }
+  if (isObject(caller) && typeof caller.systemApplication === 'boolean') {
+    return caller.systemApplication ? SYSTEM_APPLICATION : OTHER_APPLICATION;
+  }
+  throw new TypeError(`a caller is { systemApplication: true }, { systemApplication: false }, a full token id as a bigint, ` +
+    `or null, not ${kindOf(caller)}`);
+}
+
+function setCaller(caller) {
+  addon.setCaller(caller === null ? undefined : tokenOf(caller));
+}
+
+module.exports = { logService, ServiceError, captureLog, setCaller };

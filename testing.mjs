@@ -1,0 +1,5 @@
+import testing from './testing.js';
+
+export default testing;
+
+export const { logService, ServiceError, captureLog, setCaller } = testing;
