@@ -2,40 +2,63 @@
 
 #include <array>
 #include <cerrno>
-#include <charconv>
-#include <climits>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <cwchar>
 #include <string_view>
-#include <type_traits>
-#include <utility>
 
 namespace OHOS::Host {
 
 namespace {
 
-constexpr int OMITTED = -1;
-constexpr int FROM_ARGUMENT = -2;
-
-enum class Length { NONE, CHAR, SHORT, LONG, LONG_LONG, LONG_DOUBLE, MAX, SIZE, DIFFERENCE };
-
-struct Conversion {
-    std::string_view source; // The conversion as it stands in the format.
-    bool isPublic = false;
-    std::string flags; // Each at most once.
-    int width = OMITTED;
-    int precision = OMITTED;
-    Length length = Length::NONE;
-    char kind = '\0'; // '\0' for what is no conversion.
-};
-
 struct Arguments {
     std::va_list list;
     int error; // What %m prints.
 };
+
+enum class Type { UNKNOWN, NONE, INT, LONG, LONG_LONG, DOUBLE, LONG_DOUBLE, WIDE_CHARACTER, TEXT, WIDE_TEXT, POINTER };
+
+// Integers of one size are taken alike, whatever their name and sign.
+static_assert(sizeof(size_t) == sizeof(long) && sizeof(ptrdiff_t) == sizeof(long));
+static_assert(sizeof(intmax_t) == sizeof(long long));
+
+constexpr struct {
+    std::string_view length;
+    std::string_view kinds;
+    Type type;
+} ARGUMENT_TYPES[] = {
+    {"", "s", Type::TEXT},
+    {"", "dioxXuc", Type::INT},
+    {"h", "dioxXu", Type::INT},
+    {"hh", "dioxXu", Type::INT},
+    {"l", "dioxXu", Type::LONG},
+    {"z", "dioxXu", Type::LONG},
+    {"t", "dioxXu", Type::LONG},
+    {"ll", "dioxXu", Type::LONG_LONG},
+    {"j", "dioxXu", Type::LONG_LONG},
+    {"L", "dioxXu", Type::LONG_LONG},
+    {"", "aAeEfFgG", Type::DOUBLE},
+    {"l", "aAeEfFgG", Type::DOUBLE},
+    {"L", "aAeEfFgG", Type::LONG_DOUBLE},
+    {"l", "c", Type::WIDE_CHARACTER},
+    {"", "C", Type::WIDE_CHARACTER},
+    {"l", "s", Type::WIDE_TEXT},
+    {"", "S", Type::WIDE_TEXT},
+    {"", "pn", Type::POINTER},
+    {"", "m", Type::NONE},
+};
+
+Type ArgumentType(std::string_view length, char kind)
+{
+    for (const auto& [rowLength, kinds, type] : ARGUMENT_TYPES) {
+        if (rowLength == length && kinds.find(kind) != std::string_view::npos) {
+            return type;
+        }
+    }
+    return Type::UNKNOWN;
+}
 
 bool Skip(const char*& text, std::string_view prefix)
 {
@@ -44,336 +67,164 @@ bool Skip(const char*& text, std::string_view prefix)
     return found;
 }
 
-// A width or a precision: a star or digits; without digits `number` stays. False for a number that is no int.
-bool ParseNumber(const char*& text, int& number)
+// Moves `text` past those of the characters that it starts with.
+std::string_view Take(const char*& text, const char* characters)
 {
-    if (Skip(text, "*")) {
-        number = FROM_ARGUMENT;
-        return true;
-    }
-    const char* end = text + std::strspn(text, "0123456789");
-    const bool fits = std::from_chars(text, end, number).ec != std::errc::result_out_of_range;
-    text = end;
-    return fits;
+    const std::string_view taken(text, std::strspn(text, characters));
+    text += taken.size();
+    return taken;
 }
 
-Length ParseLength(const char*& text)
+// A width or a precision as digits, whether the format has them or an argument.
+std::string TakeNumber(const char*& text, Arguments& args)
 {
-    // A longer name stands before the shorter one that it begins with.
-    static constexpr std::array<std::pair<std::string_view, Length>, 8> LENGTHS{{
-        {"hh", Length::CHAR},
-        {"h", Length::SHORT},
-        {"ll", Length::LONG_LONG},
-        {"l", Length::LONG},
-        {"L", Length::LONG_DOUBLE},
-        {"j", Length::MAX},
-        {"z", Length::SIZE},
-        {"t", Length::DIFFERENCE},
-    }};
-    for (const auto& [name, length] : LENGTHS) {
-        if (Skip(text, name)) {
-            return length;
-        }
-    }
-    return Length::NONE;
+    return Skip(text, "*") ? std::to_string(va_arg(args.list, int)) : std::string(Take(text, "0123456789"));
 }
 
-// Whether a kind goes with a length.
-bool IsKnown(char kind, Length length)
+// Flags, width and precision.
+std::string TakeLayout(const char*& text, Arguments& args)
 {
-    switch (kind) {
-    case 'd':
-    case 'i':
-    case 'o':
-    case 'u':
-    case 'x':
-    case 'X':
-    case 'n':
-        return true;
-    case 'a':
-    case 'A':
-    case 'e':
-    case 'E':
-    case 'f':
-    case 'F':
-    case 'g':
-    case 'G':
-        return length == Length::NONE || length == Length::LONG || length == Length::LONG_DOUBLE;
-    case 'c':
-    case 's':
-        return length == Length::NONE || length == Length::LONG;
-    case 'C':
-    case 'S':
-    case 'p':
-    case 'm':
-        return length == Length::NONE;
-    default:
-        return false;
-    }
-}
-
-// Reads flags to kind. False where the text is no conversion; `text` is then at the first character that does not fit.
-bool ParsePrintf(const char*& text, Conversion& conversion)
-{
-    for (; *text != '\0' && std::strchr("-+ #0'", *text) != nullptr; ++text) {
-        if (conversion.flags.find(*text) == std::string::npos) {
-            conversion.flags += *text;
-        }
-    }
-    if (!ParseNumber(text, conversion.width)) {
-        return false;
-    }
+    std::string layout(Take(text, "-+ #0'"));
+    layout += TakeNumber(text, args); // A negative one brings its flag along.
     if (Skip(text, ".")) {
-        conversion.precision = 0;
-        if (!ParseNumber(text, conversion.precision)) {
-            return false;
-        }
+        const std::string precision = TakeNumber(text, args);
+        layout += precision[0] == '-' ? "" : '.' + precision;
     }
-    conversion.length = ParseLength(text);
-    if (!IsKnown(*text, conversion.length)) {
+    return layout;
+}
+
+// False when snprintf refuses the conversion.
+template <typename Value>
+bool Print(std::string& out, const std::string& format, Value value)
+{
+    std::array<char, 128> buffer;
+    const int size = std::snprintf(buffer.data(), buffer.size(), format.c_str(), value);
+    if (size < 0) {
         return false;
     }
-    conversion.kind = *text++;
-    if (conversion.kind == 'C' || conversion.kind == 'S') {
-        conversion.kind = conversion.kind == 'C' ? 'c' : 's';
-        conversion.length = Length::LONG;
+    const auto length = static_cast<size_t>(size);
+    if (length < buffer.size()) {
+        out.append(buffer.data(), length);
+        return true;
     }
+    const size_t start = out.size();
+    out.resize(start + length + 1);
+    std::snprintf(&out[start], length + 1, format.c_str(), value);
+    out.pop_back();
     return true;
 }
 
-Conversion Parse(const char* percent)
+template <typename Value>
+bool Append(std::string& out, const std::string& format, Value value)
 {
-    Conversion conversion;
+    return Print(out, format, value);
+}
+
+bool Append(std::string& out, const std::string& format, const char* text)
+{
+    if (text == nullptr) {
+        return Print(out, format.substr(0, format.find_first_of(".lsS")) + "s", "(null)");
+    }
+    return Print(out, format, text);
+}
+
+bool Append(std::string& out, const std::string& format, const wchar_t* text)
+{
+    return text == nullptr ? Append(out, format, static_cast<const char*>(nullptr)) : Print(out, format, text);
+}
+
+// Takes the argument of a conversion and appends what it prints. False when snprintf refuses it.
+bool AppendArgument(std::string& out, const std::string& format, Type type, bool isPublic, Arguments& args)
+{
+    const auto append = [&](auto value) {
+        if (!isPublic) {
+            out += "<private>";
+            return true;
+        }
+        errno = args.error;
+        return Append(out, format, value);
+    };
+    switch (type) {
+    case Type::INT:
+        return append(va_arg(args.list, int));
+    case Type::LONG:
+        return append(va_arg(args.list, long));
+    case Type::LONG_LONG:
+        return append(va_arg(args.list, long long));
+    case Type::DOUBLE:
+        return append(va_arg(args.list, double));
+    case Type::LONG_DOUBLE:
+        return append(va_arg(args.list, long double));
+    case Type::WIDE_CHARACTER:
+        return append(va_arg(args.list, wint_t));
+    case Type::TEXT:
+        return append(va_arg(args.list, const char*));
+    case Type::WIDE_TEXT:
+        return append(va_arg(args.list, const wchar_t*));
+    case Type::POINTER:
+        return append(va_arg(args.list, const void*));
+    case Type::NONE:
+        return append(0);
+    case Type::UNKNOWN:
+        break;
+    }
+    return false;
+}
+
+// What nearly every line is made of, without the way through snprintf, which prints no text above INT_MAX either.
+bool AppendUsual(std::string& out, const char*& text, Arguments& args)
+{
+    if (Skip(text, "{public}s")) {
+        const char* value = va_arg(args.list, const char*);
+        out += value == nullptr ? "(null)" : value;
+        return true;
+    }
+    if (Skip(text, "{public}d")) {
+        out += std::to_string(va_arg(args.list, int));
+        return true;
+    }
+    return false;
+}
+
+// Appends the conversion that starts at `percent`, or what looks like one, and returns where it ends.
+const char* AppendFrom(std::string& out, const char* percent, Arguments& args)
+{
     const char* text = percent + 1;
-    conversion.isPublic = Skip(text, "{public}");
-    if (!conversion.isPublic) {
+    if (AppendUsual(out, text, args)) {
+        return text;
+    }
+    const bool isPublic = Skip(text, "{public}");
+    if (!isPublic) {
         Skip(text, "{private}");
     }
     if (Skip(text, "%")) {
-        conversion.kind = '%';
-    } else if (!ParsePrintf(text, conversion)) {
-        conversion.kind = '\0';
-    }
-    conversion.source = std::string_view(percent, static_cast<size_t>(text - percent));
-    return conversion;
-}
-
-// Takes the widths and precisions that are arguments.
-void Resolve(Conversion& conversion, Arguments& args)
-{
-    if (conversion.width == FROM_ARGUMENT) {
-        conversion.width = va_arg(args.list, int);
-        if (conversion.width < 0) {
-            conversion.flags += '-';
-            conversion.width = conversion.width == INT_MIN ? INT_MAX : -conversion.width;
-        }
-    }
-    if (conversion.precision == FROM_ARGUMENT) {
-        conversion.precision = va_arg(args.list, int);
-    }
-}
-
-intmax_t TakeSigned(Length length, Arguments& args)
-{
-    switch (length) {
-    case Length::CHAR:
-        return static_cast<signed char>(va_arg(args.list, int));
-    case Length::SHORT:
-        return static_cast<short>(va_arg(args.list, int));
-    case Length::LONG:
-        return va_arg(args.list, long);
-    case Length::LONG_LONG:
-    case Length::LONG_DOUBLE:
-        return va_arg(args.list, long long);
-    case Length::MAX: // NOLINT(bugprone-branch-clone): one type here, but not everywhere.
-        return va_arg(args.list, intmax_t);
-    case Length::SIZE:
-        return va_arg(args.list, std::make_signed_t<size_t>);
-    case Length::DIFFERENCE:
-        return va_arg(args.list, ptrdiff_t);
-    case Length::NONE:
-        break;
-    }
-    return va_arg(args.list, int);
-}
-
-uintmax_t TakeUnsigned(Length length, Arguments& args)
-{
-    switch (length) {
-    case Length::CHAR:
-        return static_cast<unsigned char>(va_arg(args.list, unsigned int));
-    case Length::SHORT:
-        return static_cast<unsigned short>(va_arg(args.list, unsigned int));
-    case Length::LONG:
-        return va_arg(args.list, unsigned long);
-    case Length::LONG_LONG:
-    case Length::LONG_DOUBLE:
-        return va_arg(args.list, unsigned long long);
-    case Length::MAX: // NOLINT(bugprone-branch-clone): one type here, but not everywhere.
-        return va_arg(args.list, uintmax_t);
-    case Length::SIZE:
-        return va_arg(args.list, size_t);
-    case Length::DIFFERENCE:
-        return va_arg(args.list, std::make_unsigned_t<ptrdiff_t>);
-    case Length::NONE:
-        break;
-    }
-    return va_arg(args.list, unsigned int);
-}
-
-// Lets printf print `value`, whose type `length` names.
-template <typename Value>
-void AppendPrintf(std::pmr::string& out, const Conversion& conversion, const char* length, Value value)
-{
-    const std::string format = "%" + conversion.flags + "*.*" + length + conversion.kind;
-    const int width = conversion.width == OMITTED ? 0 : conversion.width;
-    std::array<char, 128> buffer;
-    const int size = std::snprintf(buffer.data(), buffer.size(), format.c_str(), width, conversion.precision, value);
-    if (size < 0) {
-        out += conversion.source;
-    } else if (static_cast<size_t>(size) < buffer.size()) {
-        out.append(buffer.data(), static_cast<size_t>(size));
-    } else {
-        const size_t start = out.size();
-        const size_t room = static_cast<size_t>(size) + 1;
-        out.resize(start + room);
-        std::snprintf(&out[start], room, format.c_str(), width, conversion.precision, value);
-        out.pop_back();
-    }
-}
-
-// Strings are not left to printf, which knows none beyond INT_MAX.
-void AppendString(std::pmr::string& out, const Conversion& conversion, const char* text)
-{
-    const bool whole = text == nullptr || conversion.precision < 0;
-    text = text == nullptr ? "(null)" : text;
-    const size_t size = whole ? std::strlen(text) : strnlen(text, static_cast<size_t>(conversion.precision));
-    const size_t width = conversion.width == OMITTED ? 0 : static_cast<size_t>(conversion.width);
-    const size_t padding = width > size ? width - size : 0;
-    const bool toTheLeft = conversion.flags.find('-') != std::string::npos;
-    out.append(toTheLeft ? 0 : padding, ' ').append(text, size).append(toTheLeft ? padding : 0, ' ');
-}
-
-void Append(std::pmr::string& out, const Conversion& conversion, const char* text)
-{
-    AppendString(out, conversion, text);
-}
-
-void Append(std::pmr::string& out, const Conversion& conversion, const wchar_t* text)
-{
-    if (text == nullptr) {
-        AppendString(out, conversion, nullptr);
-    } else {
-        AppendPrintf(out, conversion, "l", text);
-    }
-}
-
-void Append(std::pmr::string& out, const Conversion& conversion, intmax_t number)
-{
-    if (conversion.flags.empty() && conversion.width == OMITTED && conversion.precision < 0) {
-        std::array<char, 24> digits;
-        char* end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
-        out.append(digits.data(), end);
-    } else {
-        AppendPrintf(out, conversion, "j", number);
-    }
-}
-
-void Append(std::pmr::string& out, const Conversion& conversion, uintmax_t number)
-{
-    AppendPrintf(out, conversion, "j", number);
-}
-
-void Append(std::pmr::string& out, const Conversion& conversion, long double number)
-{
-    AppendPrintf(out, conversion, "L", number);
-}
-
-void Append(std::pmr::string& out, const Conversion& conversion, wint_t character)
-{
-    AppendPrintf(out, conversion, "l", character);
-}
-
-// A double, an int (a character) or a pointer.
-template <typename Value>
-void Append(std::pmr::string& out, const Conversion& conversion, Value value)
-{
-    AppendPrintf(out, conversion, "", value);
-}
-
-template <typename Value>
-void AppendByPrivacy(std::pmr::string& out, const Conversion& conversion, Value value)
-{
-    if (conversion.isPublic) {
-        Append(out, conversion, value);
-    } else {
-        out += "<private>";
-    }
-}
-
-void AppendError(std::pmr::string& out, const Conversion& conversion, int error)
-{
-    const std::string format = "%" + conversion.flags + "m";
-    std::array<char, 256> text{};
-    errno = error;
-    std::snprintf(text.data(), text.size(), format.c_str(), 0);
-    AppendByPrivacy<const char*>(out, conversion, text.data());
-}
-
-// Takes the arguments of one conversion and appends what it prints.
-void AppendConversion(std::pmr::string& out, Conversion& conversion, Arguments& args)
-{
-    Resolve(conversion, args);
-    const bool isLong = conversion.length == Length::LONG;
-    switch (conversion.kind) {
-    case 'd':
-    case 'i':
-        return AppendByPrivacy(out, conversion, TakeSigned(conversion.length, args));
-    case 'o':
-    case 'u':
-    case 'x':
-    case 'X':
-        return AppendByPrivacy(out, conversion, TakeUnsigned(conversion.length, args));
-    case 'c':
-        return isLong ? AppendByPrivacy(out, conversion, va_arg(args.list, wint_t))
-                      : AppendByPrivacy(out, conversion, va_arg(args.list, int));
-    case 's':
-        return isLong ? AppendByPrivacy(out, conversion, va_arg(args.list, const wchar_t*))
-                      : AppendByPrivacy(out, conversion, va_arg(args.list, const char*));
-    case 'p':
-        return AppendByPrivacy(out, conversion, va_arg(args.list, const void*));
-    case 'n':
-        static_cast<void>(va_arg(args.list, void*));
-        out += conversion.isPublic ? "" : "<private>";
-        return;
-    case 'm':
-        return AppendError(out, conversion, args.error);
-    case '%':
         out += '%';
-        return;
-    default:
-        return conversion.length == Length::LONG_DOUBLE
-                   ? AppendByPrivacy(out, conversion, va_arg(args.list, long double))
-                   : AppendByPrivacy(out, conversion, va_arg(args.list, double));
+        return text;
     }
+    std::string format = '%' + TakeLayout(text, args);
+    const std::string_view length = Take(text, "hlLjzt");
+    const Type type = ArgumentType(length, *text);
+    if (type != Type::UNKNOWN) {
+        format.append(length) += *text;
+        format.resize(*text == 'n' ? 0 : format.size()); // It would store something.
+        ++text;
+    }
+    if (!AppendArgument(out, format, type, isPublic, args)) {
+        out.append(percent, text);
+    }
+    return text;
 }
 
 } // namespace
 
-void AppendFormat(std::pmr::string& out, const char* format, std::va_list args)
+void AppendFormat(std::string& out, const char* format, std::va_list args)
 {
     Arguments arguments{};
     arguments.error = errno;
     va_copy(arguments.list, args);
     while (const char* percent = std::strchr(format, '%')) {
         out.append(format, percent);
-        Conversion conversion = Parse(percent);
-        if (conversion.kind == '\0') {
-            out += conversion.source;
-        } else {
-            AppendConversion(out, conversion, arguments);
-        }
-        format = percent + conversion.source.size();
+        format = AppendFrom(out, percent, arguments);
     }
     out += format;
     va_end(arguments.list);

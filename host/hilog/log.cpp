@@ -6,7 +6,6 @@
 #include <charconv>
 #include <cstdarg>
 #include <cstring>
-#include <memory_resource>
 #include <new>
 #include <pthread.h>
 #include <string>
@@ -21,7 +20,7 @@ namespace OHOS::Host {
 
 namespace {
 
-constexpr size_t SHORT_LINE_SIZE = 1024; // A line of less takes no memory from the heap.
+constexpr size_t USUAL_LINE_SIZE = 255;
 constexpr unsigned int DOMAIN_MASK = 0xFFFFF;
 constexpr int DOMAIN_DIGITS = 5;
 constexpr size_t ID_WIDTH = 5;
@@ -49,7 +48,7 @@ const Ids& CurrentIds()
     return t_ids;
 }
 
-void AppendId(std::pmr::string& line, pid_t id)
+void AppendId(std::string& line, pid_t id)
 {
     std::array<char, 16> digits;
     const char* end = std::to_chars(digits.data(), digits.data() + digits.size(), id).ptr;
@@ -57,7 +56,7 @@ void AppendId(std::pmr::string& line, pid_t id)
     line.append(size < ID_WIDTH ? ID_WIDTH - size : 0, ' ').append(digits.data(), size);
 }
 
-void AppendDomain(std::pmr::string& line, unsigned int domain)
+void AppendDomain(std::string& line, unsigned int domain)
 {
     for (int digit = DOMAIN_DIGITS - 1; digit >= 0; --digit) {
         line += "0123456789abcdef"[(domain & DOMAIN_MASK) >> (4 * digit) & 0xF];
@@ -65,7 +64,7 @@ void AppendDomain(std::pmr::string& line, unsigned int domain)
 }
 
 // What stands before the message, with room for the time.
-void AppendHeader(std::pmr::string& line, LogLevel level, unsigned int domain, const char* tag)
+void AppendHeader(std::string& line, LogLevel level, unsigned int domain, const char* tag)
 {
     const Ids& ids = CurrentIds();
     line.append(TIME_STAMP_SIZE, ' ').append(1, ' ');
@@ -84,10 +83,8 @@ int PrintLine(LogLevel level, unsigned int domain, const char* tag, const char* 
     sink.Prepare();
     int written = 0;
     if (level >= LogSink::LowestWanted().load(std::memory_order_relaxed)) {
-        std::array<char, SHORT_LINE_SIZE> memory;
-        std::pmr::monotonic_buffer_resource arena(memory.data(), memory.size());
-        std::pmr::string line(&arena);
-        line.reserve(memory.size() - 1);
+        std::string line;
+        line.reserve(USUAL_LINE_SIZE);
         AppendHeader(line, level, domain, tag);
         const size_t messageStart = line.size();
         errno = error;

@@ -25,7 +25,7 @@ constexpr mode_t FILE_MODE = 0644;
 LogSink g_sink;
 
 // Makes "\n" of every line feed from `start` on. Works from the end, so that a long text is moved only once.
-void EscapeLineFeeds(std::pmr::string& text, size_t start)
+void EscapeLineFeeds(std::string& text, size_t start)
 {
     const auto count = std::count(text.begin() + static_cast<std::ptrdiff_t>(start), text.end(), '\n');
     size_t source = text.size();
@@ -132,7 +132,7 @@ void LogSink::SetCapture(LogCapture capture)
     // The previous capture is destroyed here, with the lock free for what its destructor logs.
 }
 
-int LogSink::Put(LogLevel level, unsigned int domain, const char* tag, std::pmr::string& line, size_t messageStart)
+int LogSink::Put(LogLevel level, unsigned int domain, const char* tag, std::string& line, size_t messageStart)
 {
     const std::lock_guard<std::mutex> lock(mutex_);
     if (capture_) {
@@ -166,7 +166,7 @@ void LogSink::Stamp(char* stamp)
     std::memcpy(stamp, stamp_.data(), stamp_.size());
 }
 
-bool LogSink::Write(const std::pmr::string& line)
+bool LogSink::Write(const std::string& line)
 {
     std::optional<BrokenPipeGuard> guard;
     if (!isRegularFile_) {

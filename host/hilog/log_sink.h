@@ -5,7 +5,6 @@
 #include <array>
 #include <atomic>
 #include <ctime>
-#include <memory_resource>
 #include <mutex>
 #include <string>
 #include <unistd.h>
@@ -34,7 +33,7 @@ public:
     void Prepare();
     // `line` is to be written but for its time stamp, for which there is room at its start, and its end of line. Its
     // message starts at `messageStart`. Returns the number of bytes written, -1 when they could not be.
-    int Put(LogLevel level, unsigned int domain, const char* tag, std::pmr::string& line, size_t messageStart);
+    int Put(LogLevel level, unsigned int domain, const char* tag, std::string& line, size_t messageStart);
     void SetCapture(LogCapture capture);
 
     LogSink();
@@ -51,7 +50,7 @@ private:
     void OpenFile();
     void UpdateLowestWanted();
     void Stamp(char* stamp);
-    bool Write(const std::pmr::string& line);
+    bool Write(const std::string& line);
 
     static std::atomic<int> lowestWanted_;
 

@@ -52,7 +52,7 @@ TEST(Format, PrintsByPrivacy)
          "%{public}lc|<private>|Interrupted system call  |%{public}lc5"},
         // No conversions: as they stand, and no argument taken.
         {Printed("%{public}d %{public}1$d %{foo}d %y %{public}Q %lm", 1), "1 %{public}1$d %{foo}d %y %{public}Q %lm"},
-        {Printed("%{public}99999999999d %{public}.99999999999s %{public}*y %5%{public}d", 3),
+        {Printed("%{public}99999999999d %{public}.99999999999s %{public}*y %5%{public}d", 1, "b", 2, 3),
          "%{public}99999999999d %{public}.99999999999s %{public}*y %53"},
         {Printed("end %"), "end %"}, {Printed("end %{public}"), "end %{public}"}, {Printed("end %{publ"), "end %{publ"},
         {Printed("end %-08.3l"), "end %-08.3l"}, {Printed(""), ""},
