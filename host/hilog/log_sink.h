@@ -56,7 +56,7 @@ private:
 
     std::mutex mutex_; // Guards everything below, and keeps lines whole that take more than one write.
     std::atomic<bool> prepared_{false};
-    int level_ = LOG_LEVEL_MAX; // Above all levels: no line is written.
+    int level_ = LOG_LEVEL_MAX;      // Above all levels: no line is written.
     int descriptor_ = STDERR_FILENO; // Negative after the end.
     bool isRegularFile_ = false;     // No reader can go away.
     LogCapture capture_;
