@@ -1,5 +1,7 @@
 'use strict';
 
+const { visible, visibleInLine } = require('./output.js');
+
 // How an answer looks on a terminal. Each function takes the answer and a painter { good, weak, strong }.
 
 const PLAIN = { good: String, weak: String, strong: String };
@@ -19,16 +21,21 @@ const verdict = (accepted, { good, strong }) => (accepted ? good('accepted') : s
 // The Bluetooth switch answers false whenever it succeeds.
 const done = (answer, { good }) => good('done');
 
-const text = (answer) => answer;
+const text = (answer) => visible(answer);
 
 const masks = (items, { strong }) =>
-  items.map(({ configKey, value }) => `${strong(configKey)} ${value}`).join('\n');
+  items.map(({ configKey, value }) => `${strong(visibleInLine(configKey))} ${visibleInLine(value)}`)
+    .join('\n');
+
+const json = (value) => visibleInLine(JSON.stringify(value));
 
 function configs(items, { strong, weak }) {
   return items.map(({ configKey, value }) => {
-    const settings = Object.entries(value).map(([name, setting]) => `  ${name} = ${JSON.stringify(setting)}`);
-    return [strong(configKey), ...(settings.length > 0 ? settings : [weak('  (nothing set)')])].join('\n');
+    const parameters = Object.entries(value)
+      .map(([name, setting]) => `  ${visibleInLine(name)} = ${json(setting)}`);
+    const lines = parameters.length > 0 ? parameters : [weak('  (nothing set)')];
+    return [strong(visibleInLine(configKey)), ...lines].join('\n');
   }).join('\n');
 }
 
-module.exports = { painterFor, status, verdict, done, text, masks, configs };
+module.exports = { painterFor, status, verdict, done, text, masks, configs, json };

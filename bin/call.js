@@ -2,8 +2,42 @@
 
 const { fork } = require('node:child_process');
 const path = require('node:path');
+const { complain } = require('./output.js');
 
-// Makes one call of the module and promises what came of it, as { kind, value }:
+// From the lowest level to X, which writes nothing.
+const LEVELS = 'DIWEFX';
+const LOG_LINE = /^\d\d-\d\d [\d:.]{12} +\d+ +\d+ ([DIWEF]) C/;
+// What the module logs, at level W, when it finds no log service.
+const NO_SERVICE_LINE = /^\S+ \S+ +\d+ +\d+ W C02d19\/FRAMEWORK: \[\w+\]"get proxy fail\."$/;
+
+function readLines(stream, use) {
+  let rest = '';
+  stream.setEncoding('utf8');
+  stream.on('data', (text) => {
+    rest += text;
+    if (text.includes('\n')) {
+      const lines = rest.split('\n');
+      rest = lines.pop();
+      lines.forEach(use);
+    }
+  });
+  stream.on('end', () => {
+    if (rest) {
+      use(rest);
+    }
+  });
+}
+
+// The settings of the log in the child process. Its lines are listened to, at level W at least, unless they
+// go to a file of the user's.
+function logSettings(verbose) {
+  const wanted = process.env.HILOG_LEVEL || (verbose ? 'I' : 'X');
+  const file = wanted === 'X' ? '' : process.env.HILOG_FILE ?? '';
+  const level = !file && LEVELS.indexOf(wanted) > LEVELS.indexOf('W') ? 'W' : wanted;
+  return { wanted, env: { HILOG_LEVEL: level, HILOG_FILE: file } };
+}
+
+// Makes one call of the module and promises what came of it, as { kind, value, reached }:
 //
 //   answered   value is the answer
 //   rejected   value is what the promise was rejected with
@@ -14,25 +48,41 @@ const path = require('node:path');
 //   late       no answer within the time
 //   died       value is the signal or exit status that ended the process
 //
+// `reached` says whether there was a log service; it is undefined where that cannot be known.
+//
 // The call is made in a child process: Node.js does not exit before a worker thread that waits for the log
 // service comes back, so that no time limit could be kept in this one.
 function call({ name, args, unsupported }, { seconds, verbose }) {
-  const env = { ...process.env };
-  if (verbose && !env.HILOG_LEVEL) {
-    env.HILOG_LEVEL = 'I';
-  }
+  const { wanted, env } = logSettings(verbose);
   return new Promise((resolve) => {
-    const child = fork(path.join(__dirname, 'caller.js'), [], { env });
+    const child = fork(path.join(__dirname, 'caller.js'), [], {
+      env: { ...process.env, ...env },
+      stdio: ['ignore', 'inherit', 'pipe', 'ipc'],
+    });
+    let outcome;
+    let reached = env.HILOG_FILE ? undefined : true;
+    readLines(child.stderr, (line) => {
+      if (NO_SERVICE_LINE.test(line)) {
+        reached = false;
+      }
+      const [, own] = LOG_LINE.exec(line) ?? [];
+      if (!own || LEVELS.indexOf(own) >= LEVELS.indexOf(wanted)) {
+        complain(line);
+      }
+    });
     child.send({ name, args, unsupported });
     const timer = setTimeout(() => {
-      resolve({ kind: 'late' });
+      outcome ??= { kind: 'late' };
       child.kill('SIGKILL');
     }, seconds * 1000);
-    child.once('message', resolve);
+    child.once('message', (message) => {
+      outcome = message;
+    });
     child.once('error', (error) => resolve({ kind: 'died', value: error.code }));
     child.once('close', (status, signal) => {
       clearTimeout(timer);
-      resolve(status === 0 ? { kind: 'silent' } : { kind: 'died', value: signal ?? status });
+      outcome ??= status === 0 ? { kind: 'silent' } : { kind: 'died', value: signal ?? status };
+      resolve({ ...outcome, reached });
     });
   });
 }

@@ -5,7 +5,7 @@
 //   key=true  key=false     a boolean
 //   key=42                  a number
 //   key=[1,2]               an array of booleans or numbers
-//   key="42"                a text: what stands between the quotes, as it stands
+//   key="42"                a text: what is between the quotes, as it is
 //   key:=JSON               any of these, written as JSON
 //   key=anything else       a text
 
@@ -23,8 +23,8 @@ function checkText(text, what) {
 
 function checkNumber(number, what) {
   if (!Number.isInteger(number) || number !== (number | 0)) {
-    throw new InputError(`${what}: ${number} is no whole number of 32 bits ` +
-      `(${what}="${number}" makes it a text)`);
+    throw new InputError(
+      `${what}: ${number} is not a whole number of 32 bits (${what}="${number}" makes it a text)`);
   }
   return number;
 }

@@ -3,10 +3,11 @@
 const { Command, InvalidArgumentError, Option } = require('commander');
 const answers = require('./answers.js');
 const { call } = require('./call.js');
+const { ENVIRONMENT, EXAMPLES, ITEMS, globalOptions } = require('./help.js');
 const { InputError, checkText, parseItem } = require('./items.js');
+const { EXIT_FAILED, complain, print, visible, watchOutput } = require('./output.js');
 const { version } = require('../package.json');
 
-const EXIT_FAILED = 1;
 const EXIT_USAGE = 2;
 const EXIT_NO_ANSWER = 124;
 
@@ -14,42 +15,29 @@ const EXIT_NO_ANSWER = 124;
 const DEFAULT_SECONDS = 30;
 const MOST_SECONDS = 86400;
 
-// The end of the text of `--help`.
-const HELP = `
-Items are typed as NAME key=value …
-  key=true             a boolean
-  key=42               a number
-  key=[1,2]            an array of numbers or booleans
-  key='"42"'           a text: what stands between the quotes
-  key:=JSON            any of these as JSON
-  key=anything else    a text
+// What became of the request where the module does not say it. `reached` is as in call.js.
+function causeOf(reached) {
+  switch (reached) {
+    case true:
+      return 'the log service reported an error';
+    case false:
+      return 'no log service was reached (ZELK_LOG_SERVICE)';
+    default:
+      return 'no log service was reached, or it reported an error (the lines in HILOG_FILE say which)';
+  }
+}
 
-Examples:
-  zelklog modem status
-  zelklog modem on --item modemLog path=/data/log level=3 --item ring size=64
-  zelklog modem config get modemLog ring --json
-  zelklog tcpdump config set capture snaplen=96
-  zelklog remote fetch '{"device":"watch"}' 20
-  ZELK_LOG_SERVICE=session zelklog --verbose tcpdump on
-
-Exit status:
-  0    the call was answered
-  1    the call failed, was refused, or could not be made
-  2    the command line was wrong
-  124  the call ended without an answer, or did not end in time`;
-
-function failureOf(name, { kind, value }, seconds) {
+function failureOf(name, { kind, value, reached }, seconds) {
   switch (kind) {
     case 'rejected':
-      return `${name} failed: the log service reported an error or was not reached; its answer was ` +
-        JSON.stringify(value);
+      return `${name} failed: ${causeOf(reached)}` +
+        (reached ? `; its answer was ${JSON.stringify(value)}` : '');
     case 'refused':
       return `${name} was refused: this process is not a system application (OHOS_FULL_TOKEN_ID)`;
     case 'threw':
       return `${name} threw an error: ${value}`;
     case 'silent':
-      return `${name} gave no answer: the log service reported an error, was not reached, ` +
-        'or had nothing to answer';
+      return `${name} gave no answer: ${causeOf(reached)}` + (reached ? ' or had nothing to answer' : '');
     case 'late':
       return `${name} gave no answer within ${seconds} s (--timeout)`;
     default:
@@ -62,8 +50,21 @@ function exitStatusOf(kind) {
 }
 
 function fail(message, exitStatus) {
-  console.error(`zelklog: ${message}`);
+  complain(`zelklog: ${message}`);
   process.exitCode = exitStatus;
+}
+
+const isEmbedded = () => ['', 'embedded'].includes(process.env.ZELK_LOG_SERVICE ?? '');
+
+function noteAbout({ name, unsupported, changes }) {
+  if (unsupported) {
+    return `${name} is marked as not supported at present; the log service answered`;
+  }
+  if (changes && isEmbedded()) {
+    return 'this was for the embedded log service, which ends with this command; ' +
+      'ZELK_LOG_SERVICE=session or system reaches one that stays';
+  }
+  return undefined;
 }
 
 // Makes the call and prints its answer with `show`.
@@ -71,7 +72,7 @@ async function answer(command, request, show) {
   const { json, timeout, verbose } = command.optsWithGlobals();
   const outcome = await call(request, { seconds: timeout, verbose });
   if (outcome.kind === 'unloadable') {
-    console.error(outcome.value);
+    complain(outcome.value);
     process.exitCode = EXIT_FAILED;
     return;
   }
@@ -79,11 +80,11 @@ async function answer(command, request, show) {
     fail(failureOf(request.name, outcome, timeout), exitStatusOf(outcome.kind));
     return;
   }
-  if (request.unsupported) {
-    console.error(`zelklog: note: ${request.name} is marked as not supported at present; ` +
-      'the log service answered');
+  const note = noteAbout(request);
+  if (note) {
+    complain(`zelklog: note: ${note}`);
   }
-  console.log(json ? JSON.stringify(outcome.value) : show(outcome.value, answers.painterFor(process.stdout)));
+  print(json ? answers.json(outcome.value) : show(outcome.value, answers.painterFor(process.stdout)));
 }
 
 function parseSeconds(text) {
@@ -124,9 +125,11 @@ function collectItems(word, items = []) {
   return items;
 }
 
-const itemOption = () =>
-  new Option('--item <NAME key=value...>', 'a configuration item; may be given more than once')
-    .argParser(collectItems);
+function addItemOption(command) {
+  const about = 'a configuration item; may be given more than once';
+  return command.addOption(new Option('--item <NAME key=value...>', about).argParser(collectItems))
+    .addHelpText('after', ITEMS);
+}
 
 function addStatus(group, about, name) {
   group.command('status').description(about)
@@ -135,11 +138,11 @@ function addStatus(group, about, name) {
 
 function addSwitch(group, what, name) {
   for (const word of ['on', 'off']) {
-    group.command(word).description(`switch ${what} ${word}`).addOption(itemOption())
+    addItemOption(group.command(word)).description(`switch ${what} ${word}`)
       .action((options, command) => {
         const items = (options.item ?? []).map(parseItem);
         const args = items.length > 0 ? [word === 'on', items] : [word === 'on'];
-        return answer(command, { name, args }, answers.verdict);
+        return answer(command, { name, args, changes: true }, answers.verdict);
       });
   }
 }
@@ -151,14 +154,15 @@ function addConfig(group, what, queryName, changeName) {
       keys.forEach((key) => checkText(key, 'a key'));
       return answer(command, { name: queryName, args: [keys] }, answers.configs);
     });
-  config.command('set').description('change items').argument('[NAME]').argument('[key=value...]')
-    .addOption(itemOption())
+  addItemOption(config.command('set')).description('change items')
+    .argument('[NAME]').argument('[key=value...]')
     .action((name, parameters, options, command) => {
       const items = (name === undefined ? [] : [[name, ...parameters]]).concat(options.item ?? []);
       if (items.length === 0) {
         command.error('error: give at least one item: NAME key=value …, or --item');
       }
-      return answer(command, { name: changeName, args: [items.map(parseItem)] }, answers.verdict);
+      const request = { name: changeName, args: [items.map(parseItem)], changes: true };
+      return answer(command, request, answers.verdict);
     });
 }
 
@@ -174,9 +178,10 @@ function addModem(program) {
     .action((options, command) =>
       answer(command, { name: 'getModemLogDirectPackConfig', args: [], unsupported: true }, answers.text));
   modem.command('command').description('send a command').argument('<NAME>').argument('[key=value...]')
+    .addHelpText('after', ITEMS)
     .action((name, parameters, options, command) => {
-      const item = parseItem([name, ...parameters]);
-      return answer(command, { name: 'sendModemLogCommand', args: [item] }, answers.verdict);
+      const args = [parseItem([name, ...parameters])];
+      return answer(command, { name: 'sendModemLogCommand', args, changes: true }, answers.verdict);
     });
 }
 
@@ -191,8 +196,10 @@ function addBluetooth(program) {
   const bluetooth = program.command('bluetooth-pcm').description('the audio log of Bluetooth calls');
   for (const word of ['on', 'off']) {
     bluetooth.command(word).description(`switch the log ${word}`)
-      .action((options, command) =>
-        answer(command, { name: 'handleBluetoothCallPcmLogSwitch', args: [word === 'on'] }, answers.done));
+      .action((options, command) => {
+        const request = { name: 'handleBluetoothCallPcmLogSwitch', args: [word === 'on'], changes: true };
+        return answer(command, request, answers.done);
+      });
   }
 }
 
@@ -217,13 +224,20 @@ function addRemote(program) {
 
 function build() {
   const program = new Command('zelklog')
-    .description('Controls diagnostic logging: ' +
-      'modem log, network capture, Bluetooth call audio, remote devices.')
+    .description('Controls diagnostic logging: modem log, network capture, Bluetooth call audio, remote ' +
+      'devices.')
     .version(version)
     .option('--json', 'print the answer as one line of JSON')
     .option('--timeout <SECONDS>', 'wait no longer than this for the answer', parseSeconds, DEFAULT_SECONDS)
-    .option('--verbose', 'show the log lines of the call on standard error (as HILOG_LEVEL says)')
-    .addHelpText('after', HELP)
+    .option('--verbose', 'show the log lines of the call on standard error')
+    .addHelpText('after', `${ITEMS}\n${EXAMPLES}`)
+    .addHelpText('afterAll', ({ command }) =>
+      (command === program ? '' : globalOptions(program)) + ENVIRONMENT)
+    .configureOutput({
+      writeOut: (text) => process.stdout.write(visible(text)),
+      writeErr: (text) => process.stderr.write(visible(text)),
+    })
+    .allowExcessArguments(false) // Older versions of commander allow them.
     .exitOverride();
   addModem(program);
   addTcpdump(program);
@@ -234,13 +248,14 @@ function build() {
 }
 
 async function run() {
+  watchOutput();
   try {
     await build().parseAsync(markItems(process.argv.slice(2)), { from: 'user' });
   } catch (error) {
     if (error instanceof InputError) {
       fail(error.message, EXIT_USAGE);
     } else if (error.code?.startsWith('commander.')) {
-      process.exitCode = error.exitCode === 0 ? 0 : EXIT_USAGE;
+      process.exitCode ??= error.exitCode === 0 ? 0 : EXIT_USAGE;
     } else {
       throw error;
     }
