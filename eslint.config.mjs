@@ -12,6 +12,8 @@ export default [
     rules: {
       '@stylistic/max-len': ['error', { code: 110, ignoreUrls: true }],
       '@stylistic/max-statements-per-line': ['error', { max: 1 }],
+      '@stylistic/quotes': ['error', 'single', { avoidEscape: true, allowTemplateLiterals: 'always' }],
+      'no-unused-vars': ['error', { ignoreRestSiblings: true }],
       'no-sequences': 'error',
       'no-unused-expressions': 'error',
       '@stylistic/operator-linebreak': ['error', 'after', { overrides: { '?': 'before', ':': 'before' } }],

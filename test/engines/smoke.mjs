@@ -1,5 +1,5 @@
-// All sixteen functions once, on any engine that can load the module; no test runner of its own. Ends with a line
-// 'N passed, N failed' and, when something differs, with exit status 1.
+// All sixteen functions once, on any engine that can load the module; no test runner of its own. Ends with a
+// line 'N passed, N failed' and, when something differs, with exit status 1.
 import assert from 'node:assert/strict';
 import process from 'node:process';
 import * as named from '../../index.mjs';

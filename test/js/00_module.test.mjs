@@ -5,9 +5,9 @@ import { buildFolder, names, zelk } from '../support/zelk.mjs';
 
 const TABLE = [
   'getModemLogConfig', 'getModemLogDirectPackConfig', 'getModemLogLogMasks', 'getModemLogStatus',
-  'handleModemLogSwitch', 'changeModemLogConfig', 'sendModemLogCommand', 'getTcpdumpStatus', 'getTcpdumpConfig',
-  'changeTcpdumpConfig', 'handleTcpdumpSwitch', 'handleBluetoothCallPcmLogSwitch', 'fetchRemoteDevicesLogs',
-  'queryRemoteDevicesLogs', 'getRemoteDevicesList', 'queryProtocolData',
+  'handleModemLogSwitch', 'changeModemLogConfig', 'sendModemLogCommand', 'getTcpdumpStatus',
+  'getTcpdumpConfig', 'changeTcpdumpConfig', 'handleTcpdumpSwitch', 'handleBluetoothCallPcmLogSwitch',
+  'fetchRemoteDevicesLogs', 'queryRemoteDevicesLogs', 'getRemoteDevicesList', 'queryProtocolData',
 ];
 
 test('exports sixteen functions in order, fixed and hidden from enumeration', () => {

@@ -1,60 +1,62 @@
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
-import { ANSWERS, calls, E, FORGOTTEN, I, NO_FUNCTIONS, NO_PROXY, PENDING, sees } from '../support/cases.mjs';
+import {
+  AWAY, calls, E, expectCall, FAILS, FAILS_NO, FORGOTTEN, I, NO, NO_FUNCTIONS, PENDING, REFUSED, W, YES,
+} from '../support/cases.mjs';
 import { fail, keeps, probes } from '../support/zelk.mjs';
 
 const name = 'getModemLogStatus';
-const requests = [['GetModemLogStatus']];
+const op = 'GetModemLogStatus';
 const ENTER = E('GetModemLogStatus: enter PARAMETER_COUNT_ONE');
 const CALLED = I('[ZelkLogServiceClient] GetModemLogStatus, callbackStatus=0');
-const client = (code) => [CALLED, I(`[ZelkLogServiceClient] GetModemLogStatus, result=${code}`)];
-const UNRESOLVED = E("GetModemLogStatusCallback: asyncContext's resolved is false");
-const D = (text) => `D ZELK_SERVICE: Handle2ValueCallback ${text}`;
+const DONE = [CALLED, I('[ZelkLogServiceClient] GetModemLogStatus, result=0')];
+const FAILED = [
+  CALLED, I('[ZelkLogServiceClient] GetModemLogStatus, result=9'),
+  E("GetModemLogStatusCallback: asyncContext's resolved is false"),
+];
+const UNMADE = E('GetModemLogStatusCallback: fill bool failed');
 
 calls('answers, takes one callback and ignores what is none', name, [
-  ...ANSWERS.flatMap((answer) => [
-    [{ answer }, () => [], { resolved: answer, requests, lines: client(0) }],
-    [{ answer }, (callback) => [callback], { callback: [[answer]], requests, lines: [ENTER, ...client(0)] }],
-    ...[...NO_FUNCTIONS, Symbol('s')].map((value) =>
-      [{ answer }, () => [value], { resolved: answer, requests, lines: [ENTER, ...client(0)] }]),
-  ]),
-  [{}, (callback) => [callback, 1], { lines: [E('GetModemLogStatus: Illegal params number')] }],
+  [YES, () => [], { resolved: true }, [[op]], DONE],
+  [NO, () => [], { resolved: false }, [[op]], DONE],
+  [YES, (cb) => [cb], { callback: [[true]] }, [[op]], [ENTER, ...DONE]],
+  [NO, (cb) => [cb], { callback: [[false]] }, [[op]], [ENTER, ...DONE]],
+  ...[...NO_FUNCTIONS, Symbol('s')].map((value) =>
+    [YES, () => [value], { resolved: true }, [[op]], [ENTER, ...DONE]]),
+  [YES, (cb) => [cb, 1], REFUSED, [], [E('GetModemLogStatus: Illegal params number')]],
 ]);
 
-calls('delivers the boolean of a failed query as a rejection or to the callback', name, [
-  ...ANSWERS.flatMap((answer) => [
-    [{ code: 9, answer }, () => [], { rejected: answer, requests, lines: [...client(9), UNRESOLVED] }],
-    [{ code: 9, answer }, (callback) => [callback],
-      { callback: [[answer]], requests, lines: [ENTER, ...client(9), UNRESOLVED] }],
-  ]),
-  [null, () => [], { rejected: false, lines: [CALLED, NO_PROXY('GetModemLogStatus'), UNRESOLVED] }],
+calls('delivers the boolean of a failed query, and nothing that cannot be made', name, [
+  [FAILS, () => [], { rejected: true }, [[op]], FAILED],
+  [FAILS_NO, () => [], { rejected: false }, [[op]], FAILED],
+  [FAILS, (cb) => [cb], { callback: [[true]] }, [[op]], [ENTER, ...FAILED]],
+  [AWAY, () => [], { rejected: false }, [], [CALLED, W(`[${op}]"get proxy fail."`), FAILED[2]]],
+  [YES, () => [], PENDING, [[op]], [...DONE, UNMADE], 'napi_get_boolean'],
 ]);
 
-// The fault sweep tells what such calls leave behind; these are their lines.
-calls('keeps the record when the answer cannot be made', name, [
-  [{}, () => [], { ...PENDING, requests, lines: [...client(0), E('GetModemLogStatusCallback: fill bool failed')] },
-    'napi_get_boolean'],
-]);
-
-test('the frame tells each of its steps, up to the one that fails', async () => {
+test('the frame logs each of its steps, up to the one that fails', async () => {
   const own = new Error("the caller's own");
-  const throwOwn = () => { throw own; };
-  const queued = [I('HandleAsyncWork: workName = [GetModemLogStatus]'), I('HandleAsyncWork: end')];
-  for (const [call, expected, lines] of [
-    [() => [], { resolved: false, requests },
-      [...queued, ...client(0), D('start promise callback'), D('promise callback end'), D('end')]],
-    [(callback) => [callback], { callback: [[false]], requests },
-      [ENTER, ...queued, ...client(0), D('normal callback end'), D('end')]],
-    [() => [throwOwn], { uncaught: [own.message], requests, ...FORGOTTEN }, [ENTER, ...queued, ...client(0)]],
+  const throwOwn = () => {
+    throw own;
+  };
+  const D = (text) => `D ZELK_SERVICE: Handle2ValueCallback ${text}`;
+  const QUEUED = [I(`HandleAsyncWork: workName = [${op}]`), I('HandleAsyncWork: end')];
+  for (const [makeArguments, sees, lines] of [
+    [() => [], { resolved: false },
+      [...QUEUED, ...DONE, D('start promise callback'), D('promise callback end'), D('end')]],
+    [(cb) => [cb], { callback: [[false]] }, [ENTER, ...QUEUED, ...DONE, D('normal callback end'), D('end')]],
+    [() => [throwOwn], { uncaught: [own.message], ...FORGOTTEN }, [ENTER, ...QUEUED, ...DONE]],
   ]) { // The worker's lines may come before the caller's last one.
-    assert.deepEqual((await sees(name, call, expected)).lines.sort(), lines.sort());
+    const seen = await expectCall(name, makeArguments, sees, [[op]]);
+    assert.deepEqual(seen.lines.sort(), lines.sort());
   }
   for (const [thrown, lines, kept, ...faults] of [ // The error keeps JavaScript from seeing the promise.
-    ['9: error at napi_queue_async_work', queued, PENDING.kept, 'napi_queue_async_work'],
-    ['injected failure', [queued[0]], { works: 1, deferreds: 1 }, 'napi_queue_async_work', 'napi_throw_error'],
+    ['9: error at napi_queue_async_work', QUEUED, PENDING.kept, 'napi_queue_async_work'],
+    ['injected failure', [QUEUED[0]], { works: 1, deferreds: 1 }, 'napi_queue_async_work',
+      'napi_throw_error'],
   ]) {
     fail(...faults.map((fault) => ({ name: fault, nth: 1 })));
-    assert.deepEqual((await sees(name, () => [], { thrown, kept })).lines, lines);
+    assert.deepEqual((await expectCall(name, () => [], { thrown, kept }, [])).lines, lines);
   }
 });
 
@@ -64,7 +66,8 @@ test('the frame takes bare records and no records', async () => {
     ['handleBare', undefined, 'injected failure', { name: 'napi_create_promise', nth: 1 }],
     ['handleNothing', [I('HandleAsyncWork: workName = [Nothing]'), E('HandleAsyncWork: error baseContext')]],
     ['answerNothing', [I('Handle2ValueCallback serious error baseContext nullptr')]],
-    ['answerNobody', [D('end')]], // Neither callback nor promise: freed without an answer.
+    // Neither callback nor promise: freed without an answer.
+    ['answerNobody', ['D ZELK_SERVICE: Handle2ValueCallback end']],
   ]) {
     fail(...faults);
     const seen = await keeps({}, () => probes[probe]());

@@ -1,9 +1,27 @@
-import { E, I, switchTests } from '../support/cases.mjs';
+import {
+  AWAY, calls, E, FAILS, FAILS_NO, I, ITEMS, READ, switchTests, TEXT, W, WRITTEN,
+} from '../support/cases.mjs';
 
-switchTests('handleModemLogSwitch', {
-  configUndefined: 'HandleModemLogSwitch: config is undefined',
-  state: 'HandleModemLogSwitch: switchStatus',
-  empty: [I('NativeHandleModemLogSwitch asyncContext configs is empty')],
-  failed: () => [E('[HandleModemLogSwitchCallback] !asyncContext->resolved')],
-  delivers: true,
+const name = 'handleModemLogSwitch';
+const op = 'HandleModemLogSwitch';
+const ON = E('HandleModemLogSwitch: switchStatus, 1');
+const NO_ITEMS = I('NativeHandleModemLogSwitch asyncContext configs is empty');
+const FAILED = E('[HandleModemLogSwitchCallback] !asyncContext->resolved');
+
+switchTests(name, {
+  yes: true,
+  sent: { items: [[TEXT]], lines: [WRITTEN] },
+  on: [ON],
+  off: [E('HandleModemLogSwitch: switchStatus, 0')],
+  undefinedItems: I('HandleModemLogSwitch: config is undefined'),
+  noItems: [NO_ITEMS],
 });
+
+calls('delivers the boolean of a failure', name, [
+  [FAILS, () => [true], { rejected: true }, [[op, true]], [ON, NO_ITEMS, FAILED]],
+  [FAILS_NO, () => [true], { rejected: false }, [[op, true]], [ON, NO_ITEMS, FAILED]],
+  [FAILS, () => [0, ITEMS], { rejected: true }, [[op, false, [TEXT]]], [...READ, WRITTEN, FAILED]],
+  [FAILS, (cb) => [true, cb], { callback: [[true]] }, [[op, true]], [ON, NO_ITEMS, FAILED]],
+  [AWAY, () => [0], { rejected: false }, [], [NO_ITEMS, W(`[${op}]"get proxy fail."`), FAILED]],
+  [AWAY, () => [0, ITEMS], { rejected: false }, [], [...READ, W(`[${op}]"get proxy fail."`), FAILED]],
+]);

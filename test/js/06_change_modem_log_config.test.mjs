@@ -1,21 +1,31 @@
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
-import { changeTests, E, EMPTY, sees } from '../support/cases.mjs';
+import {
+  AWAY, calls, changeTests, E, expectCall, FAILS, FAILS_NO, ITEMS, READ, TEXT, W, WRITTEN,
+} from '../support/cases.mjs';
 
 const name = 'changeModemLogConfig';
+const op = 'ChangeModemLogConfig';
+const FAILED = E("ChangeModemLogConfigCallback: asyncContext's resolved is false");
+const EMPTY = W('[ChangeModemLogConfig]"configs is empty."');
 
-changeTests(name, {
-  prefix: 'ChangeModemLogConfig',
-  failed: [E("ChangeModemLogConfigCallback: asyncContext's resolved is false")],
-  empty: [EMPTY('ChangeModemLogConfig')],
-  delivers: true,
-});
+changeTests(name, { refused: op });
+
+calls('delivers the boolean of a failure or an empty list', name, [
+  [FAILS, () => [ITEMS], { rejected: true }, [[op, [TEXT]]], [...READ, WRITTEN, FAILED]],
+  [FAILS_NO, () => [ITEMS], { rejected: false }, [[op, [TEXT]]], [...READ, WRITTEN, FAILED]],
+  [FAILS, (cb) => [ITEMS, cb], { callback: [[true]] }, [[op, [TEXT]]], [...READ, WRITTEN, FAILED]],
+  [AWAY, () => [ITEMS], { rejected: false }, [], [...READ, W(`[${op}]"get proxy fail."`), FAILED]],
+  [FAILS, () => [[]], { rejected: false }, [], [EMPTY, FAILED]],
+  [FAILS, (cb) => [[], cb], { callback: [[false]] }, [], [EMPTY, FAILED]],
+]);
 
 test(`${name} sends one text per item, in order, whatever is wrong with it`, async () => {
-  const empty = (key) => `{"configKey":"${key}","value":}}`;
-  const texts = ['{"configKey":"b","value":{"l":[1,"2"]}}', empty(''), empty('a')];
+  const texts = [
+    '{"configKey":"b","value":{"l":[1,"2"]}}', '{"configKey":"","value":}}', '{"configKey":"a","value":}}',
+  ];
   const list = [{ configKey: 'b', value: { l: [1, 2], o: {} } }, 5, { configKey: 'a', value: { no: null } }];
-  const { lines } = await sees(name, () => [list], { resolved: false, requests: [['ChangeModemLogConfig', texts]] });
+  const { lines } = await expectCall(name, () => [list], { resolved: false }, [[op, texts]]);
   assert.deepEqual(lines.filter((line) => line.includes('GetJsonParams')),
     texts.map((text) => E(`GetJsonParams ostringstream ${text}`)));
 });

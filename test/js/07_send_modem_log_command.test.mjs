@@ -1,31 +1,30 @@
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
 import {
-  ANSWERS, calls, E, FORGOTTEN, itemLines, items, itemText, MISMATCH, NO_FUNCTIONS, NO_OBJECTS, NO_PROXY, PENDING,
-  RUNTIME, textLine, UNCALLABLE,
+  AWAY, calls, E, FAILS, FORGOTTEN, ITEMS, MISMATCH, NO, NO_FUNCTIONS, NO_OBJECTS, PENDING, READ, REFUSED,
+  TEXT, THROWS, UNCALLABLE, W, WRITTEN, YES,
 } from '../support/cases.mjs';
 import { run, zelk } from '../support/zelk.mjs';
 
-const [name, operation] = ['sendModemLogCommand', 'SendModemLogCommand'];
-const [command] = items;
-const sent = { requests: [[operation, itemText]], lines: [...itemLines, textLine] };
-const failed = { code: 9, answer: true };
+const name = 'sendModemLogCommand';
+const op = 'SendModemLogCommand';
+const [command] = ITEMS;
+const SENT = [...READ, WRITTEN];
 const mismatch = [MISMATCH, MISMATCH, E('SendModemLogCommand: Illegal params')];
 const NO_KEY = E('GetString: get len error');
 const NO_VALUE = E('failed to get property names.');
 
 calls('takes a command and, of two arguments, any callback; a failure is neither answered nor logged', name, [
-  ...ANSWERS.flatMap((answer) => [
-    [{ answer }, () => [command], { resolved: answer, ...sent }],
-    [{ answer }, (callback) => [command, callback], { callback: [[answer]], ...sent }],
-    [{ answer }, (callback) => [command, callback, 1], { resolved: answer, ...sent }],
-  ]),
-  ...NO_FUNCTIONS.map((second) => [{}, () => [command, second], { ...UNCALLABLE, ...sent }]),
-  [{}, () => [], { thrown: RUNTIME, lines: mismatch }],
-  ...NO_OBJECTS.map((value) => [{}, (callback) => [value, callback], { lines: mismatch }]),
-  [failed, () => [command], { ...PENDING, ...sent }],
-  [failed, (callback) => [command, callback], { ...FORGOTTEN, ...sent }],
-  [null, () => [command], { ...PENDING, lines: [...itemLines, NO_PROXY(operation)] }],
+  [YES, () => [command], { resolved: true }, [[op, TEXT]], SENT],
+  [NO, () => [command], { resolved: false }, [[op, TEXT]], SENT],
+  [YES, (cb) => [command, cb], { callback: [[true]] }, [[op, TEXT]], SENT],
+  [YES, (cb) => [command, cb, 1], { resolved: true }, [[op, TEXT]], SENT],
+  ...NO_FUNCTIONS.map((second) => [YES, () => [command, second], UNCALLABLE, [[op, TEXT]], SENT]),
+  [YES, () => [], THROWS, [], mismatch],
+  ...NO_OBJECTS.map((value) => [YES, (cb) => [value, cb], REFUSED, [], mismatch]),
+  [FAILS, () => [command], PENDING, [[op, TEXT]], SENT],
+  [FAILS, (cb) => [command, cb], FORGOTTEN, [[op, TEXT]], SENT],
+  [AWAY, () => [command], PENDING, [], [...READ, W(`[${op}]"get proxy fail."`)]],
 ]);
 
 calls('sends the command with what it can read of it', name, [
@@ -34,13 +33,18 @@ calls('sends the command with what it can read of it', name, [
   [{ configKey: 'k' }, '{"configKey":"k","value":}}', NO_VALUE],
   [{ configKey: '', value: {} }, '{"configKey":"","value":}}', E('GetString: len error')],
   [{ configKey: 5, value: 'x' }, '{"configKey":"","value":}}', NO_KEY, NO_VALUE],
-  [Object.assign([], command), itemText, ...itemLines],
-].map(([value, text, ...lines]) => [{}, () => [value], {
-  resolved: false, requests: [[operation, text]], lines: [...lines, E(`GetJsonParams ostringstream ${text}`)],
-}]));
+  [Object.assign([], command), TEXT, ...READ],
+].map(([value, text, ...lines]) => [
+  YES, () => [value], { resolved: true }, [[op, text]], [...lines, E(`GetJsonParams ostringstream ${text}`)],
+]));
 
 test(`${name} keeps any callback while an exception of the caller's own getter is pending`, async () => {
   const own = new Error("the caller's own");
-  const { thrown, requests } = await run(() => zelk[name]({ get configKey() { throw own; } }, 5));
-  assert.deepEqual([thrown, requests], [own, [[operation, '{"configKey":"","value":}}']]]);
+  const hostile = {
+    get configKey() {
+      throw own;
+    },
+  };
+  const { thrown, requests } = await run(() => zelk[name](hostile, 5));
+  assert.deepEqual([thrown, requests], [own, [[op, '{"configKey":"","value":}}']]]);
 });

@@ -1,7 +1,25 @@
-import { I, switchTests } from '../support/cases.mjs';
+import {
+  AWAY, calls, FAILS, FORGOTTEN, I, ITEMS, PENDING, READ, switchTests, TEXT, W, WRITTEN,
+} from '../support/cases.mjs';
 
-switchTests('handleTcpdumpSwitch', {
-  configUndefined: 'HandleModemLogSwitch: config is undefined', // The modem log switch's.
-  empty: [I('[TCP dump] NativeHandleTcpdumpSwitch asyncContext configs is empty')],
-  failed: (code) => [I(`HandleTcpdumpSwitchCallback: errorcode ${code}`)],
+const name = 'handleTcpdumpSwitch';
+const op = 'HandleTcpdumpSwitch';
+const NO_ITEMS = I('[TCP dump] NativeHandleTcpdumpSwitch asyncContext configs is empty');
+const failed = (code) => I(`HandleTcpdumpSwitchCallback: errorcode ${code}`);
+
+switchTests(name, {
+  yes: true,
+  sent: { items: [[TEXT]], lines: [WRITTEN] },
+  on: [],
+  off: [],
+  undefinedItems: I('HandleModemLogSwitch: config is undefined'), // The modem log switch's.
+  noItems: [NO_ITEMS],
 });
+
+calls('never answers a failure', name, [
+  [FAILS, () => [true], PENDING, [[op, true]], [NO_ITEMS, failed(9)]],
+  [FAILS, () => [0, ITEMS], PENDING, [[op, false, [TEXT]]], [...READ, WRITTEN, failed(9)]],
+  [FAILS, (cb) => [true, cb], FORGOTTEN, [[op, true]], [NO_ITEMS, failed(9)]],
+  [AWAY, () => [0], PENDING, [], [NO_ITEMS, W(`[${op}]"get proxy fail."`), failed(3)]],
+  [AWAY, () => [0, ITEMS], PENDING, [], [...READ, W(`[${op}]"get proxy fail."`), failed(3)]],
+]);

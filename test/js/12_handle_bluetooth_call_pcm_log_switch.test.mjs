@@ -1,10 +1,22 @@
-import { I, switchTests } from '../support/cases.mjs';
+import { AWAY, calls, FAILS, FORGOTTEN, I, ITEMS, PENDING, READ, switchTests, W } from '../support/cases.mjs';
+
+const name = 'handleBluetoothCallPcmLogSwitch';
+const op = 'HandleBluetoothCallPcmLogSwitch';
+const failed = (code) => I(`HandleBluetoothCallPcmLogSwitchCallback: errorcode ${code}`);
 
 // The items are made and not sent, and success answers false.
-switchTests('handleBluetoothCallPcmLogSwitch', {
-  configUndefined: 'HandleBluetoothCallPcmLogSwitch: config is undefined',
-  empty: [],
-  failed: (code) => [I(`HandleBluetoothCallPcmLogSwitchCallback: errorcode ${code}`)],
-  sendsItems: false,
-  answer: false,
+switchTests(name, {
+  yes: false,
+  sent: { items: [], lines: [] },
+  on: [],
+  off: [],
+  undefinedItems: I('HandleBluetoothCallPcmLogSwitch: config is undefined'),
+  noItems: [],
 });
+
+calls('never answers a failure', name, [
+  [FAILS, () => [true], PENDING, [[op, true]], [failed(9)]],
+  [FAILS, () => [0, ITEMS], PENDING, [[op, false]], [...READ, failed(9)]],
+  [FAILS, (cb) => [true, cb], FORGOTTEN, [[op, true]], [failed(9)]],
+  [AWAY, () => [0, ITEMS], PENDING, [], [...READ, W(`[${op}]"get proxy fail."`), failed(3)]],
+]);

@@ -1,6 +1,6 @@
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
-import { E, NO_PROXY, sees } from '../support/cases.mjs';
+import { E, expectCall, W } from '../support/cases.mjs';
 import { operation } from '../support/forms.mjs';
 import { fail, identity, keeps, probes, run, service, zelk } from '../support/zelk.mjs';
 
@@ -17,11 +17,13 @@ const destroyed = (name) => `I FRAMEWORK: [~NapiContext]"[${name}]"`;
 const executorLines = (name, code) => [
   `I FRAMEWORK: [NapiContext]"[${name}]"`,
   'I FRAMEWORK: [OnGlobalExecuteCallback]"enter"',
-  ...(code === 1 ? [NO_PROXY(name)] : []),
-  ...(name !== 'QueryProtocolData' ? [] : [
-    ...(code === 1 ? [] : ['E FRAMEWORK: [QueryProtocolData]"get proxy success. request:req"']),
-    `I PROTOCOL: [operator()]"napi callback into response : ${code === 1 ? '' : 'reply'}"`,
-  ]),
+  ...(code === 1 ? [W(`[${name}]"get proxy fail."`)] : []),
+  ...(name !== 'QueryProtocolData'
+    ? []
+    : [
+        ...(code === 1 ? [] : ['E FRAMEWORK: [QueryProtocolData]"get proxy success. request:req"']),
+        `I PROTOCOL: [operator()]"napi callback into response : ${code === 1 ? '' : 'reply'}"`,
+      ]),
   `I FRAMEWORK: [OnExecuteCallback]"[${name}]errorcode=${code}"`,
   'I FRAMEWORK: [OnGlobalExecuteCallback]"leave"',
   'I FRAMEWORK: [OnGlobalCompleteCallback]"enter"',
@@ -31,15 +33,17 @@ const executorLines = (name, code) => [
   LEAVE, destroyed(name),
 ];
 
-test('serve every caller and answer with the reply text, a failure with whatever reply there is', async () => {
+test('serve every caller, and answer with the reply text, a failure too', async () => {
   identity('0');
   for (const [name, args, request] of CALLS) {
-    const [answer, requests] = ['reply\0é', [request]];
-    for (const [code, expected] of [
-      [0, { resolved: answer, requests }], [5, { rejected: answer, requests }], [1, { rejected: '' }],
+    const answer = 'reply\0é';
+    for (const [code, sees, requests] of [
+      [0, { resolved: answer }, [request]],
+      [5, { rejected: answer }, [request]],
+      [1, { rejected: '' }, []],
     ]) {
       service(code === 1 ? null : { [request[0]]: { code, answer } });
-      await sees(name, () => args, { ...expected, lines: executorLines(request[0], code) });
+      await expectCall(name, () => args, sees, requests, executorLines(request[0], code));
     }
   }
 });
@@ -50,9 +54,9 @@ test('want their exact number of arguments, and say 1 whatever it is', async () 
     ['queryProtocolData', [], ['a', 'b', 'c']],
   ]) {
     for (const args of wrong) {
-      await sees(name, () => args, {
-        lines: [`W FRAMEWORK: [${operation(name)}]"param count is incorrect. expected=1z actual=${args.length}"`],
-      });
+      const counts = `expected=1z actual=${args.length}`;
+      await expectCall(name, () => args, {}, [],
+        [W(`[${operation(name)}]"param count is incorrect. ${counts}"`)]);
     }
   }
 });

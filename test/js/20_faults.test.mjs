@@ -1,12 +1,13 @@
-// Every Node-API call of every function is made to fail once, then in pairs, and what follows is judged from the trace
-// of the calls alone: what JavaScript and the service see, and what stays allocated.
+// Every Node-API call of every function is made to fail once, then in pairs, and what follows is judged from
+// the trace of the calls alone: what JavaScript and the service see, and what stays allocated.
 import assert from 'node:assert/strict';
 import { after, before, test } from 'node:test';
 import '../support/cases.mjs';
 import { answering, forms } from '../support/forms.mjs';
 import { counts, fail, gatedNames, leaves, names, run, service, trace, zelk } from '../support/zelk.mjs';
 
-// How far behind a first fault the second of a pair may lie. A long run takes them all, a build with sanitizers is slow.
+// How far behind a first fault the second of a pair may lie. A long run takes them all, a build with
+// sanitizers is slow.
 const PAIR_REACH = Number(process.env.ZELK_FAULT_PAIR_REACH || (process.env.ZELKLOGSERVICE_BUILD ? 1 : 4));
 const INJECTED = 9; // The status of a planned fault; the runtime's own refusals have others.
 const MESSAGES = { 1: 'Invalid argument', 10: 'An exception is pending', [INJECTED]: 'injected failure' };
@@ -21,7 +22,8 @@ const CHECKED = new RegExp('^napi_(get_cb_info|create_(reference|promise|async_w
 const isRemote = (name) => !gatedNames.includes(name);
 const namesOf = (calls) => calls.map(([call]) => call);
 
-// Whether a failure of calls[k] is to be thrown; every other one is logged at most. `isAnswer`: in the complete step.
+// Whether a failure of calls[k] is to be thrown; every other one is logged at most. `isAnswer`: in the
+// complete step.
 function isChecked(name, calls, k, isAnswer) {
   const [call] = calls[k];
   const [before, beforeStatus] = calls[k - 1] ?? [];
@@ -51,7 +53,8 @@ function goesOn(name, calls, k) {
   return MATCHED.test(name) && calls[k][0] === 'napi_typeof' && !earlier.includes('napi_typeof');
 }
 
-// Goes through the calls of one step, asserting that failures are thrown as they should be. Gives the errors thrown.
+// Goes through the calls of one step, asserting that failures are thrown as they should be. Gives the errors
+// thrown.
 function walk(name, calls, isAnswer) {
   const thrown = [];
   let isPending = false;
@@ -129,7 +132,8 @@ function judge(name, args, calls, seen, left, own) {
   });
 }
 
-const describe = (error) => (/^\d+ .* not support /.test(`${error.code} ${error.message}`) ? '6'
+const describe = (error) => (/^\d+ .* not support /.test(`${error.code} ${error.message}`)
+  ? '6'
   : [error.code, error.message].filter(Boolean).join(' '));
 const outcome = ({ thrown, uncaught, lines, returned, ...rest }) =>
   ({ thrown: thrown && describe(thrown), uncaught: uncaught.map(describe), ...rest });

@@ -1,5 +1,5 @@
-// Arbitrary values as arguments and arbitrary texts as replies: whatever comes, the process lives, nothing hangs, only
-// expected errors are seen, and what is not answered is accounted for.
+// Arbitrary values as arguments and arbitrary texts as replies: whatever comes, the process lives, nothing
+// hangs, only expected errors are seen, and what is not answered is accounted for.
 import assert from 'node:assert/strict';
 import { after, before, test } from 'node:test';
 import fc from 'fast-check';
@@ -35,6 +35,7 @@ class Trap {
     () => '\u{1F600}'.repeat(2049), () => '\ud800', () => Object.create(null), () => new String('x'), () => -0,
     () => new Uint8Array(3), () => globalThis, () => 2n ** 64n, () => 1e300,
   ];
+
   constructor(index) { this.index = index; }
 }
 function withTraps(value) {
@@ -45,7 +46,8 @@ function withTraps(value) {
     return value.map(withTraps); // Holes stay.
   }
   return value && Object.getPrototypeOf(value) === Object.prototype
-    ? Object.fromEntries(Object.entries(value).map(([key, each]) => [key, withTraps(each)])) : value;
+    ? Object.fromEntries(Object.entries(value).map(([key, each]) => [key, withTraps(each)]))
+    : value;
 }
 const trap = fc.nat({ max: Trap.MAKERS.length - 1 }).map((index) => new Trap(index));
 const anything = fc.anything({ withBigInt: true, withDate: true, withMap: true, withSet: true, withNullPrototype: true,

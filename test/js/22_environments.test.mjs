@@ -1,5 +1,5 @@
-// The module as built for users, in worker threads that come and go and in processes that end, with calls in flight.
-// Each case is a process of its own; its log service takes its time.
+// The module as built for users, in worker threads that come and go and in processes that end, with calls in
+// flight. Each case is a process of its own; its log service takes its time.
 import assert from 'node:assert/strict';
 import { spawn } from 'node:child_process';
 import { once } from 'node:events';

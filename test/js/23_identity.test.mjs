@@ -1,4 +1,5 @@
-// Who may call what. The caller's identity is asked for on every call and decides before anything else is looked at.
+// Who may call what. The caller's identity is asked for on every call and decides before anything else is
+// looked at.
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
 import { E } from '../support/cases.mjs';
@@ -7,10 +8,13 @@ import { gatedNames, identity, keeps, names, run, service, SYSTEM_APP, zelk } fr
 
 const RIGHTS = [SYSTEM_APP, '4294967296', '0x100000000', '18446744073709551615', '0xFFFFFFFFFFFFFFFF', ''];
 const NO_RIGHTS = ['0', '1', '0x1', '4294967295', '0xffffffff', '8589934592', '0xfffffffeffffffff'];
-const MALFORMED = ['x', '0x', ' 0x100000001', '0x100000001 ', '+4294967297', '-1', '4294967297.0', '4294967297e0',
-  '0x10000000g', '18446744073709551616', '0x1ffffffffffffffff', '0x-100000001', '4294967297\n', '１'];
+const MALFORMED = [
+  'x', '0x', ' 0x100000001', '0x100000001 ', '+4294967297', '-1', '4294967297.0', '4294967297e0',
+  '0x10000000g', '18446744073709551616', '0x1ffffffffffffffff', '0x-100000001', '4294967297\n', '１',
+];
 // Alternately, because rights once had must not last.
-const TOKENS = [...NO_RIGHTS, ...MALFORMED].flatMap((token, i) => [[token, false], [RIGHTS[i % RIGHTS.length], true]]);
+const TOKENS = [...NO_RIGHTS, ...MALFORMED].flatMap((token, i) =>
+  [[token, false], [RIGHTS[i % RIGHTS.length], true]]);
 
 for (const name of names) {
   test(`${name} serves ${gatedNames.includes(name) ? 'system applications only' : 'everybody'}`, async () => {

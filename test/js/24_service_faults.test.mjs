@@ -1,6 +1,6 @@
-// The log service as a process on a bus: what it carries, and how it is killed, stopped and replaced while calls are in
-// flight, and the bus with it. Every call that answers failures must be settled, and the next one must find whatever is
-// there then.
+// The log service as a process on a bus: what it carries, and how it is killed, stopped and replaced while
+// calls are in flight, and the bus with it. Every call that answers failures must be settled, and the next
+// one must find whatever is there then.
 import assert from 'node:assert/strict';
 import { spawn } from 'node:child_process';
 import { once } from 'node:events';
@@ -89,8 +89,8 @@ test('several processes have one service', async () => {
   assert.deepEqual(await Promise.all(clients), Array(4).fill([[0, null], 'true {"request":"é\\"","data":""}\n']));
 });
 
-// Makes so many calls and does `harm` meanwhile. All are settled and leave nothing. Gives how many came to which code,
-// 0 for an answer.
+// Makes so many calls and does `harm` meanwhile. All are settled and leave nothing. Gives how many came to
+// which code, 0 for an answer.
 async function during(what, harm, count = CALLS) {
   const codes = {};
   let settled = 0;
@@ -116,7 +116,8 @@ for (const [what, victim, recover] of [
   }],
 ]) {
   test(`${what} killed in flight`, async () => {
-    // Frozen, it answers nobody. Until calls were on their way when it was killed, which a busy machine may delay.
+    // Frozen, it answers nobody. Until calls were on their way when it was killed, which a busy machine may
+    // delay.
     for (let round = 0, gone = 0; round < ROUNDS || (!gone && round < MOST_ROUNDS); ++round) {
       const service = await startService();
       await freeze(victim(service));

@@ -5,7 +5,9 @@ import { fail, probes, run } from '../support/zelk.mjs';
 
 // napi_valuetype's numbers.
 const [UNDEFINED, NULL, BOOLEAN, NUMBER, STRING, SYMBOL, OBJECT, FUNCTION] = [0, 1, 2, 3, 4, 5, 6, 7];
-const NO_PROPERTY = ['HasProperty: failed HasProperty', 'GetProperty: this object does not contains this property'];
+const NO_PROPERTY = [
+  'HasProperty: failed HasProperty', 'GetProperty: this object does not contains this property',
+];
 const UNREAD_PROPERTY = ['GetProperty: failed to GetProperty'];
 const ZERO = ['GetInt32: failed to get int32 value , so return zero'];
 const [NO_BOOL, NO_NAMES] = [['failed to get bool value'], ['failed to get property names.']];
@@ -14,9 +16,13 @@ const MIXED = ['GetArrayType: array has different element types'];
 const NO_ELEMENT = ['GetElement: failed to get the elemrnt of array'];
 const [INVALID, INJECTED] = [{ thrown: 'Invalid argument' }, { thrown: 'injected failure' }];
 const own = new Error("the caller's own");
-const throwOwn = () => { throw own; };
+const throwOwn = () => {
+  throw own;
+};
 const trap = new Proxy({}, { has: throwOwn, get: throwOwn, ownKeys: throwOwn });
-const inheriting = Object.create({ inherited: 1 }, { own: { value: 1, enumerable: true }, hidden: { value: 1 } });
+const inheriting = Object.create({ inherited: 1 },
+  { own: { value: 1, enumerable: true }, hidden: { value: 1 } });
+const throwing = Object.defineProperty({}, 'a', { get: throwOwn });
 
 // Per probe: arguments, result, lines, Node-API calls to fail. A thrown value is
 // {thrown}. Lines without level and tag: all are errors.
@@ -32,7 +38,9 @@ const check = (title, table) => test(title, async () => {
 });
 
 check('scalars fall back to fixed values', {
-  matchString: [[['x'], true], [[new String('x')], false], [[], INVALID], [['x'], INJECTED, [], 'napi_typeof']],
+  matchString: [
+    [['x'], true], [[new String('x')], false], [[], INVALID], [['x'], INJECTED, [], 'napi_typeof'],
+  ],
   getType: [[[Symbol('s')], SYMBOL], [[() => 0], FUNCTION], [[], UNDEFINED, ['GetType: unknown type']]],
   isUndefined: [[[undefined], true], [[null], false], [[], true]],
   isArray: [[[[]], true], [[{ length: 0 }], false], [[], false, ['IsArray: failed to check array type']]],
@@ -56,7 +64,7 @@ check('properties come back as they are, undefined included', {
     [['text', 'length'], 'null pointer', NO_PROPERTY], [[undefined, 'a'], 'null pointer', NO_PROPERTY],
     [[{ a: 1 }, 'a'], 'null pointer', UNREAD_PROPERTY, 'napi_get_named_property'],
     [[trap, 'a'], { thrown: own.message }, NO_PROPERTY],
-    [[{ get a() { throw own; } }, 'a'], { thrown: own.message }, UNREAD_PROPERTY],
+    [[throwing, 'a'], { thrown: own.message }, UNREAD_PROPERTY],
   ],
   getPropertyNames: [
     [[{ z: 1, 7: 1, [Symbol('s')]: 1, '': 1 }], ['', '7', 'z', ''], LENGTH], [[inheriting], ['', 'own']],
@@ -74,11 +82,14 @@ check('arrays have one type, and one entry per element that can be fetched', {
   getArrayType: [
     [[[]], NULL], [[[null, null]], NULL], [[[1, 2]], NUMBER], [[[true]], BOOLEAN], [[['x', 'y']], STRING],
     [[[[], {}]], OBJECT], [[new Array(3)], UNDEFINED], [[[true, 1, 'x']], UNDEFINED, MIXED],
-    [[[1, , 2]], UNDEFINED, MIXED], [[{}], UNDEFINED, ['GetArrayType: failed to get the length of array']],
+    [[[1, undefined, 2]], UNDEFINED, MIXED],
+    [[{}], UNDEFINED, ['GetArrayType: failed to get the length of array']],
     [[[1]], UNDEFINED, ['GetArrayType: failed to get the element of array'], 'napi_get_element'],
     [[[1, 2]], UNDEFINED, ['GetType: unknown type', ...MIXED], 'napi_typeof'],
   ],
-  getFirstElement: [[[[5]], 5], [[], undefined, ['GetElement: array is null']], [['x'], undefined, NO_ELEMENT]],
+  getFirstElement: [
+    [[[5]], 5], [[], undefined, ['GetElement: array is null']], [['x'], undefined, NO_ELEMENT],
+  ],
   getInt32s: [
     [[[1, 'x', 3]], [0, 1, 0, 3], ZERO], [[[1, 2]], [0, 2], NO_ELEMENT, 'napi_get_element'],
     [[{}], [0], ['GetArrayLength: failed to get the length of array']],

@@ -12,6 +12,9 @@ const NO_PROPERTY =
   ['HasProperty: failed HasProperty', 'GetProperty: this object does not contains this property'].map(E);
 const key = (name) => I(`BuildChangeConfig: key ${name}`);
 const own = new Error("the caller's own");
+const throwOwn = () => {
+  throw own;
+};
 
 // Each item as "key name:type... text"; the types are ConfigInfoParamType's numbers.
 async function fill(array) {
@@ -20,7 +23,9 @@ async function fill(array) {
 }
 
 test('an object\'s properties become typed parameters in property order', async () => {
-  const value = { on: true, level: 2.9, name: 'x', 1: 4, flags: [true, false], masks: [1, 2.5, -3], names: ['a', 'b'] };
+  const value = {
+    on: true, level: 2.9, name: 'x', 1: 4, flags: [true, false], masks: [1, 2.5, -3], names: ['a', 'b'],
+  };
   const { returned, lines } = await fill([Object.freeze({ configKey: 'a', value: Object.freeze(value) })]);
   const types = 'a 1:4 on:1 level:4 name:8 flags:9 masks:12 names:16';
   const text = '{"1":4,"on":true,"level":2,"name":"x","flags":[true,"0"],"masks":[1,2,"-3"],"names":[}';
@@ -55,13 +60,15 @@ test('what cannot be used is left out, and every element yields one item', async
   }
 });
 
-test("an exception of the caller's own getter reaches the caller, and what is behind it is missing", async () => {
-  const seen = await fill([{ configKey: 'a', value: { x: 1, get y() { throw own; }, z: 1 } }, { configKey: 'b' }]);
+test("an exception of the caller's own getter reaches the caller, and what follows is missing", async () => {
+  const value = Object.defineProperty({ x: 1, y: 1, z: 1 }, 'y', { get: throwOwn });
+  const seen = await fill([{ configKey: 'a', value }, { configKey: 'b' }]);
   assert.equal(seen.thrown, own);
   assert.deepEqual(seen.lines.slice(0, 8), [
-    key('x'), key('y'), E('GetProperty: failed to GetProperty'), key('z'), ...NO_PROPERTY, NO_ELEMENT, NO_PROPERTY[0],
+    key('x'), key('y'), E('GetProperty: failed to GetProperty'), key('z'), ...NO_PROPERTY, NO_ELEMENT,
+    NO_PROPERTY[0],
   ]);
-  const trapped = await fill([{ configKey: 'a', value: new Proxy({}, { ownKeys() { throw own; } }) }]);
+  const trapped = await fill([{ configKey: 'a', value: new Proxy({}, { ownKeys: throwOwn }) }]);
   assert.deepEqual([trapped.thrown, trapped.lines], [own, [NO_NAMES]]);
 });
 

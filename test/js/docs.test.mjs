@@ -1,6 +1,7 @@
-// The documents: their links, their tables, and their examples, which are run as a reader would: every ```sh run block,
-// in order, in a folder that looks like the checkout. A ```text output block behind it is what it prints; log lines are
-// compared without time, process and thread. A block such as ```python file=NAME is what the reader saves as NAME.
+// The documents: their links, their tables, and their examples, which are run as a reader would: every ```sh
+// run block, in order, in a folder that looks like the checkout. A ```text output block behind it is what it
+// prints; log lines are compared without time, process and thread. A block such as ```python file=NAME is
+// what the reader saves as NAME.
 import assert from 'node:assert/strict';
 import { spawnSync } from 'node:child_process';
 import { existsSync, mkdtempSync, readdirSync, readFileSync, rmSync, symlinkSync, writeFileSync } from 'node:fs';

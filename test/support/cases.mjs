@@ -1,34 +1,45 @@
-// Calls as rows of a table, and the tables of the functions that are twins of each other. A row tells the whole of what
-// a call does: what it does not name must not happen.
+// Calls as rows of a table, and the tables of the functions that are twins of each other. A row is the whole
+// of what a call does: what it does not name must not happen.
 import assert from 'node:assert/strict';
 import { afterEach, test } from 'node:test';
 import { operation as operationOf } from './forms.mjs';
-import { fail, identity, keeps, proxyCount, service, SYSTEM_APP, zelk } from './zelk.mjs';
+import { fail, identity, keeps, service, SYSTEM_APP, zelk } from './zelk.mjs';
 
 export const E = (text) => `E ZELK_SERVICE: ${text}`;
 export const I = (text) => `I ZELK_SERVICE: ${text}`;
-export const NO_PROXY = (operation) => `W FRAMEWORK: [${operation}]"get proxy fail."`;
-export const EMPTY = (operation) => `W FRAMEWORK: [${operation}]"configs is empty."`;
+export const W = (text) => `W FRAMEWORK: ${text}`;
 export const MISMATCH = E('MatchParameters: current type does not match given type');
 
-// A call that is never answered keeps all that it holds.
+// What the service does.
+export const YES = { answer: true };
+export const NO = { answer: false };
+export const FAILS = { code: 9, answer: true };
+export const FAILS_NO = { code: 9, answer: false };
+export const AWAY = null;
+
+// What JavaScript sees. A call that is never answered keeps all that it holds.
+export const REFUSED = {};
 export const PENDING = { pending: true, kept: { records: 1, works: 1, deferreds: 1 } };
 export const FORGOTTEN = { kept: { records: 1, works: 1, references: 1 } };
 // The runtime's own message for a missing argument and for a callback that cannot be called.
-export const RUNTIME = "the runtime's message";
+const RUNTIME = "the runtime's message";
+export const THROWS = { thrown: RUNTIME };
 export const UNCALLABLE = { uncaught: [RUNTIME], ...FORGOTTEN };
 
 // An item, its text for the service, and the lines that making it writes before and on the worker.
-export const items = [{ configKey: 'k', value: { on: true, level: 2.9 } }];
-export const itemText = '{"configKey":"k","value":{"on":true,"level":2}}';
-export const itemLines = [I('BuildChangeConfig: key on'), I('BuildChangeConfig: key level')];
-export const textLine = E(`GetJsonParams ostringstream ${itemText}`);
+export const ITEMS = [{ configKey: 'k', value: { on: true, level: 2.9 } }];
+export const TEXT = '{"configKey":"k","value":{"on":true,"level":2}}';
+export const READ = [I('BuildChangeConfig: key on'), I('BuildChangeConfig: key level')];
+export const WRITTEN = E(`GetJsonParams ostringstream ${TEXT}`);
 
-export const ANSWERS = [true, false];
 export const NO_FUNCTIONS = [42, 'x', undefined, null, {}];
 export const NO_OBJECTS = ['a', 1, null, undefined, () => 1, Symbol('s')];
 
-afterEach(() => [fail(), service({}), identity(SYSTEM_APP)]);
+afterEach(() => {
+  fail();
+  service({});
+  identity(SYSTEM_APP);
+});
 
 export function describe(error) {
   assert.ok(error instanceof Error);
@@ -37,197 +48,171 @@ export function describe(error) {
 }
 
 // The lines of the async frame around a call, which most tests have no interest in.
-const FRAME = /^(I ZELK_SERVICE: HandleAsyncWork: (workName = .*|end)|D ZELK_SERVICE: Handle2ValueCallback .*)$/;
+const FRAME = /^. ZELK_SERVICE: (HandleAsyncWork: (workName = .*|end)|Handle2ValueCallback .*)$/;
 
-// Runs zelk[name](...makeArguments(callback)) and compares all there is to see: resolved, rejected, pending (of a
-// promise), callback, thrown, uncaught, requests, lines (any, when not named), kept.
-export async function sees(name, makeArguments, { kept, lines, ...expected }) {
+// Runs zelk[name](...makeArguments(callback)) and compares all there is to see: resolved, rejected, pending
+// (of a promise), callback, thrown, uncaught, kept; then the requests and, when named, the lines.
+export async function expectCall(name, makeArguments, { kept, ...sees }, requests, lines) {
   const seen = await keeps(kept, (callback) => zelk[name](...makeArguments(callback)));
-  const { lines: allLines, returned, thrown, pending, uncaught, ...outcome } = seen;
+  const { lines: allLines, requests: asked, returned, thrown, pending, uncaught, ...outcome } = seen;
+  const what = `${name}: ${makeArguments}`;
   assert.deepEqual({
-    ...outcome, uncaught: uncaught.map(describe), ...(pending && { pending }),
+    ...outcome,
+    uncaught: uncaught.map(describe),
+    ...(pending && { pending }),
     ...('thrown' in seen && { thrown: describe(thrown) }),
     ...(returned !== undefined && !(returned instanceof Promise) && { returned }),
-  }, { callback: [], uncaught: [], requests: [], ...expected }, `${name}: ${makeArguments}`);
+  }, { callback: [], uncaught: [], ...sees }, what);
+  assert.deepEqual(asked, requests, what);
   if (lines) {
-    assert.deepEqual(allLines.filter((line) => !FRAME.test(line)), lines, `${name}: ${makeArguments}`);
+    assert.deepEqual(allLines.filter((line) => !FRAME.test(line)), lines, what);
   }
-  const having = (text) => allLines.filter((line) => line.includes(text));
-  having('workName').forEach((line) => assert.equal(line, I(`HandleAsyncWork: workName = [${operationOf(name)}]`)));
-  // A service is asked for once per request, and not at all when there is nothing to request.
-  assert.equal(proxyCount(), seen.requests.length + having('"get proxy fail."').length);
+  for (const line of allLines.filter((each) => each.includes('workName'))) {
+    assert.equal(line, I(`HandleAsyncWork: workName = [${operationOf(name)}]`));
+  }
   return seen;
 }
 
-// Rows: what the service replies (null: there is none), the call, what is to be seen, Node-API calls to fail.
+// Rows: what the service does; the arguments; what JavaScript sees; the requests; the log lines; Node-API
+// calls to fail.
 export const calls = (title, name, rows) => test(`${name} ${title}`, async () => {
-  for (const [reply, makeArguments, expected, ...faults] of rows) {
+  for (const [reply, makeArguments, sees, requests, lines, ...faults] of rows) {
     service(reply && { [operationOf(name)]: reply });
     fail(...faults.map((fault) => ({ name: fault, nth: 1 })));
-    await sees(name, makeArguments, expected);
+    await expectCall(name, makeArguments, sees, requests, lines);
   }
 });
 
-// How a failed call ends: by promise and by callback.
-const failedAs = (delivers) => (answer) =>
-  (delivers ? [{ rejected: answer }, { callback: [[answer]] }] : [PENDING, FORGOTTEN]);
-
-// The switches. Texts: configUndefined, state (before the number of a boolean, when that is logged), empty (the lines
-// about an empty list), failed(code) (those of a failure, which `delivers` or is never answered). `sendsItems`,
-// `answer`: what becomes of the items and of the service's `true`.
-export function switchTests(name, texts) {
-  const { configUndefined, state, empty, failed, delivers, sendsItems = true, answer = true } = texts;
-  const operation = operationOf(name);
-  const stated = (on) => (state ? [E(`${state}, ${on ? 1 : 0}`)] : []);
-  const plain = (on, before = stated(on)) => ({ requests: [[operation, on]], lines: [...before, ...empty] });
-  const withItems = (on, before = stated(on)) => ({
-    requests: [sendsItems ? [operation, on, [itemText]] : [operation, on]],
-    lines: [...before, ...itemLines, ...(sendsItems ? [textLine] : empty)],
-  });
-  const [yes, called, promised] = [{ answer: true }, { callback: [[answer]] }, { resolved: answer }];
-  const undefinedItems = { ...plain(true), lines: [...stated(true), I(configUndefined), ...empty] };
-
+// The switches. `yes` is what becomes of the service's true; `sent` what goes with the items: the rest of the
+// request, and the lines. The other words are lines: `on` and `off` those about a boolean, `undefinedItems`
+// about `undefined` in the items' place, `noItems` about a request without items.
+export function switchTests(name, { yes, sent, on, off, undefinedItems, noItems }) {
+  const op = operationOf(name);
   calls('takes only true as on', name, [
-    [yes, () => [true], { ...promised, ...plain(true) }],
-    [{ answer: false }, () => [false], { resolved: false, ...plain(false) }],
+    [YES, () => [true], { resolved: yes }, [[op, true]], [...on, ...noItems]],
+    [NO, () => [false], { resolved: false }, [[op, false]], [...off, ...noItems]],
     ...['on', 1, undefined, null, {}, [], Object(true), () => true].map((value) =>
-      [{ answer: false }, () => [value], { resolved: false, ...plain(false, []) }]),
+      [NO, () => [value], { resolved: false }, [[op, false]], noItems]),
   ]);
+  const withItems = [[op, true, ...sent.items]];
   calls('takes the callback second and the items last', name, [
-    [yes, () => [true, items], { ...promised, ...withItems(true) }],
-    [yes, () => [true, []], { ...promised, ...plain(true) }],
-    [yes, () => [true, undefined], { ...promised, ...undefinedItems }],
-    [yes, (callback) => [true, callback], { ...called, ...plain(true) }],
-    [yes, (callback) => [true, callback, items], { ...called, ...withItems(true) }],
-    ...[[], {}, undefined].map((third) => [yes, (callback) => [true, callback, third], { ...called, ...plain(true) }]),
+    [YES, () => [true, ITEMS], { resolved: yes }, withItems, [...on, ...READ, ...sent.lines]],
+    [YES, () => [true, []], { resolved: yes }, [[op, true]], [...on, ...noItems]],
+    [YES, () => [true, undefined], { resolved: yes }, [[op, true]], [...on, undefinedItems, ...noItems]],
+    [YES, (cb) => [true, cb], { callback: [[yes]] }, [[op, true]], [...on, ...noItems]],
+    [YES, (cb) => [true, cb, ITEMS], { callback: [[yes]] }, withItems, [...on, ...READ, ...sent.lines]],
+    ...[[], {}, undefined].map((third) =>
+      [YES, (cb) => [true, cb, third], { callback: [[yes]] }, [[op, true]], [...on, ...noItems]]),
     // Anything else in the callback's place is called, in vain.
-    ...[5, null, {}].map((second) => [yes, () => [true, second], { ...UNCALLABLE, ...plain(true) }]),
-    [yes, (callback) => [true, items, callback], { ...UNCALLABLE, ...plain(true) }],
-    [yes, () => [true, undefined, items], { ...UNCALLABLE, ...withItems(true) }],
-    [yes, () => [], { thrown: RUNTIME, lines: [] }],
-    [yes, (callback) => [true, callback, items, 1], { lines: [E(`${operation}: Illegal params number`)] }],
-  ]);
-  const fails = ({ requests, lines }, code = 9) => ({ requests, lines: [...lines, ...failed(code)] });
-  const unreached = (lines) => fails({ requests: [], lines: [...lines, NO_PROXY(operation)] }, 3);
-  const ends = failedAs(delivers);
-  calls(delivers ? 'delivers the boolean of a failure' : 'never answers a failure', name, [
-    ...ANSWERS.flatMap((value) => [
-      [{ code: 9, answer: value }, () => [true], { ...ends(value)[0], ...fails(plain(true)) }],
-      [{ code: 9, answer: value }, () => [0, items], { ...ends(value)[0], ...fails(withItems(false, [])) }],
-      [{ code: 9, answer: value }, (callback) => [true, callback], { ...ends(value)[1], ...fails(plain(true)) }],
-    ]),
-    [null, () => [0], { ...ends(false)[0], ...unreached(empty) }],
-    [null, () => [0, items], { ...ends(false)[0], ...unreached(itemLines) }],
+    ...[5, null, {}].map((second) =>
+      [YES, () => [true, second], UNCALLABLE, [[op, true]], [...on, ...noItems]]),
+    [YES, (cb) => [true, ITEMS, cb], UNCALLABLE, [[op, true]], [...on, ...noItems]],
+    [YES, () => [true, undefined, ITEMS], UNCALLABLE, withItems, [...on, ...READ, ...sent.lines]],
+    [YES, () => [], THROWS, [], []],
+    [YES, (cb) => [true, cb, ITEMS, 1], REFUSED, [], [E(`${op}: Illegal params number`)]],
   ]);
 }
 
-// The queries for keys. `executed(code)` and `completed(isEmpty, code)` are lines that only one of the twins writes;
-// `rows` tells what becomes of single answers of the service: [text, object, ...lines].
-export function keyQueryTests(name, { executed = () => [], completed = () => [] }, rows) {
-  const operation = operationOf(name);
-  const onlyOne = I(`${operation}: only one param`);
-  const done = [...executed(0), ...completed(false, 0)];
-  const asked = (keys, lines = done) => ({ requests: [[operation, keys]], lines });
-  const mismatch = [MISMATCH, MISMATCH, E(`${operation}: Illegal params`)];
-  const unanswered = (code, isEmpty = true) =>
-    [...executed(code), ...completed(isEmpty, code), E(`${operation}Callback: callbackConfigs is null`)];
+// The queries for keys. The words are lines: `done` those of a success, `failed` of code 9 with an item,
+// `failedEmpty` without, `nothing` of an answer without items, `away` without a service, `noKeys` of an empty
+// list.
+export function keyQueryTests(name, { done, failed, failedEmpty, nothing, away, noKeys }) {
+  const op = operationOf(name);
+  const one = I(`${op}: only one param`);
   const item = '{"configKey":"a","value":"{\\"on\\":true}"}';
-  const one = { answer: [item] };
   const both = { answer: [item, '{"configKey":"b","value":"{}"}'] };
   const found = [{ configKey: 'a', value: { on: true } }, { configKey: 'b', value: {} }];
-  const unreadable = [E('GetString: get len error'), E('GetString: len error')];
+  const mismatch = [MISMATCH, MISMATCH, E(`${op}: Illegal params`)];
+  const unread = [E('GetString: get len error'), E('GetString: len error')];
 
   calls('takes keys and a callback', name, [
-    [both, () => [['b', 'a']], { resolved: found, ...asked(['b', 'a'], [onlyOne, ...done]) }],
-    [both, () => [[1, '']], { resolved: found, ...asked(['', ''], [...unreadable, onlyOne, ...done]) }],
-    [both, (callback) => [['a'], callback], { callback: [[found]], ...asked(['a']) }],
-    ...[...NO_FUNCTIONS, []].map((second) => [both, () => [['a'], second], { resolved: found, ...asked(['a']) }]),
-    [both, () => [], { thrown: RUNTIME, lines: mismatch }],
-    ...NO_OBJECTS.map((value) => [both, (callback) => [value, callback], { lines: mismatch }]),
-    [both, () => [{}], { lines: [E(`${operation}: error object type oe error array type`)] }],
-    [both, (callback) => [['a'], callback, 1], { lines: [E(`${operation}: Illegal params num`)] }],
+    [both, () => [['b', 'a']], { resolved: found }, [[op, ['b', 'a']]], [one, ...done]],
+    [both, () => [[1, '']], { resolved: found }, [[op, ['', '']]], [...unread, one, ...done]],
+    [both, (cb) => [['a'], cb], { callback: [[found]] }, [[op, ['a']]], done],
+    ...[...NO_FUNCTIONS, []].map((second) =>
+      [both, () => [['a'], second], { resolved: found }, [[op, ['a']]], done]),
+    [both, () => [], THROWS, [], mismatch],
+    ...NO_OBJECTS.map((value) => [both, (cb) => [value, cb], REFUSED, [], mismatch]),
+    [both, () => [{}], REFUSED, [], [E(`${op}: error object type oe error array type`)]],
+    [both, (cb) => [['a'], cb, 1], REFUSED, [], [E(`${op}: Illegal params num`)]],
   ]);
   calls('never answers a query that fails or finds nothing, and sends no empty list', name, [
-    ...[[[item], 9, false], [[], 9], [[], 0]].flatMap(([answer, code, isEmpty]) => [
-      [{ code, answer }, () => [['a']], { ...PENDING, ...asked(['a'], [onlyOne, ...unanswered(code, isEmpty)]) }],
-      [{ code, answer }, (callback) => [['a'], callback], { ...FORGOTTEN, ...asked(['a'], unanswered(code, isEmpty)) }],
-    ]),
-    [null, () => [['a'], 1], { ...PENDING, lines: [NO_PROXY(operation), ...unanswered(3)] }],
-    [one, () => [[]], { ...PENDING, lines: [onlyOne, EMPTY(operation), ...unanswered(7)] }],
+    [{ code: 9, answer: [item] }, () => [['a']], PENDING, [[op, ['a']]], [one, ...failed]],
+    [{ code: 9, answer: [item] }, (cb) => [['a'], cb], FORGOTTEN, [[op, ['a']]], failed],
+    [{ code: 9, answer: [] }, () => [['a']], PENDING, [[op, ['a']]], [one, ...failedEmpty]],
+    [{ code: 0, answer: [] }, () => [['a']], PENDING, [[op, ['a']]], [one, ...nothing]],
+    [{ code: 0, answer: [] }, (cb) => [['a'], cb], FORGOTTEN, [[op, ['a']]], nothing],
+    [AWAY, () => [['a'], 1], PENDING, [], [W(`[${op}]"get proxy fail."`), ...away]],
+    [both, () => [[]], PENDING, [], [one, W(`[${op}]"configs is empty."`), ...noKeys]],
   ]);
   const deep = (text) => text.repeat(2000);
   const inValue = (text) => JSON.stringify({ configKey: 'a', value: text });
   calls('gives up the whole answer for a text that it cannot read', name, [
     'no json', '', '{"configKey":"a"', deep('[') + deep(']'), deep('{"a":') + 1 + deep('}'),
     inValue(deep('[') + deep(']')), inValue('{"a":1,"n":4294967296}'), inValue('{"n":-2147483649}'),
-  ].map((text) => [{ answer: [item, text, item] }, () => [['a'], 1],
-    { ...PENDING, ...asked(['a'], [...done, E(`${operation}Callback: Failed to parse json`)]) }]));
-  test(`${name} makes an object of "value"`, async () => {
-    for (const [text, object, ...lines] of rows) {
-      service({ [operation]: { answer: [text] } });
-      const expected = { resolved: [object], ...asked(['a'], [...done, ...lines]) };
-      const { resolved } = await sees(name, () => [['a'], 1], expected);
-      assert.deepEqual(Object.keys(resolved[0]), Object.keys(object), text);
-    }
-  });
+  ].map((text) => [{ answer: [item, text, item] }, () => [['a'], 1], PENDING, [[op, ['a']]],
+    [...done, E(`${op}Callback: Failed to parse json`)]]));
 }
 
-// The changes. `prefix` stands before the refusals' texts; `enter` and `end` are the lines around the arguments,
-// `failed` those of a failure, which `delivers` or is never answered, `empty` those about an empty list.
-export function changeTests(name, { prefix, enter = [], end = [], failed = [], empty = [], delivers }) {
-  const operation = operationOf(name);
-  const sent = { requests: [[operation, [itemText]]], lines: [...enter, ...itemLines, ...end, textLine] };
-  const mismatch = [...enter, MISMATCH, MISMATCH, E(`${prefix}: Illegal params`)];
-  const ends = failedAs(delivers);
+// What becomes of single answers. Rows: text, object, with its properties in the order in which they are set;
+// lines.
+export const answerTests = (name, rows, ...faults) => test(`${name} reads an answer`, async () => {
+  const op = operationOf(name);
+  for (const [text, object, ...lines] of rows) {
+    service({ [op]: { answer: [text] } });
+    fail(...faults);
+    const sees = { resolved: [object] };
+    const { resolved } = await expectCall(name, () => [['a'], 1], sees, [[op, ['a']]], lines);
+    assert.equal(JSON.stringify(resolved), JSON.stringify([object]), text);
+  }
+});
 
+// The changes. `refused` stands before the refusals' texts; `enter` and `end` are the lines around the
+// arguments.
+export function changeTests(name, { refused, enter = [], end = [] }) {
+  const op = operationOf(name);
+  const mismatch = [...enter, MISMATCH, MISMATCH, E(`${refused}: Illegal params`)];
+  const sent = [...enter, ...READ, ...end, WRITTEN];
   calls('takes items and, of two arguments, a callback', name, [
-    ...ANSWERS.flatMap((answer) => [
-      [{ answer }, () => [items], { resolved: answer, ...sent }],
-      [{ answer }, (callback) => [items, callback], { callback: [[answer]], ...sent }],
-      [{ answer }, (callback) => [items, callback, 1], { resolved: answer, ...sent }],
-      ...NO_FUNCTIONS.map((second) => [{ answer }, () => [items, second], { resolved: answer, ...sent }]),
-    ]),
-    [{}, () => [], { thrown: RUNTIME, lines: mismatch }],
-    ...NO_OBJECTS.map((value) => [{}, (callback) => [value, callback], { lines: mismatch }]),
-    [{}, (callback) => [{ a: 1 }, callback], { lines: [...enter, E(`${prefix}: error array type`)] }],
+    [YES, () => [ITEMS], { resolved: true }, [[op, [TEXT]]], sent],
+    [NO, () => [ITEMS], { resolved: false }, [[op, [TEXT]]], sent],
+    [YES, (cb) => [ITEMS, cb], { callback: [[true]] }, [[op, [TEXT]]], sent],
+    [NO, (cb) => [ITEMS, cb], { callback: [[false]] }, [[op, [TEXT]]], sent],
+    [YES, (cb) => [ITEMS, cb, 1], { resolved: true }, [[op, [TEXT]]], sent],
+    ...NO_FUNCTIONS.map((second) => [YES, () => [ITEMS, second], { resolved: true }, [[op, [TEXT]]], sent]),
+    [YES, () => [], THROWS, [], mismatch],
+    ...NO_OBJECTS.map((value) => [YES, (cb) => [value, cb], REFUSED, [], mismatch]),
+    [YES, (cb) => [{ a: 1 }, cb], REFUSED, [], [...enter, E(`${refused}: error array type`)]],
   ]);
-  const fails = { ...sent, lines: [...sent.lines, ...failed] };
-  const unsent = { lines: [...enter, ...end, ...empty, ...failed] };
-  calls(`${delivers ? 'delivers the boolean of' : 'never answers'} a failure or an empty list`, name, [
-    ...ANSWERS.flatMap((answer) => [
-      [{ code: 9, answer }, () => [items], { ...ends(answer)[0], ...fails }],
-      [{ code: 9, answer }, (callback) => [items, callback], { ...ends(answer)[1], ...fails }],
-    ]),
-    [null, () => [items], { ...ends(false)[0], lines: [...sent.lines.slice(0, -1), NO_PROXY(operation), ...failed] }],
-    [{ answer: true }, () => [[]], { ...ends(false)[0], ...unsent }],
-    [{ answer: true }, (callback) => [[], callback], { ...ends(false)[1], ...unsent }],
-  ]);
-  return sent;
 }
 
-// The queries that complain and are carried out all the same. `answer` is the service's, `value` what becomes of it;
-// `rows` are more answers, and what becomes of them for a callback.
-export function unsupportedTests(name, { answer, value }, rows) {
-  const operation = operationOf(name);
-  const message = `${operation} current function not support in current time`;
+// The queries that complain and are carried out all the same; `answer` is the service's, `value` what becomes
+// of it.
+export function unsupportedTests(name, { answer, value }) {
+  const op = operationOf(name);
+  const message = `${op} current function not support in current time`;
+  const complains = { thrown: `6: ${message}` };
   const unmatched = [MISMATCH, I('current paramCount is zero, so return true')];
-  const asked = (lines) => ({ thrown: `6: ${message}`, requests: [[operation]], lines });
-  const unanswered = E(`${operation}Callback: callbackConfigs is null`);
+  const unanswered = E(`${op}Callback: callbackConfigs is null`);
   const failed = { code: 9, answer };
-
   calls('throws that it is not supported, and answers all the same', name, [
     // The promise is out of reach, and yet settled: nothing is kept.
-    ...[[], [7]].map((args) => [{ answer }, () => args, asked(unmatched)]),
-    [{ answer }, (callback) => [7, callback], asked(unmatched)],
-    [{ answer }, (callback) => [callback], { ...asked([]), callback: [[value]] }],
-    [{ answer }, (callback) => [callback, 7], asked([])],
-    [{ answer }, () => [0], { resolved: value, requests: [[operation]],
-      lines: [E(`failed to throw error, code = 6, msg=${message}`), ...unmatched] }, 'napi_throw_error'],
-    ...rows.map(([text, becomes]) => [{ answer: text }, (callback) => [callback], { ...asked([]), ...becomes }]),
+    [{ answer }, () => [], complains, [[op]], unmatched],
+    [{ answer }, () => [7], complains, [[op]], unmatched],
+    [{ answer }, (cb) => [7, cb], complains, [[op]], unmatched],
+    [{ answer }, (cb) => [cb], { ...complains, callback: [[value]] }, [[op]], []],
+    [{ answer }, (cb) => [cb, 7], complains, [[op]], []],
+    [{ answer }, () => [0], { resolved: value }, [[op]],
+      [E(`failed to throw error, code = 6, msg=${message}`), ...unmatched], 'napi_throw_error'],
   ]);
   calls('never answers a query that fails', name, [
-    [failed, () => [], { ...asked([...unmatched, unanswered]), kept: PENDING.kept }],
-    [failed, (callback) => [callback], { ...asked([unanswered]), ...FORGOTTEN }],
-    [null, (callback) => [callback], { ...asked([NO_PROXY(operation), unanswered]), requests: [], ...FORGOTTEN }],
+    [failed, () => [], { ...complains, kept: PENDING.kept }, [[op]], [...unmatched, unanswered]],
+    [failed, (cb) => [cb], { ...complains, ...FORGOTTEN }, [[op]], [unanswered]],
+    [AWAY, (cb) => [cb], { ...complains, ...FORGOTTEN }, [], [W(`[${op}]"get proxy fail."`), unanswered]],
   ]);
+  // Rows: an answer, and what the callback receives; or nothing, and a line.
+  return (rows) => calls('reads an answer', name, rows.map(([text, received, ...lines]) => {
+    const sees = lines.length > 0 ? FORGOTTEN : { callback: [[received]] };
+    return [{ answer: text }, (cb) => [cb], { ...complains, ...sees }, [[op]], lines];
+  }));
 }

@@ -1,4 +1,5 @@
-// The module under test and the means to look behind it. A test reads as: service → call → value, requests, lines.
+// The module under test and the means to look behind it. A test reads as: service → call → value, requests,
+// lines.
 import assert from 'node:assert/strict';
 import { createRequire } from 'node:module';
 import { fileURLToPath } from 'node:url';
@@ -20,8 +21,8 @@ const asking = (name) => (argument = null) => JSON.parse(control[name](JSON.stri
 const [takeLines, takeRequests] = ['takeLines', 'takeRequests'].map(asking);
 export const [counts, proxyCount] = ['counts', 'takeProxyCount'].map(asking);
 
-// Puts a scripted service behind the module: {Operation: {code, answer, delay}}; null is no service, 'embedded' the
-// reference service.
+// Puts a scripted service behind the module: {Operation: {code, answer, delay}}; null is no service,
+// 'embedded' the reference service.
 export const service = asking('setService');
 // Makes Node-API calls of the module fail: [{name, nth, status}], where no name means any call.
 const planFaults = asking('planFaults');
@@ -46,9 +47,9 @@ async function idle() {
 
 const LEVELS = { 3: 'D', 4: 'I', 5: 'W', 6: 'E', 7: 'F' };
 
-// Runs `action(callback)` to its end. Gives what JavaScript saw (returned or thrown; resolved, rejected or pending;
-// callback: the argument lists of its calls; uncaught: errors outside any call) and what others saw: the service's
-// requests and the log lines, as "E ZELK_SERVICE: text".
+// Runs `action(callback)` to its end. Gives what JavaScript saw (returned or thrown; resolved, rejected or
+// pending; callback: the argument lists of its calls; uncaught: errors outside any call) and what others saw:
+// the service's requests and the log lines, as "E ZELK_SERVICE: text".
 export async function run(action) {
   const seen = { callback: [], uncaught: [] };
   const others = process.rawListeners('uncaughtException');
@@ -80,7 +81,8 @@ export async function run(action) {
 
 const HELD = ['records', 'references', 'works', 'deferreds'];
 
-// What the module holds after `action` and did not before, {records, references, works, deferreds}, and its result.
+// What the module holds after `action` and did not before, {records, references, works, deferreds}, and its
+// result.
 export async function leaves(action) {
   const before = counts();
   const result = await action();
