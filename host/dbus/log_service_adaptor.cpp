@@ -1,9 +1,11 @@
 #include "log_service_adaptor.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <functional>
 #include <new>
 #include <string>
+#include <string_view>
 #include <tuple>
 #include <type_traits>
 #include <utility>
@@ -11,6 +13,7 @@
 
 #include "dbus_names.h"
 #include "message_values.h"
+#include "service_limits.h"
 
 namespace OHOS::Host {
 
@@ -25,10 +28,61 @@ std::tuple<std::decay_t<Parameters>...> ValuesOf(int32_t (IZelkLogService::*oper
 template <typename... Parameters>
 std::tuple<std::decay_t<Parameters>...> ValuesOf(int32_t (*operation)(IZelkLogService&, Parameters...));
 
+// Reads the arguments of a call. What is past the service's limits stays in the message, so that a call cannot take
+// much more memory than they allow.
+class ArgumentReader {
+public:
+    explicit ArgumentReader(sd_bus_message* call) : call_(call) {}
+
+    // False when the argument is of another type, or too large.
+    template <typename Value>
+    bool Read(Value& value)
+    {
+        return Host::Read(call_, value);
+    }
+    bool Read(std::string& value)
+    {
+        const char* text = nullptr;
+        if (sd_bus_message_read_basic(call_, SD_BUS_TYPE_STRING, &text) <= 0 || !Admit(text)) {
+            return false;
+        }
+        value = text;
+        return true;
+    }
+    bool Read(Texts& value)
+    {
+        return ReadEach(call_, [this, &value](const char* text) {
+            if (!Admit(text)) {
+                return false;
+            }
+            value.emplace_back(text);
+            return true;
+        });
+    }
+
+    bool IsTooLarge() const
+    {
+        return size_ > MAX_REQUEST_SIZE;
+    }
+
+private:
+    // Neither an item nor the answer to a key is shorter than this, so a list of more texts is refused in any case.
+    static constexpr size_t LEAST_TEXT_SIZE = std::string_view(R"({"configKey":"","value":})").size();
+
+    bool Admit(std::string_view text)
+    {
+        size_ += std::max(text.size(), LEAST_TEXT_SIZE);
+        return !IsTooLarge();
+    }
+
+    sd_bus_message* const call_;
+    size_t size_ = 0;
+};
+
 template <typename Values, size_t... INDEX>
-bool ReadArguments([[maybe_unused]] sd_bus_message* call, Values& values, std::index_sequence<INDEX...>)
+bool ReadArguments([[maybe_unused]] ArgumentReader& reader, Values& values, std::index_sequence<INDEX...>)
 {
-    return (Read(call, std::get<INDEX>(values)) && ...);
+    return (reader.Read(std::get<INDEX>(values)) && ...);
 }
 
 template <typename Answer>
@@ -113,13 +167,16 @@ int LogServiceAdaptor::Serve(sd_bus_message* call)
     using Values = decltype(ValuesOf(OPERATION));
     constexpr size_t ANSWER = std::tuple_size_v<Values> - 1;
     Values values;
-    if (!ReadArguments(call, values, std::make_index_sequence<ANSWER>())) {
+    ArgumentReader reader(call);
+    int32_t code = CODE_REFUSED;
+    if (ReadArguments(reader, values, std::make_index_sequence<ANSWER>())) {
+        const auto operation = [this](auto&... value) {
+            return std::invoke(OPERATION, service_, value...);
+        };
+        code = std::apply(operation, values);
+    } else if (!reader.IsTooLarge()) {
         return -EBADMSG;
     }
-    const auto operation = [this](auto&... value) {
-        return std::invoke(OPERATION, service_, value...);
-    };
-    const int32_t code = std::apply(operation, values);
     const int result = Reply(call, code, std::get<ANSWER>(values));
     observer_(sd_bus_message_get_member(call), code);
     return result;

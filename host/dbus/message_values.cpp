@@ -81,13 +81,23 @@ bool Read(sd_bus_message* message, std::string& value)
 
 bool Read(sd_bus_message* message, std::vector<std::string>& value)
 {
+    return ReadEach(message, [&value](const char* text) {
+        value.emplace_back(text);
+        return true;
+    });
+}
+
+bool ReadEach(sd_bus_message* message, const std::function<bool(const char* text)>& take)
+{
     if (sd_bus_message_enter_container(message, SD_BUS_TYPE_ARRAY, STRING) <= 0) {
         return false;
     }
     const char* text = nullptr;
     int result = 0;
     while ((result = sd_bus_message_read_basic(message, SD_BUS_TYPE_STRING, &text)) > 0) {
-        value.emplace_back(text);
+        if (!take(text)) {
+            return false;
+        }
     }
     return result == 0 && sd_bus_message_exit_container(message) >= 0;
 }

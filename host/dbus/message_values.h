@@ -3,6 +3,7 @@
 #define HOST_DBUS_MESSAGE_VALUES_H
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -30,6 +31,10 @@ bool Read(sd_bus_message* message, int32_t& value);
 bool Read(sd_bus_message* message, int64_t& value);
 bool Read(sd_bus_message* message, std::string& value);
 bool Read(sd_bus_message* message, std::vector<std::string>& value);
+
+// Hands each text of the list that comes next to `take`, until that returns false. False then, or when something else
+// is there.
+bool ReadEach(sd_bus_message* message, const std::function<bool(const char* text)>& take);
 
 } // namespace OHOS::Host
 

@@ -7,8 +7,10 @@
 #include <iostream>
 #include <poll.h>
 #include <string>
-#include <sys/signalfd.h>
+#include <sys/eventfd.h>
+#include <sys/time.h>
 #include <system_error>
+#include <unistd.h>
 #include <vector>
 
 #include "bus_handles.h"
@@ -38,15 +40,44 @@ int Checked(int result, const char* failure)
     return result;
 }
 
-// A descriptor that can be read once SIGTERM or SIGINT has come; the signals do nothing else from now on.
-int WatchEndSignals()
+// What is left to do after SIGTERM or SIGINT gets this long, whatever it waits for.
+constexpr itimerval PATIENCE = {{}, {0, 500'000}};
+
+// Whether SIGTERM or SIGINT has come, and an eventfd that can be read then.
+volatile std::sig_atomic_t g_isEnding = 0;
+int g_endRequested = -1;
+
+void OnEndSignal(int)
 {
-    sigset_t signals;
-    sigemptyset(&signals);
-    sigaddset(&signals, SIGTERM);
-    sigaddset(&signals, SIGINT);
-    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-    return signalfd(-1, &signals, SFD_CLOEXEC);
+    if (g_isEnding != 0) {
+        return; // A second signal does not prolong it.
+    }
+    g_isEnding = 1;
+    const int callersError = errno;
+    const uint64_t one = 1;
+    [[maybe_unused]] const ssize_t written = write(g_endRequested, &one, sizeof(one));
+    setitimer(ITIMER_REAL, &PATIENCE, nullptr);
+    errno = callersError;
+}
+
+// The call that is being served, or the bus, did not let the process end in time.
+void OnPatienceLost(int)
+{
+    _exit(0);
+}
+
+void HandleSignals()
+{
+    g_endRequested = eventfd(0, EFD_CLOEXEC);
+    struct sigaction action = {};
+    action.sa_handler = OnEndSignal;
+    sigaction(SIGTERM, &action, nullptr);
+    sigaction(SIGINT, &action, nullptr);
+    action.sa_handler = OnPatienceLost;
+    sigaction(SIGALRM, &action, nullptr);
+    // Nobody reads what is said here: no reason to leave a caller without an answer.
+    action.sa_handler = SIG_IGN;
+    sigaction(SIGPIPE, &action, nullptr);
 }
 
 int OpenAddress(const std::string& address, sd_bus** bus)
@@ -91,14 +122,16 @@ int WaitTime(sd_bus* bus)
     return static_cast<int>(std::max(left, milliseconds::zero()).count());
 }
 
-// Serves calls one after the other until `endSignals` can be read, which callers without a pause do not keep off.
-// Throws std::system_error when the bus goes away.
-void Serve(sd_bus* bus, int endSignals)
+// Serves calls one after the other until the end is requested, which callers without a pause do not keep off. Throws
+// std::system_error when the bus goes away.
+void Serve(sd_bus* bus)
 {
     while (true) {
         const bool more = Checked(sd_bus_process(bus, nullptr), "the bus was lost") > 0;
+        // The bus takes an answer before the next call is served: answers that pile up would take all memory.
+        Checked(sd_bus_flush(bus), "the bus was lost");
         const auto events = static_cast<int16_t>(Checked(sd_bus_get_events(bus), "the bus was lost"));
-        std::array<pollfd, 2> descriptors = {pollfd{endSignals, POLLIN, 0}, pollfd{sd_bus_get_fd(bus), events, 0}};
+        std::array<pollfd, 2> descriptors = {pollfd{g_endRequested, POLLIN, 0}, pollfd{sd_bus_get_fd(bus), events, 0}};
         const int ready = poll(descriptors.data(), descriptors.size(), more ? 0 : WaitTime(bus));
         if (ready < 0 && errno != EINTR) {
             Checked(-errno, "cannot wait for the bus");
@@ -112,8 +145,6 @@ void Serve(sd_bus* bus, int endSignals)
 void Run(const ServiceOptions& options)
 {
     const BusHandle bus = Connect(options.bus);
-    // Before anybody can find the service. Until here, where a bus may keep it waiting, a signal just ends the process.
-    const int endSignals = WatchEndSignals();
     ReferenceService service;
     LogServiceAdaptor adaptor(service, [&options](const char* method, int32_t code) {
         if (options.verbose) {
@@ -125,7 +156,8 @@ void Run(const ServiceOptions& options)
     if (options.verbose) {
         Say(std::string("serves ") + SERVICE_NAME + " on " + options.bus);
     }
-    Serve(bus.get(), endSignals);
+    Serve(bus.get());
+    // Waits for the bus, so that nobody finds the service after its process has ended.
     sd_bus_release_name(bus.get(), SERVICE_NAME);
 }
 
@@ -133,8 +165,7 @@ void Run(const ServiceOptions& options)
 
 int main(int argc, char** argv)
 {
-    // Nobody reads what is said here: no reason to leave a caller without an answer.
-    std::signal(SIGPIPE, SIG_IGN);
+    HandleSignals();
     std::string error;
     const ServiceOptions options = ParseServiceOptions(std::vector<std::string>(argv + 1, argv + argc), error);
     if (!error.empty()) {
@@ -148,6 +179,9 @@ int main(int argc, char** argv)
     try {
         Run(options);
     } catch (const std::exception& failure) {
+        if (g_isEnding != 0) {
+            return 0; // The signal broke a call to the bus off.
+        }
         Say(std::string("cannot serve ") + SERVICE_NAME + " on " + options.bus + ": " + failure.what());
         return STATUS_FAILED;
     }

@@ -13,17 +13,19 @@ void AppendEscaped(std::string& json, char character)
     constexpr std::string_view HEX = "0123456789abcdef";
     constexpr std::string_view NAMED = "\"\\\b\f\n\r\t";
     constexpr std::string_view NAMES = "\"\\bfnrt";
-    const size_t named = NAMED.find(character);
     const auto code = static_cast<unsigned char>(character);
+    if (code >= ' ' && character != '"' && character != '\\') {
+        json += character;
+        return;
+    }
+    const size_t named = NAMED.find(character);
     if (named != std::string_view::npos) {
         json += '\\';
         json += NAMES[named];
-    } else if (code < ' ') {
+    } else {
         json += "\\u00";
         json += HEX[code >> 4U];
         json += HEX[code & 0xFU];
-    } else {
-        json += character;
     }
 }
 

@@ -4,24 +4,25 @@
 #include <utility>
 
 #include "item_text.h"
+#include "service_limits.h"
 
 namespace OHOS::Host {
 
 namespace {
 
-// The items that `texts` hold, as views into them; nothing when one of the texts is no item.
-std::optional<std::vector<Item>> ParseItems(const std::vector<std::string>& texts)
+// {"request":REQUEST,TAIL
+int32_t Echo(const std::string& request, const std::string& tail, std::string& response)
 {
-    std::vector<Item> items;
-    items.reserve(texts.size());
-    for (const std::string& text : texts) {
-        const std::optional<Item> item = ParseItem(text);
-        if (!item) {
-            return std::nullopt;
-        }
-        items.push_back(*item);
+    response.clear();
+    if (request.size() > MAX_REQUEST_SIZE) {
+        return CODE_REFUSED;
     }
-    return items;
+    std::string text = R"({"request":)" + JsonString(request) + tail;
+    if (text.size() > MAX_ANSWER_SIZE) {
+        return CODE_REFUSED;
+    }
+    response = std::move(text);
+    return 0;
 }
 
 } // namespace
@@ -60,13 +61,8 @@ int32_t ReferenceService::HandleModemLogSwitch(bool on, std::vector<std::string>
 
 int32_t ReferenceService::SendModemLogCommand(std::string command, bool& result)
 {
-    result = ParseItem(command).has_value();
-    if (!result) {
-        return CODE_BAD_ITEM;
-    }
-    const std::lock_guard<std::mutex> lock(mutex_);
-    lastCommand_ = std::move(command);
-    return 0;
+    result = command.size() <= MAX_ITEM_SIZE && ParseItem(command);
+    return result ? 0 : CODE_REFUSED;
 }
 
 int32_t ReferenceService::ChangeModemLogConfig(std::vector<std::string>& configs, bool& result)
@@ -99,23 +95,19 @@ int32_t ReferenceService::HandleTcpdumpSwitch(bool on, std::vector<std::string>&
     return Change(tcpdump_, on, configs, result);
 }
 
-int32_t ReferenceService::HandleBluetoothCallPcmLogSwitch(bool on)
+int32_t ReferenceService::HandleBluetoothCallPcmLogSwitch(bool)
 {
-    const std::lock_guard<std::mutex> lock(mutex_);
-    bluetoothCallPcmOn_ = on;
     return 0;
 }
 
 int32_t ReferenceService::FetchRemoteDevicesLogs(const std::string& request, std::string& response, int64_t value)
 {
-    response = R"({"request":)" + JsonString(request) + R"(,"value":)" + std::to_string(value) + R"(,"logs":[]})";
-    return 0;
+    return Echo(request, R"(,"value":)" + std::to_string(value) + R"(,"logs":[]})", response);
 }
 
 int32_t ReferenceService::QueryRemoteDevicesLogs(const std::string& request, std::string& response)
 {
-    response = R"({"request":)" + JsonString(request) + R"(,"logs":[]})";
-    return 0;
+    return Echo(request, R"(,"logs":[]})", response);
 }
 
 int32_t ReferenceService::GetRemoteDevicesList(std::string& response)
@@ -126,8 +118,41 @@ int32_t ReferenceService::GetRemoteDevicesList(std::string& response)
 
 int32_t ReferenceService::QueryProtocolData(const std::string& request, std::string& response)
 {
-    response = R"({"request":)" + JsonString(request) + R"(,"data":""})";
-    return 0;
+    return Echo(request, R"(,"data":""})", response);
+}
+
+std::optional<ReferenceService::Values> ReferenceService::ParseItems(const std::vector<std::string>& texts)
+{
+    Values items;
+    size_t size = 0;
+    for (const std::string& text : texts) {
+        size += text.size();
+        const std::optional<Item> item = ParseItem(text);
+        if (!item || text.size() > MAX_ITEM_SIZE || size > MAX_REQUEST_SIZE) {
+            return std::nullopt;
+        }
+        items.insert_or_assign(std::string(item->key), item->value);
+        if (items.size() > MAX_KEYS) {
+            return std::nullopt;
+        }
+    }
+    return items;
+}
+
+std::optional<size_t> ReferenceService::SizeWith(const Log& log, const Values& items)
+{
+    size_t keys = log.values.size();
+    size_t size = log.size;
+    for (const auto& [key, value] : items) {
+        const auto kept = log.values.find(key);
+        if (kept == log.values.end()) {
+            ++keys;
+            size += key.size() + value.size();
+        } else {
+            size = size - kept->second.size() + value.size();
+        }
+    }
+    return keys <= MAX_KEYS && size <= MAX_LOG_SIZE ? std::optional(size) : std::nullopt;
 }
 
 int32_t ReferenceService::Status(const Log& log, bool& status)
@@ -139,13 +164,22 @@ int32_t ReferenceService::Status(const Log& log, bool& status)
 
 int32_t ReferenceService::Query(const Log& log, const std::vector<std::string>& keys, std::vector<std::string>& values)
 {
+    values.clear();
     std::vector<std::string> answer;
-    answer.reserve(keys.size());
+    size_t size = 0;
     const std::lock_guard<std::mutex> lock(mutex_);
     for (const std::string& key : keys) {
+        // A key is part of its answer, so what is too large to be asked for is too large to be answered.
+        if (size + key.size() > MAX_ANSWER_SIZE) {
+            return CODE_REFUSED;
+        }
         const auto found = log.values.find(key);
         const std::string_view value = found == log.values.end() ? std::string_view("{}") : found->second;
         answer.push_back(R"({"configKey":)" + JsonString(key) + R"(,"value":)" + JsonString(value) + "}");
+        size += answer.back().size();
+    }
+    if (size > MAX_ANSWER_SIZE) {
+        return CODE_REFUSED;
     }
     values = std::move(answer);
     return 0;
@@ -154,16 +188,27 @@ int32_t ReferenceService::Query(const Log& log, const std::vector<std::string>& 
 int32_t ReferenceService::Change(Log& log, std::optional<bool> on, const std::vector<std::string>& configs,
                                  bool& result)
 {
-    const std::optional<std::vector<Item>> items = ParseItems(configs);
-    result = items.has_value();
+    result = false;
+    std::optional<Values> items = ParseItems(configs);
     if (!items) {
-        return CODE_BAD_ITEM;
+        return CODE_REFUSED;
     }
     const std::lock_guard<std::mutex> lock(mutex_);
-    for (const Item& item : *items) {
-        log.values.insert_or_assign(std::string(item.key), item.value);
+    const std::optional<size_t> size = SizeWith(log, *items);
+    if (!size) {
+        return CODE_REFUSED;
     }
+    // Nothing below takes memory, so the items are applied together.
+    for (auto& [key, value] : *items) {
+        const auto kept = log.values.find(key);
+        if (kept != log.values.end()) {
+            kept->second.swap(value);
+        }
+    }
+    log.values.merge(*items);
+    log.size = *size;
     log.on = on.value_or(log.on);
+    result = true;
     return 0;
 }
 

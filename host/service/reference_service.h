@@ -12,12 +12,11 @@
 
 namespace OHOS::Host {
 
-// Every operation answers 0, or CODE_BAD_ITEM and `false` for a text that is no configuration item, in which case
-// nothing of the call takes effect. Operations may be called from any thread; each takes effect as a whole.
+// Every operation answers 0; or CODE_REFUSED, with `false` or an empty answer, for a text that is not a configuration
+// item and past the limits of service_limits.h. Nothing of a refused call takes effect. Operations may be called from
+// any thread; each takes effect as a whole, or not at all when it throws std::bad_alloc.
 class ReferenceService : public HiviewDFX::IZelkLogService {
 public:
-    static constexpr int32_t CODE_BAD_ITEM = 2;
-
     int32_t GetModemLogConfig(std::vector<std::string>& keys, std::vector<std::string>& values) override;
     int32_t GetModemLogDirectPackConfig(std::string& config) override;
     int32_t GetModemLogLogMasks(std::vector<std::string>& masks) override;
@@ -40,22 +39,30 @@ public:
     int32_t QueryProtocolData(const std::string& request, std::string& response) override;
 
 private:
+    // The values of items, by key.
+    using Values = std::map<std::string, std::string, std::less<>>;
+
     // One log with a switch and a configuration: modem log or packet capture.
     struct Log {
         bool on = false;
-        std::map<std::string, std::string, std::less<>> values;
+        Values values;
+        size_t size = 0; // Of all keys and values.
     };
+
+    // The items that `texts` hold, the last one of each key; nothing when they are refused.
+    static std::optional<Values> ParseItems(const std::vector<std::string>& texts);
+    // The size that `log` has once `items` are applied; nothing when it would be past a limit.
+    static std::optional<size_t> SizeWith(const Log& log, const Values& items);
 
     int32_t Status(const Log& log, bool& status);
     int32_t Query(const Log& log, const std::vector<std::string>& keys, std::vector<std::string>& values);
     // Applies the items and then, if `on` is given, the switch.
     int32_t Change(Log& log, std::optional<bool> on, const std::vector<std::string>& configs, bool& result);
 
-    std::mutex mutex_; // Guards everything below.
+    std::mutex
+        mutex_; // Guards everything below. The Bluetooth switch and commands have no state that could be asked for.
     Log modem_;
     Log tcpdump_;
-    bool bluetoothCallPcmOn_ = false;
-    std::string lastCommand_;
 };
 
 } // namespace OHOS::Host

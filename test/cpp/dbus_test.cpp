@@ -348,6 +348,53 @@ TEST(Dbus, BadInputLeavesTheServiceAsItWas)
     EXPECT_TRUE(done && proxy->GetModemLogStatus(done = false) == 0 && done);
 }
 
+// Each took the service, or the bus's patience with it.
+TEST(Dbus, RequestsPastTheLimitsAreRefusedAndTheServiceLives)
+{
+    PrivateBus bus;
+    const Process service(bus.serve);
+    const Proxy proxy = bus.Found();
+    bool done = false;
+    Texts items = {ItemOf("k", std::string(900'000, 'x'))};
+    ASSERT_EQ(proxy->HandleModemLogSwitch(true, items, done), 0);
+    for (const Texts& keys : {Texts(70, "k"), Texts(20'000, "k"), Texts(4'000'000, "")}) {
+        Texts asked = keys;
+        Texts values = {"left over"};
+        EXPECT_EQ(proxy->GetModemLogConfig(asked, values), 2);
+        EXPECT_EQ(values, Texts());
+    }
+    Texts tooMany(1'000'000, ItemOf("", ""));
+    EXPECT_TRUE(proxy->ChangeModemLogConfig(tooMany, done) == 2 && !done);
+    std::string response = "left over";
+    EXPECT_EQ(proxy->QueryProtocolData(std::string(16'000'001, 'x'), response), 2);
+    EXPECT_EQ(response, "");
+    EXPECT_TRUE(proxy->GetModemLogStatus(done) == 0 && done);
+}
+
+TEST(LogServiceProgram, EndsWhateverItWaitsFor)
+{
+    PrivateBus bus;
+    Process noReader("sh -c 'mkfifo " + bus.folder.string() + "/unread && exec " + bus.serve + " --verbose 2<>" +
+                     bus.folder.string() + "/unread'");
+    bus.Found();
+    const Proxy impatient = bus.Find(300ms);
+    bool on = false;
+    while (impatient->GetModemLogStatus(on) == 0) {
+    }
+    noReader.Signal(SIGTERM);
+    EXPECT_EQ(noReader.Wait(), 0);
+
+    Process serving(bus.serve);
+    bus.Found();
+    bus.daemon->Signal(SIGSTOP);
+    Process starting(bus.serve);
+    std::this_thread::sleep_for(200ms);
+    for (Process* service : {&serving, &starting}) {
+        service->Signal(SIGTERM);
+        EXPECT_EQ(service->Wait(), 0); // The bus's own limit of 25 s would have been an error.
+    }
+}
+
 TEST(LogServiceProgram, HasItsExitStatus)
 {
     const std::pair<const char*, int> cases[] = {

@@ -55,6 +55,104 @@ TEST(ReferenceService, CallsOfSeveralThreadsTakeEffectAsAWhole)
     for (std::thread& thread : threads) { thread.join(); }
 }
 
+std::string ItemOf(const std::string& key, const std::string& value)
+{
+    return R"({"configKey":")" + key + R"(","value":)" + value + "}";
+}
+
+// An item whose text has so many bytes.
+std::string ItemOfSize(const std::string& key, size_t size)
+{
+    return ItemOf(key, std::string(size - ItemOf(key, "").size(), 'x'));
+}
+
+class Limits : public testing::Test {
+protected:
+    // "code result".
+    std::string Change(Texts items)
+    {
+        bool result = false;
+        const int32_t code = service.HandleTcpdumpSwitch(true, items, result);
+        return std::to_string(code) + (result ? " true" : " false");
+    }
+
+    // "code", and how many texts and bytes were answered.
+    std::string Query(const Texts& keys)
+    {
+        Texts values = {"left over"};
+        const int32_t code = service.GetTcpdumpConfig(keys, values);
+        size_t size = 0;
+        for (const std::string& value : values) {
+            size += value.size();
+        }
+        return std::to_string(code) + " " + std::to_string(values.size()) + " " + std::to_string(size);
+    }
+
+    std::string Echo(const std::string& request)
+    {
+        std::string response = "left over";
+        const int32_t code = service.QueryRemoteDevicesLogs(request, response);
+        return std::to_string(code) + " " + std::to_string(response.size());
+    }
+
+    static constexpr size_t MB = 1'000'000;
+    ReferenceService service;
+};
+
+TEST_F(Limits, OfAnItem)
+{
+    EXPECT_EQ(Change({ItemOfSize("k", MB)}), "0 true");
+    EXPECT_EQ(Change({ItemOf("other", "1"), ItemOfSize("k", MB + 1)}), "2 false");
+    EXPECT_EQ(Query({"other"}), "0 1 34"); // Never set.
+    bool done = false;
+    EXPECT_TRUE(service.SendModemLogCommand(ItemOfSize("k", MB), done) == 0 && done);
+    EXPECT_TRUE(service.SendModemLogCommand(ItemOfSize("k", MB + 1), done) == 2 && !done);
+}
+
+TEST_F(Limits, OfARequestAndAnAnswer)
+{
+    const std::string answerFrame = R"({"configKey":"k","value":""})";
+    EXPECT_EQ(Change(Texts(16, ItemOfSize("k", MB))), "0 true");
+    EXPECT_EQ(Change(Texts(17, ItemOfSize("k", MB - MB / 17))), "2 false");
+    EXPECT_EQ(Change({ItemOf("k", std::string(MB - answerFrame.size(), 'x'))}), "0 true");
+    EXPECT_EQ(Query(Texts(16, "k")), "0 16 16000000");
+    EXPECT_EQ(Query(Texts(17, "k")), "2 0 0");
+    // A quote takes two bytes.
+    EXPECT_EQ(Change({ItemOf("k", std::string(MB - answerFrame.size() - 2, 'x') + '"')}), "0 true");
+    EXPECT_EQ(Query(Texts(16, "k")), "0 16 16000000");
+    EXPECT_EQ(Change({ItemOf("k", std::string(MB - answerFrame.size() - 1, 'x') + '"')}), "0 true");
+    EXPECT_EQ(Query(Texts(16, "k")), "2 0 0");
+
+    const std::string echoFrame = R"({"request":"","logs":[]})";
+    EXPECT_EQ(Echo(std::string(16 * MB - echoFrame.size(), 'x')), "0 16000000");
+    EXPECT_EQ(Echo(std::string(16 * MB - echoFrame.size(), '\n')), "2 0");
+    EXPECT_EQ(Echo(std::string(16 * MB + 1, 'x')), "2 0");
+}
+
+TEST_F(Limits, OfALogsKeys)
+{
+    Texts items;
+    for (int i = 0; i < 9999; ++i) {
+        items.push_back(ItemOf(std::to_string(i), "1"));
+    }
+    EXPECT_EQ(Change(items), "0 true");
+    EXPECT_EQ(Change({ItemOf("a", ""), ItemOf("b", "")}), "2 false");
+    EXPECT_EQ(Change({ItemOf("a", ""), ItemOf("a", ""), ItemOf("0", "")}), "0 true");
+    EXPECT_EQ(Change({ItemOf("b", "")}), "2 false");
+}
+
+TEST_F(Limits, OfALogsKeysAndValues)
+{
+    const size_t frame = ItemOf("", "").size();
+    for (int full = 0; full < 64; ++full) {
+        EXPECT_EQ(Change({ItemOfSize("key" + std::to_string(full), MB)}), "0 true");
+    }
+    EXPECT_EQ(Change({ItemOfSize("last", 65 * frame + 1)}), "2 false");
+    EXPECT_EQ(Change({ItemOfSize("last", 65 * frame)}), "0 true");
+    EXPECT_EQ(Change({ItemOf("a", "")}), "2 false");
+    EXPECT_EQ(Change({ItemOf("last", ""), ItemOf("a", "")}), "0 true"); // What is replaced gives way.
+}
+
 // Ends the process with 0 when there is a service that answers, with 1 when the proxy is null.
 void ExitAsTheServiceIsFound(const char* setting)
 {
