@@ -1,7 +1,7 @@
 'use strict';
 
-// The testing kit: see testing.d.ts for its manual. Whatever a test gets to see is made here, and so belongs to the realm
-// that loaded this file: test runners load it once for each test file, into a realm of its own.
+// The testing kit; testing.d.ts is its manual. Whatever a test gets to see is made here and so belongs to the
+// realm that loaded this file: some test runners give each test file a realm of its own.
 
 const { inspect, types } = require('util');
 const addon = require('./library.js').load('zelk_testing.node');
@@ -96,15 +96,20 @@ class ServiceError extends Error {
     checkCode(code);
     super(`the log service answers with code ${code}`);
     this.code = code;
-    this.answer = answer;
+    if (answer !== undefined) {
+      this.answer = answer;
+    }
   }
 }
-Object.defineProperty(ServiceError.prototype, 'name', { value: 'ServiceError', writable: true, configurable: true });
-Object.defineProperty(ServiceError.prototype, BRAND, { value: true });
+Object.defineProperties(ServiceError.prototype, {
+  name: { value: 'ServiceError', writable: true, configurable: true },
+  [BRAND]: { value: true },
+});
 
 function checkHandler(name, handler) {
   if (!Object.prototype.hasOwnProperty.call(OPERATIONS, name)) {
-    throw new TypeError(`the log service has no operation ${String(name)}: it has ${Object.keys(OPERATIONS).join(', ')}`);
+    const known = Object.keys(OPERATIONS).join(', ');
+    throw new TypeError(`the log service has no operation ${String(name)}: it has ${known}`);
   }
   if (handler !== undefined && typeof handler !== 'function') {
     throw new TypeError(`the handler of ${name} is ${kindOf(handler)}, not a function`);
@@ -129,7 +134,8 @@ function checkedTimeout(options) {
   }
   const timeout = options.timeout === undefined ? DEFAULT_TIMEOUT : options.timeout;
   if (typeof timeout !== 'number' || !(timeout >= 1 && timeout <= INT32.most)) {
-    throw new RangeError(`options.timeout is a number of milliseconds from 1 to ${INT32.most}, not ${String(timeout)}`);
+    throw new RangeError(
+      `options.timeout is a number of milliseconds from 1 to ${INT32.most}, not ${inspect(timeout)}`);
   }
   return timeout;
 }
@@ -145,6 +151,7 @@ function logService(handlers = {}, options = {}) {
   const errors = [];
   let isRestored = false;
 
+  // Ends one call with a code and, unless `value` is undefined, an answer.
   function answer(id, operation, code, value) {
     let sent;
     try {
@@ -157,6 +164,7 @@ function logService(handlers = {}, options = {}) {
     addon.answer(native, id, code, sent);
   }
 
+  // Ends one call whose handler has thrown.
   function fail(id, operation, thrown) {
     let error = thrown;
     try {
@@ -172,6 +180,7 @@ function logService(handlers = {}, options = {}) {
     addon.answer(native, id, CODE_HANDLER_FAILED);
   }
 
+  // Called for each request. A handler gets copies of the lists: it cannot change what is kept.
   function serve(id, operation, ...given) {
     const args = given.map(copied);
     requests.push({ operation, args });
@@ -190,7 +199,8 @@ function logService(handlers = {}, options = {}) {
       return;
     }
     if (isLate) {
-      Promise.resolve(value).then((late) => answer(id, operation, 0, late), (error) => fail(id, operation, error));
+      Promise.resolve(value)
+        .then((late) => answer(id, operation, 0, late), (error) => fail(id, operation, error));
     } else {
       answer(id, operation, 0, value);
     }
@@ -199,7 +209,7 @@ function logService(handlers = {}, options = {}) {
   const native = addon.open(serve, timeout);
   if (native === undefined) {
     throw codedError('ERR_ZELK_SERVICE_IN_USE',
-      'a log service of another thread is in force: restore it before this thread puts one in its place');
+      'a log service of another thread is in force: restore that one first');
   }
 
   function restore() {
@@ -212,7 +222,8 @@ function logService(handlers = {}, options = {}) {
     }
     isRestored = true;
     if (errors.length > 0) {
-      throw new AggregateError(errors, `handlers of the log service failed: ${errors.map(textOf).join('; ')}`);
+      const texts = errors.map(textOf).join('; ');
+      throw new AggregateError(errors, `handlers of the log service failed: ${texts}`);
     }
   }
 
@@ -237,7 +248,7 @@ function logService(handlers = {}, options = {}) {
   if (Symbol.dispose) {
     service[Symbol.dispose] = restore;
   }
-  return service;
+  return Object.freeze(service);
 }
 
 const LEVELS = { 3: 'D', 4: 'I', 5: 'W', 6: 'E', 7: 'F' };
@@ -268,8 +279,8 @@ function tokenOf(caller) {
   if (isObject(caller) && typeof caller.systemApplication === 'boolean') {
     return caller.systemApplication ? SYSTEM_APPLICATION : OTHER_APPLICATION;
   }
-  throw new TypeError(`a caller is { systemApplication: true }, { systemApplication: false }, a full token id as a bigint, ` +
-    `or null, not ${kindOf(caller)}`);
+  throw new TypeError('a caller is { systemApplication: boolean }, a full token id as a bigint, or null, ' +
+    `not ${inspect(caller)}`);
 }
 
 function setCaller(caller) {

@@ -18,6 +18,9 @@ bool ServiceStack::Push(const sptr<HandlerService>& service)
     if (!entries_.empty() && !entries_.back().service->Home()->IsCurrent()) {
         return false;
     }
+    if (hasEnded_) {
+        service->End();
+    }
     entries_.push_back({service, true});
     Apply();
     return true;
@@ -63,6 +66,7 @@ void ServiceStack::RemoveAllOf(const Environment& environment)
 void ServiceStack::EndAll()
 {
     const std::lock_guard<std::mutex> lock(mutex_);
+    hasEnded_ = true;
     for (const Entry& entry : entries_) {
         entry.service->End();
     }

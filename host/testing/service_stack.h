@@ -27,7 +27,8 @@ public:
     // Takes away and ends every service of an environment that has come to its end.
     void RemoveAllOf(const Environment& environment);
 
-    // Ends every service, but leaves them in their place: at the end of the process, no call may go anywhere else.
+    // Ends every service, later ones too, but leaves them in their place: at the end of the process, no call may go
+    // anywhere else.
     void EndAll();
 
 private:
@@ -42,6 +43,7 @@ private:
 
     std::mutex mutex_; // Guards everything below.
     std::vector<Entry> entries_;
+    bool hasEnded_ = false;
 };
 
 } // namespace OHOS::Host
