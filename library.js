@@ -1,61 +1,57 @@
 'use strict';
 
-// Loads the native libraries of this package.
+// Finds and loads the native libraries of this package. Every program that uses the package reads this file,
+// so what there is to say when one cannot be loaded is in requirements.js. The oldest Node.js must be able to
+// parse both, or they could not say what it lacks.
 
 var fs = require('fs');
 var path = require('path');
-var requirements = require('./requirements.js');
 
-// An installed package carries its libraries in lib/; a checkout has those of its last build. Tests choose
-// another build of the checkout, such as asan, with ZELKLOGSERVICE_BUILD.
+var OLDEST_NODE = 18;
+
+// Throws where this package cannot work at all.
+function check() {
+  if (process.platform !== 'linux') {
+    throw require('./requirements.js').otherPlatform();
+  }
+  if (parseInt(process.versions.node, 10) < OLDEST_NODE) {
+    throw require('./requirements.js').oldNode(OLDEST_NODE);
+  }
+}
+
+// A checkout has the libraries of its last build, also where a package was made in it. Tests choose another
+// build, such as asan, with ZELKLOGSERVICE_BUILD. An installed package has libraries for several processors.
 function libraryFile(name) {
-  var packed = path.join(__dirname, 'lib', name);
-  if (fs.existsSync(packed)) {
+  var packed = path.join(__dirname, 'lib', process.platform + '-' + process.arch, name);
+  if (!fs.existsSync(path.join(__dirname, 'CMakeLists.txt'))) {
+    if (!fs.existsSync(packed)) {
+      throw require('./requirements.js').notInPackage();
+    }
     return packed;
   }
   var chosen = process.env.ZELKLOGSERVICE_BUILD;
   if (chosen && !/^[\w-]+$/.test(chosen)) {
-    throw requirements.plainError('ERR_ZELK_BUILD_NAME', 'ZELKLOGSERVICE_BUILD=' + JSON.stringify(chosen) +
-      ' is not the name of a folder under build/: use a name such as release, debug or asan');
+    throw require('./requirements.js').wrongBuildName(chosen);
   }
-  var preset = chosen || 'release';
-  var built = path.join(__dirname, 'build', preset, name);
-  if (!fs.existsSync(built)) {
-    var configured = 'cmake --preset ' + preset + ' && cmake --build --preset ' + preset;
-    throw requirements.plainError('ERR_ZELK_NO_BUILD', built + ' does not exist: run `' +
-      (preset === 'release' ? 'make build' : configured) + '` in ' + __dirname);
+  var built = path.join(__dirname, 'build', chosen || 'release', name);
+  if (fs.existsSync(built)) {
+    return built;
   }
-  return built;
+  if (chosen || !fs.existsSync(packed)) {
+    throw require('./requirements.js').notBuilt(built, chosen || 'release');
+  }
+  return packed;
 }
 
-// The Debian 12 packages of the run-time libraries that the built ones need.
-var DEBIAN_PACKAGES = {
-  'libjsoncpp.so.25': 'libjsoncpp25',
-  'libstdc++.so.6': 'libstdc++6',
-  'libgcc_s.so.1': 'libgcc-s1',
-};
-
-function loadError(file, error) {
-  var reason = String(error.message).split('\n')[0];
-  var missing = /(\S+\.so[.\d]*): cannot open shared object file/.exec(reason);
-  var library = missing && path.basename(missing[1]);
-  if (library && DEBIAN_PACKAGES[library]) {
-    return requirements.plainError('ERR_ZELK_LIBRARY', 'the run-time library ' + library +
-      ' is missing: run `apt-get install ' + DEBIAN_PACKAGES[library] + '`');
-  }
-  return requirements.plainError('ERR_ZELK_LOAD', 'cannot load ' + file + ' (' + reason +
-    '): build or install it anew on this machine');
-}
-
-// The exports of lib/NAME. An error's code says what is missing.
+// The exports of the native library NAME. An error's code says what is missing.
 function load(name) {
-  requirements.check();
+  check();
   var file = libraryFile(name);
   try {
     return require(file);
   } catch (error) {
-    throw loadError(file, error);
+    throw require('./requirements.js').notLoaded(file, error);
   }
 }
 
-module.exports = { load: load };
+module.exports = { check: check, load: load };

@@ -7,7 +7,6 @@ import { tmpdir } from 'node:os';
 import { join } from 'node:path';
 import { after, test } from 'node:test';
 import { fileURLToPath } from 'node:url';
-import { Worker } from 'node:worker_threads';
 
 const root = fileURLToPath(new URL('../..', import.meta.url));
 const build = join(root, 'build', process.env.ZELKLOGSERVICE_BUILD || 'release');
@@ -26,77 +25,86 @@ test('require and import give the same exports object, and import each function 
   }
 });
 
-test('loads again and again in worker threads, several at a time', async () => {
-  const script = `
-    const { parentPort, workerData } = require('worker_threads');
-    require(workerData).getRemoteDevicesList().then((list) => parentPort.postMessage(list));`;
-  const answer = () => new Promise((resolve, reject) => {
-    const worker = new Worker(script, { eval: true, workerData: root });
-    let list;
-    worker.on('message', (message) => (list = message));
-    worker.on('error', reject).on('exit', () => resolve(list));
-  });
-  for (let round = 0; round < 3; round++) {
-    assert.deepEqual(await Promise.all([answer(), answer(), answer()]), Array(3).fill('{"devices":[]}'));
-  }
-});
-
-// A copy of the package as it is installed, with the libraries that `fill` puts into its lib/.
-function installed(name, fill) {
-  const folder = join(scratch, name);
-  mkdirSync(join(folder, 'lib'), { recursive: true });
+// A copy of the package, with these files of the build, or texts in their place, as its `where`.
+function copy(where, files, more = {}) {
+  const folder = mkdtempSync(join(scratch, 'copy-'));
   for (const file of ['index.js', 'library.js', 'requirements.js']) {
     copyFileSync(join(root, file), join(folder, file));
   }
-  fill((file) => join(folder, 'lib', file));
+  mkdirSync(join(folder, where), { recursive: true });
+  files.forEach((file) => symlinkSync(join(build, file), join(folder, where, file)));
+  Object.entries(more).forEach(([file, text]) => writeFileSync(join(folder, file), text));
   return folder;
 }
 
-const unbuilt = installed('unbuilt', () => {});
-const incomplete = installed('incomplete', (path) => copyFileSync(join(build, 'zelklogservice.node'), path('zelklogservice.node')));
-const garbage = installed('garbage', (path) => writeFileSync(path('zelklogservice.node'), 'x'));
-const patched = (what) => `Object.defineProperty(process, ${what});`;
+const OWN = `lib/linux-${process.arch}`;
+const LIBRARIES = ['zelklogservice.node', 'libohos_host.so', 'libzelk_service_api.so'];
 
-// Each: what is wrong, the folder to load, what is set up before, and the code and text of the error.
+function run(script, env = {}) {
+  const settings = { ...process.env, ZELKLOGSERVICE_BUILD: '', ...env };
+  return spawnSync(process.execPath, ['-e', script], { encoding: 'utf8', env: settings });
+}
+
+const patched = (what) => `Object.defineProperty(process, ${what});`;
+const refusing = (reason) => `process.dlopen = () => {
+  throw Object.assign(new Error(${JSON.stringify(reason)}), { code: 'ERR_DLOPEN_FAILED' });
+};`;
+
+const whole = copy(OWN, LIBRARIES);
+const garbage = copy(OWN, [], { [`${OWN}/zelklogservice.node`]: 'x' });
+const incomplete = copy(OWN, []);
+copyFileSync(join(build, 'zelklogservice.node'), join(incomplete, OWN, 'zelklogservice.node'));
+
+// Each: what is wrong, the folder to load, what is set up before, the code and text of the error, and that of
+// its cause where the loader or the module itself threw one.
 const REFUSALS = [
-  ['another platform', root, patched(`'platform', { value: 'darwin' }`), 'ERR_ZELK_PLATFORM', /Linux only, and this is darwin/],
-  ['an old Node.js', root, patched(`'versions', { value: { node: '16.20.2' } }`), 'ERR_ZELK_NODE_VERSION',
+  ['another platform', whole, patched(`'platform', { value: 'darwin' }`), 'ERR_ZELK_PLATFORM',
+    /Linux only, and this is darwin/],
+  ['an old Node.js', whole, patched(`'versions', { value: { node: '16.20.2' } }`), 'ERR_ZELK_NODE_VERSION',
     /needs Node\.js 18 or newer, and this is 16\.20\.2: install/],
-  ['no build', root, `process.env.ZELKLOGSERVICE_BUILD = 'nowhere';`, 'ERR_ZELK_NO_BUILD',
+  ['a build that does not exist', root, `process.env.ZELKLOGSERVICE_BUILD = 'nowhere';`, 'ERR_ZELK_NO_BUILD',
     /build\/nowhere\/zelklogservice\.node does not exist: run `cmake --preset nowhere/],
-  ['a checkout that was never built', unbuilt, '', 'ERR_ZELK_NO_BUILD', /does not exist: run `make build`/],
-  ['a build that is no folder name', root, `process.env.ZELKLOGSERVICE_BUILD = '../x';`, 'ERR_ZELK_BUILD_NAME',
-    /ZELKLOGSERVICE_BUILD="\.\.\/x" is not the name of a folder/],
-  ['a run-time library of Debian missing', garbage,
-    `process.dlopen = () => { throw new Error('libjsoncpp.so.25: cannot open shared object file: No such file or directory\\nx') };`,
-    'ERR_ZELK_LIBRARY', /libjsoncpp\.so\.25 is missing: run `apt-get install libjsoncpp25`/],
+  ['a build that is not a folder name', root, `process.env.ZELKLOGSERVICE_BUILD = '../x';`,
+    'ERR_ZELK_BUILD_NAME', /ZELKLOGSERVICE_BUILD="\.\.\/x" is not the name of a folder/],
+  ['a checkout that was never built', copy('.', [], { 'CMakeLists.txt': '' }), '', 'ERR_ZELK_NO_BUILD',
+    /build\/release\/zelklogservice\.node does not exist: run `make build` in/],
+  ['sources that were installed', copy('.', []), '', 'ERR_ZELK_NO_BUILD', /never built: .*`make pack`/],
+  ['another processor', whole, patched(`'arch', { value: 'riscv64' }`), 'ERR_ZELK_PROCESSOR',
+    /no build for linux-riscv64, only for linux-\w+: run/],
+  ['another C library', garbage, patched(`'report', { value: { getReport: () => ({ header: {} }) } }`),
+    'ERR_ZELK_LIBC', /for the GNU C library, and this Node\.js uses another one/, /./],
+  ['an old C library', whole, refusing(`libc.so.6: version \`GLIBC_2.34' not found (required by x)`),
+    'ERR_ZELK_LIBC', /needs newer .* with GLIBC_2\.34: use a newer system/, /GLIBC_2\.34/],
+  ['a run-time library missing', whole,
+    refusing('libgcc_s.so.1: cannot open shared object file: No such file or directory\nx'),
+    'ERR_ZELK_LIBRARY', /libgcc_s\.so\.1 is missing: .*`apt-get install libgcc-s1`/, /^libgcc_s/],
   ['a library of the package missing', incomplete, '', 'ERR_ZELK_LOAD',
-    /libzelk_service_api\.so: cannot open.*install it anew/],
-  ['a file that is no library', garbage, '', 'ERR_ZELK_LOAD',
-    /cannot load .*zelklogservice\.node \(/],
+    /libzelk_service_api\.so: cannot open.*install it anew/, /libzelk_service_api/],
+  ['a file that is not a library', garbage, '', 'ERR_ZELK_LOAD', /cannot load .*zelklogservice\.node \(/, /./],
+  ['an error of the module itself', whole, `const { dlopen } = process;
+    process.dlopen = (module, file) => dlopen({ exports: Object.freeze({}) }, file);`,
+  'ERR_ZELK_INIT', /was loaded, but could not set itself up \(Unknown failure\)$/, /^Unknown failure$/],
 ];
 
-for (const [what, folder, before, code, message] of REFUSALS) {
+for (const [what, folder, before, code, message, cause = /^undefined$/] of REFUSALS) {
   test(`says in one line what is wrong: ${what}`, () => {
-    const script = `${before} try { require(${JSON.stringify(folder)}) } catch ({ code, message, stack }) {
-      console.log(JSON.stringify({ code, message, stack })) }`;
-    const env = { ...process.env, ZELKLOGSERVICE_BUILD: '' };
-    const { stdout, stderr } = spawnSync(process.execPath, ['-e', script], { encoding: 'utf8', env });
+    const { stdout, stderr } = run(`${before} try { require(${JSON.stringify(folder)}) } catch (error) {
+      const { code, message, stack, cause } = error;
+      console.log(JSON.stringify({ code, message, stack, cause: String(cause?.message) })) }`);
     const error = JSON.parse(stdout || 'null');
     assert.equal(error?.code, code, stderr);
     assert.match(error.message, message);
     assert.match(error.message, /^zelklogservice: .+$/);
     assert.equal(error.stack, error.message);
+    assert.match(error.cause, cause);
   });
 }
 
-test('an installed package takes its own libraries, whatever build is named', () => {
-  const folder = installed('complete', (path) => {
-    for (const file of ['zelklogservice.node', 'libohos_host.so', 'libzelk_service_api.so']) {
-      symlinkSync(join(build, file), path(file));
-    }
-  });
-  const script = `console.log(typeof require(${JSON.stringify(folder)}).getModemLogStatus)`;
-  const env = { ...process.env, ZELKLOGSERVICE_BUILD: 'nowhere' };
-  assert.equal(spawnSync(process.execPath, ['-e', script], { encoding: 'utf8', env }).stdout, 'function\n');
+test('a package takes its own libraries, and a checkout those of its build', () => {
+  const checkout = copy('build/release', LIBRARIES, { 'CMakeLists.txt': '' });
+  mkdirSync(join(checkout, OWN), { recursive: true });
+  writeFileSync(join(checkout, OWN, 'zelklogservice.node'), 'of an older package');
+  const loads = (folder) => `console.log(typeof require(${JSON.stringify(folder)}).getModemLogStatus)`;
+  assert.equal(run(loads(whole), { ZELKLOGSERVICE_BUILD: 'nowhere' }).stdout, 'function\n');
+  assert.equal(run(loads(checkout)).stdout, 'function\n');
 });
