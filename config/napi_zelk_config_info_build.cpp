@@ -1,6 +1,7 @@
 #include "config/napi_zelk_config_info_build.h"
 
 #include "common/module_log.h"
+#include "napi/util/handle_scope.h"
 #include "napi/util/napi_util.h"
 
 namespace OHOS::HiviewDFX {
@@ -8,27 +9,6 @@ namespace OHOS::HiviewDFX {
 namespace {
 
 constexpr int32_t INVALID_ARRAY = 7;
-
-// Frees the handles that reading one element made, so that a long array does not pile them up until the call returns.
-class ElementScope {
-public:
-    explicit ElementScope(napi_env env) : env_(env)
-    {
-        napi_open_handle_scope(env, &scope_);
-    }
-    ~ElementScope()
-    {
-        if (scope_ != nullptr) {
-            napi_close_handle_scope(env_, scope_);
-        }
-    }
-    ElementScope(const ElementScope&) = delete;
-    ElementScope& operator=(const ElementScope&) = delete;
-
-private:
-    napi_env env_;
-    napi_handle_scope scope_ = nullptr;
-};
 
 // Whether `array` is one; both lists of arguments are refused with the same text.
 bool CheckArray(napi_env env, napi_value array)
@@ -71,7 +51,7 @@ void NapiZelkConfigInfoBuild::AddParamToList(napi_env env, const std::string& na
         configInfo->AddParam(name, NapiUtil::GetString(env, value));
         break;
     case napi_object:
-        // An object that is no array is left out without a line.
+        // An object that is not an array is left out silently.
         if (NapiUtil::IsArray(env, value)) {
             AddArrayParamToList(env, name, value);
         }
@@ -86,6 +66,7 @@ void NapiZelkConfigInfoBuild::AddArrayParamToList(napi_env env, const std::strin
 {
     switch (NapiUtil::GetArrayType(env, value)) {
     case napi_null:
+        // Empty, or all elements are null: left out silently.
         break;
     case napi_boolean: {
         std::vector<bool> booleans;
@@ -128,7 +109,7 @@ void FillConfigInfoVector(napi_env env, napi_value array, std::vector<std::share
     }
     const uint32_t length = NapiUtil::GetArrayLength(env, array);
     for (uint32_t index = 0; index < length; ++index) {
-        const ElementScope scope(env);
+        const HandleScope scope(env);
         items.push_back(BuildConfigInfo(env, NapiUtil::GetElement(env, array, index)));
     }
 }
@@ -140,7 +121,7 @@ void FillStringVector(napi_env env, napi_value array, std::vector<std::string>& 
     }
     const uint32_t length = NapiUtil::GetArrayLength(env, array);
     for (uint32_t index = 0; index < length; ++index) {
-        const ElementScope scope(env);
+        const HandleScope scope(env);
         strings.push_back(NapiUtil::GetString(env, NapiUtil::GetElement(env, array, index)));
     }
 }

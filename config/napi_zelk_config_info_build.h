@@ -34,6 +34,7 @@ public:
     void AddParamToList(napi_env env, const std::string& name, napi_value value);
     void AddArrayParamToList(napi_env env, const std::string& name, napi_value value);
 
+    // 7 once an array could not be used. For those who build an item themselves: the functions here do not read it.
     int32_t errorCode = 0;
     std::shared_ptr<ConfigInfo> configInfo;
 };
@@ -42,13 +43,13 @@ public:
 std::shared_ptr<ConfigInfo> BuildConfigInfo(napi_env env, napi_value object);
 
 // Appends one item per element of `array`, each an object {configKey, value}; whatever is wrong with an element, it
-// yields an item, at worst one with the key "" and no parameters. A value that is no array is logged and appends
+// yields an item, at worst one with the key "" and no parameters. A value that is not an array is logged and appends
 // nothing. There is no limit on the number of elements, and JavaScript waits while they are read: an element costs
 // about a microsecond plus as much per property, and the memory of its item.
 void FillConfigInfoVector(napi_env env, napi_value array, std::vector<std::shared_ptr<ConfigInfo>>& items);
 
-// Appends one string per element of `array`, "" for an element that is no string of 1 to MAX_STRING_LENGTH bytes. A
-// value that is no array is logged and appends nothing.
+// Appends one string per element of `array`, "" for an element that is not a string of 1 to MAX_STRING_LENGTH bytes. A
+// value that is not an array is logged and appends nothing.
 void FillStringVector(napi_env env, napi_value array, std::vector<std::string>& strings);
 
 } // namespace OHOS::HiviewDFX

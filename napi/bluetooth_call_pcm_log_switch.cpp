@@ -1,8 +1,7 @@
-#include "napi/bluetooth_call_pcm_log_switch.h"
-
 #include "client/zelk_log_service_client.h"
 #include "common/module_log.h"
 #include "napi/calls/switch_call.h"
+#include "napi/functions.h"
 #include "napi/util/napi_util.h"
 
 namespace OHOS::HiviewDFX {
@@ -19,13 +18,13 @@ napi_value HandleBluetoothCallPcmLogSwitch(napi_env env, napi_callback_info info
     if (context == nullptr) {
         return nullptr;
     }
-    return NapiUtil::HandleAsyncWork(env, std::move(context), "HandleBluetoothCallPcmLogSwitch",
+    return NapiUtil::HandleAsyncWork(env, context.release(), "HandleBluetoothCallPcmLogSwitch",
                                      NativeHandleBluetoothCallPcmLogSwitch, HandleBluetoothCallPcmLogSwitchCallback);
 }
 
 void NativeHandleBluetoothCallPcmLogSwitch(napi_env, void* data)
 {
-    auto* context = RecordFrom<SwitchContext>(data);
+    auto* context = ContextFrom<SwitchContext>(data);
     if (context == nullptr) {
         ZELK_ERROR("NativeHandleBluetoothCallPcmLogSwitch: data is null");
         return;
@@ -38,13 +37,13 @@ void NativeHandleBluetoothCallPcmLogSwitch(napi_env, void* data)
 
 void HandleBluetoothCallPcmLogSwitchCallback(napi_env env, napi_status, void* data)
 {
-    auto* context = RecordFrom<SwitchContext>(data);
+    auto* context = ContextFrom<SwitchContext>(data);
     if (context == nullptr) {
         ZELK_ERROR("HandleBluetoothCallPcmLogSwitchCallback: data is null");
         return;
     }
     if (!context->resolved) {
-        // Never answered: the promise stays pending and the record is kept.
+        // Never answered: the promise stays pending and the context is kept.
         ZELK_INFO("HandleBluetoothCallPcmLogSwitchCallback: errorcode %{public}d", context->errorCode);
         return;
     }

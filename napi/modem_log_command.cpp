@@ -1,12 +1,18 @@
-#include "napi/modem_log_command.h"
+#include <memory>
 
 #include "client/zelk_log_service_client.h"
 #include "common/module_log.h"
 #include "config/napi_zelk_config_info_build.h"
-#include "napi/util/match_parameters.h"
+#include "napi/functions.h"
+#include "napi/util/arguments.h"
 #include "napi/util/napi_util.h"
 
 namespace OHOS::HiviewDFX {
+
+struct SendCommandContext : BaseContext {
+    std::shared_ptr<ConfigInfo> command;
+    bool result = false; // The service's answer.
+};
 
 napi_value SendModemLogCommand(napi_env env, napi_callback_info info)
 {
@@ -19,24 +25,19 @@ napi_value SendModemLogCommand(napi_env env, napi_callback_info info)
         return nullptr;
     }
     auto context = std::make_unique<SendCommandContext>();
-    // Only asked whether it can be read: an array is as good a command as any other object.
-    napi_valuetype type = napi_undefined;
-    if (!IsOk(env, napi_typeof(env, arguments[0], &type))) {
-        return nullptr;
-    }
-    // Properties that are missing leave an empty key or no parameters; the command is sent all the same.
+    // Any object is a command, an array too. Properties that are missing leave an empty key or no parameters.
     context->command = BuildConfigInfo(env, arguments[0]);
     // The second of two arguments is the callback, whatever its type.
     if (arguments.count == 2 && !KeepCallback(env, arguments[1], *context)) {
         return nullptr;
     }
-    return NapiUtil::HandleAsyncWork(env, std::move(context), "SendModemLogCommand", NativeSendModemLogCommand,
+    return NapiUtil::HandleAsyncWork(env, context.release(), "SendModemLogCommand", NativeSendModemLogCommand,
                                      SendModemLogCommandCallback);
 }
 
 void NativeSendModemLogCommand(napi_env, void* data)
 {
-    auto* context = RecordFrom<SendCommandContext>(data);
+    auto* context = ContextFrom<SendCommandContext>(data);
     if (context == nullptr) {
         // The capture switch's text.
         ZELK_ERROR("NativeHandleTcpdumpSwitch: data is null");
@@ -49,14 +50,14 @@ void NativeSendModemLogCommand(napi_env, void* data)
 
 void SendModemLogCommandCallback(napi_env env, napi_status, void* data)
 {
-    auto* context = RecordFrom<SendCommandContext>(data);
+    auto* context = ContextFrom<SendCommandContext>(data);
     if (context == nullptr) {
         // The modem log switch's text.
         ZELK_ERROR("HandleModemLogSwitchCallback: data is null");
         return;
     }
     if (!context->resolved) {
-        // Never answered, and not even logged: the promise stays pending and the record is kept.
+        // Never answered, and not even logged: the promise stays pending and the context is kept.
         return;
     }
     NapiUtil::AnswerBoolean(env, context, context->result);

@@ -1,10 +1,9 @@
-#include "napi/modem_log_config.h"
-
 #include "client/zelk_log_service_client.h"
 #include "common/module_log.h"
 #include "config/json_to_object.h"
 #include "napi/calls/config_query_call.h"
 #include "napi/calls/config_reply.h"
+#include "napi/functions.h"
 #include "napi/util/napi_util.h"
 
 namespace OHOS::HiviewDFX {
@@ -37,13 +36,13 @@ napi_value GetModemLogConfig(napi_env env, napi_callback_info info)
     if (context == nullptr) {
         return nullptr;
     }
-    return NapiUtil::HandleAsyncWork(env, std::move(context), "GetModemLogConfig", NativeGetModemLogConfig,
+    return NapiUtil::HandleAsyncWork(env, context.release(), "GetModemLogConfig", NativeGetModemLogConfig,
                                      GetModemLogConfigCallback);
 }
 
 void NativeGetModemLogConfig(napi_env env, void* data)
 {
-    auto* context = RecordFrom<GetConfigContext>(data);
+    auto* context = ContextFrom<GetConfigContext>(data);
     if (context == nullptr) {
         ZELK_ERROR("NativeGetModemLogConfig: data is null");
         NapiUtil::ThrowError(env, 1, "error");
@@ -56,12 +55,12 @@ void NativeGetModemLogConfig(napi_env env, void* data)
 
 void GetModemLogConfigCallback(napi_env env, napi_status, void* data)
 {
-    auto* context = RecordFrom<GetConfigContext>(data);
+    auto* context = ContextFrom<GetConfigContext>(data);
     if (context == nullptr) {
         ZELK_ERROR("GetModemLogConfigCallback: data is null");
         return;
     }
-    // Returning here answers nothing: the promise stays pending and the record is kept.
+    // Returning here answers nothing: the promise stays pending and the context is kept.
     if (context->callbackConfigs.empty() || !context->resolved) {
         ZELK_ERROR("GetModemLogConfigCallback: callbackConfigs is null");
         return;

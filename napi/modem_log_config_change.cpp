@@ -1,8 +1,7 @@
-#include "napi/modem_log_config_change.h"
-
 #include "client/zelk_log_service_client.h"
 #include "common/module_log.h"
 #include "napi/calls/config_change_call.h"
+#include "napi/functions.h"
 #include "napi/util/napi_util.h"
 
 namespace OHOS::HiviewDFX {
@@ -13,20 +12,18 @@ napi_value ChangeModemLogConfig(napi_env env, napi_callback_info info)
         ZELK_ERROR("ChangeModemLogConfig: current app is not system app, so return");
         return nullptr;
     }
-    auto context =
-        ReadConfigChangeCall(env, info,
-                             {"ChangeModemLogConfig: Illegal params", "ChangeModemLogConfig: error object type",
-                              "ChangeModemLogConfig: error array type"});
+    auto context = ReadConfigChangeCall(
+        env, info, {"ChangeModemLogConfig: Illegal params", "ChangeModemLogConfig: error array type"});
     if (context == nullptr) {
         return nullptr;
     }
-    return NapiUtil::HandleAsyncWork(env, std::move(context), "ChangeModemLogConfig", NativeChangeModemLogConfig,
+    return NapiUtil::HandleAsyncWork(env, context.release(), "ChangeModemLogConfig", NativeChangeModemLogConfig,
                                      ChangeModemLogConfigCallback);
 }
 
 void NativeChangeModemLogConfig(napi_env, void* data)
 {
-    auto* context = RecordFrom<ChangeConfigContext>(data);
+    auto* context = ContextFrom<ChangeConfigContext>(data);
     if (context == nullptr) {
         ZELK_ERROR("NativeChangeModemLogConfig: data is null");
         return;
@@ -38,7 +35,7 @@ void NativeChangeModemLogConfig(napi_env, void* data)
 
 void ChangeModemLogConfigCallback(napi_env env, napi_status, void* data)
 {
-    auto* context = RecordFrom<ChangeConfigContext>(data);
+    auto* context = ContextFrom<ChangeConfigContext>(data);
     if (context == nullptr) {
         ZELK_ERROR("ChangeModemLogConfigCallback: data is null");
         return;

@@ -1,11 +1,16 @@
-#include "napi/modem_log_direct_pack_config.h"
+#include <string>
 
 #include "client/zelk_log_service_client.h"
 #include "common/module_log.h"
 #include "napi/calls/unsupported_query_call.h"
+#include "napi/functions.h"
 #include "napi/util/napi_util.h"
 
 namespace OHOS::HiviewDFX {
+
+struct DirectPackConfigContext : BaseContext {
+    std::string directPackConfig; // The service's answer.
+};
 
 napi_value GetModemLogDirectPackConfig(napi_env env, napi_callback_info info)
 {
@@ -18,13 +23,13 @@ napi_value GetModemLogDirectPackConfig(napi_env env, napi_callback_info info)
     if (context == nullptr) {
         return nullptr;
     }
-    return NapiUtil::HandleAsyncWork(env, std::move(context), "GetModemLogDirectPackConfig",
+    return NapiUtil::HandleAsyncWork(env, context.release(), "GetModemLogDirectPackConfig",
                                      NativeGetModemLogDirectPackConfig, GetModemLogDirectPackConfigCallback);
 }
 
 void NativeGetModemLogDirectPackConfig(napi_env, void* data)
 {
-    auto* context = RecordFrom<DirectPackConfigContext>(data);
+    auto* context = ContextFrom<DirectPackConfigContext>(data);
     if (context == nullptr) {
         ZELK_ERROR("NativeGetModemLogDirectPackConfig: data is null");
         return;
@@ -36,16 +41,17 @@ void NativeGetModemLogDirectPackConfig(napi_env, void* data)
 
 void GetModemLogDirectPackConfigCallback(napi_env env, napi_status, void* data)
 {
-    auto* context = RecordFrom<DirectPackConfigContext>(data);
+    auto* context = ContextFrom<DirectPackConfigContext>(data);
     if (context == nullptr) {
         ZELK_ERROR("GetModemLogDirectPackConfigCallback: data is null");
         return;
     }
     if (!context->resolved) {
-        // Never answered: the promise stays pending and the record is kept.
+        // Never answered: the promise stays pending and the context is kept. The text is that of the list queries.
         ZELK_ERROR("GetModemLogDirectPackConfigCallback: callbackConfigs is null");
         return;
     }
+    // Ends at the text's first NUL.
     napi_value config = nullptr;
     napi_create_string_utf8(env, context->directPackConfig.c_str(), NAPI_AUTO_LENGTH, &config);
     NapiUtil::Answer(env, context, config);

@@ -1,12 +1,18 @@
-#include "napi/modem_log_log_masks.h"
+#include <string>
+#include <vector>
 
 #include "client/zelk_log_service_client.h"
 #include "common/module_log.h"
 #include "napi/calls/config_reply.h"
 #include "napi/calls/unsupported_query_call.h"
+#include "napi/functions.h"
 #include "napi/util/napi_util.h"
 
 namespace OHOS::HiviewDFX {
+
+struct LogMasksContext : BaseContext {
+    std::vector<std::string> logMasks; // The service's answer: one JSON text per mask.
+};
 
 napi_value GetModemLogLogMasks(napi_env env, napi_callback_info info)
 {
@@ -19,13 +25,13 @@ napi_value GetModemLogLogMasks(napi_env env, napi_callback_info info)
     if (context == nullptr) {
         return nullptr;
     }
-    return NapiUtil::HandleAsyncWork(env, std::move(context), "GetModemLogLogMasks", NativeGetModemLogLogMasks,
+    return NapiUtil::HandleAsyncWork(env, context.release(), "GetModemLogLogMasks", NativeGetModemLogLogMasks,
                                      GetModemLogLogMasksCallback);
 }
 
 void NativeGetModemLogLogMasks(napi_env, void* data)
 {
-    auto* context = RecordFrom<LogMasksContext>(data);
+    auto* context = ContextFrom<LogMasksContext>(data);
     if (context == nullptr) {
         ZELK_ERROR("NativeGetModemLogLogMasks: data is null");
         return;
@@ -37,12 +43,12 @@ void NativeGetModemLogLogMasks(napi_env, void* data)
 
 void GetModemLogLogMasksCallback(napi_env env, napi_status, void* data)
 {
-    auto* context = RecordFrom<LogMasksContext>(data);
+    auto* context = ContextFrom<LogMasksContext>(data);
     if (context == nullptr) {
         ZELK_ERROR("GetModemLogLogMasksCallback: data is null");
         return;
     }
-    // Returning here answers nothing: the promise stays pending and the record is kept.
+    // Returning here answers nothing: the promise stays pending and the context is kept.
     if (context->logMasks.empty() || !context->resolved) {
         ZELK_ERROR("GetModemLogLogMasksCallback: callbackConfigs is null");
         return;

@@ -1,8 +1,7 @@
-#include "napi/modem_log_status.h"
-
 #include "client/zelk_log_service_client.h"
 #include "common/module_log.h"
-#include "napi/util/arguments.h"
+#include "napi/calls/status_query_call.h"
+#include "napi/functions.h"
 #include "napi/util/napi_util.h"
 
 namespace OHOS::HiviewDFX {
@@ -13,28 +12,18 @@ napi_value GetModemLogStatus(napi_env env, napi_callback_info info)
         ZELK_ERROR("GetModemLogStatus: current app is not system app, so return");
         return nullptr;
     }
-    Arguments<1> arguments;
-    if (!ReadArguments(env, info, arguments)) {
+    // At ERROR level, although nothing is wrong with one argument.
+    auto context = ReadStatusQueryCall(env, info, "GetModemLogStatus: enter PARAMETER_COUNT_ONE");
+    if (context == nullptr) {
         return nullptr;
     }
-    auto context = std::make_unique<GetModemLogStatusContext>();
-    if (arguments.count > 1) {
-        ZELK_ERROR("GetModemLogStatus: Illegal params number");
-        return nullptr;
-    }
-    if (arguments.count == 1) {
-        ZELK_ERROR("GetModemLogStatus: enter PARAMETER_COUNT_ONE");
-        if (!KeepCallbackIfFunction(env, arguments[0], *context)) {
-            return nullptr;
-        }
-    }
-    return NapiUtil::HandleAsyncWork(env, std::move(context), "GetModemLogStatus", NativeGetModemLogStatus,
+    return NapiUtil::HandleAsyncWork(env, context.release(), "GetModemLogStatus", NativeGetModemLogStatus,
                                      GetModemLogStatusCallback);
 }
 
 void NativeGetModemLogStatus(napi_env, void* data)
 {
-    auto* context = RecordFrom<GetModemLogStatusContext>(data);
+    auto* context = ContextFrom<GetModemLogStatusContext>(data);
     if (context == nullptr) {
         ZELK_ERROR("NativeGetModemLogStatus: data is null");
         return;
@@ -46,21 +35,16 @@ void NativeGetModemLogStatus(napi_env, void* data)
 
 void GetModemLogStatusCallback(napi_env env, napi_status, void* data)
 {
-    auto* context = RecordFrom<GetModemLogStatusContext>(data);
+    auto* context = ContextFrom<GetModemLogStatusContext>(data);
     if (context == nullptr) {
         ZELK_ERROR("GetModemLogStatusCallback: data is null");
         return;
     }
     if (!context->resolved) {
-        // The state is delivered all the same, as the value of the rejection.
+        // The status is delivered all the same, as the value of the rejection.
         ZELK_ERROR("GetModemLogStatusCallback: asyncContext's resolved is false");
     }
-    napi_value status = nullptr;
-    if (napi_get_boolean(env, context->status, &status) != napi_ok) {
-        ZELK_ERROR("GetModemLogStatusCallback: fill bool failed");
-        return;
-    }
-    NapiUtil::Answer(env, context, status);
+    AnswerStatus(env, context);
 }
 
 } // namespace OHOS::HiviewDFX

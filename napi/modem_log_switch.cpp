@@ -1,8 +1,7 @@
-#include "napi/modem_log_switch.h"
-
 #include "client/zelk_log_service_client.h"
 #include "common/module_log.h"
 #include "napi/calls/switch_call.h"
+#include "napi/functions.h"
 #include "napi/util/napi_util.h"
 
 namespace OHOS::HiviewDFX {
@@ -20,13 +19,13 @@ napi_value HandleModemLogSwitch(napi_env env, napi_callback_info info)
     if (context == nullptr) {
         return nullptr;
     }
-    return NapiUtil::HandleAsyncWork(env, std::move(context), "HandleModemLogSwitch", NativeHandleModemLogSwitch,
+    return NapiUtil::HandleAsyncWork(env, context.release(), "HandleModemLogSwitch", NativeHandleModemLogSwitch,
                                      HandleModemLogSwitchCallback);
 }
 
 void NativeHandleModemLogSwitch(napi_env, void* data)
 {
-    auto* context = RecordFrom<SwitchContext>(data);
+    auto* context = ContextFrom<SwitchContext>(data);
     if (context == nullptr) {
         ZELK_ERROR("NativeHandleModemLogSwitch: data is null");
         return;
@@ -43,7 +42,7 @@ void NativeHandleModemLogSwitch(napi_env, void* data)
 
 void HandleModemLogSwitchCallback(napi_env env, napi_status, void* data)
 {
-    auto* context = RecordFrom<SwitchContext>(data);
+    auto* context = ContextFrom<SwitchContext>(data);
     if (context == nullptr) {
         ZELK_ERROR("HandleModemLogSwitchCallback: data is null");
         return;

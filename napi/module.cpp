@@ -1,20 +1,8 @@
 // The entry of the shared object: the module record, its registration and the table of functions.
 #include <array>
 
-#include "napi/bluetooth_call_pcm_log_switch.h"
-#include "napi/modem_log_command.h"
-#include "napi/modem_log_config.h"
-#include "napi/modem_log_config_change.h"
-#include "napi/modem_log_direct_pack_config.h"
-#include "napi/modem_log_log_masks.h"
-#include "napi/modem_log_status.h"
-#include "napi/modem_log_switch.h"
+#include "napi/functions.h"
 #include "napi/native_api.h"
-#include "napi/remote_devices.h"
-#include "napi/tcpdump_config.h"
-#include "napi/tcpdump_config_change.h"
-#include "napi/tcpdump_status.h"
-#include "napi/tcpdump_switch.h"
 #include "napi/util/checked_call.h"
 
 namespace OHOS::HiviewDFX {
@@ -50,7 +38,7 @@ napi_value Init(napi_env env, napi_value exports)
 {
     auto functions = FUNCTIONS;
     const napi_status status = napi_define_properties(env, exports, functions.size(), functions.data());
-    return IsOk(env, status) ? exports : nullptr;
+    return CheckCall(env, status) ? exports : nullptr;
 }
 
 napi_module g_module = {

@@ -1,10 +1,10 @@
-#include "napi/remote_devices.h"
-
+#include <memory>
 #include <string>
 #include <utility>
 
 #include "client/zelk_log_service_client.h"
 #include "common/module_log.h"
+#include "napi/functions.h"
 #include "napi/util/arguments.h"
 #include "napi/util/napi_executor.h"
 #include "napi/util/napi_util.h"
@@ -12,8 +12,6 @@
 namespace OHOS::HiviewDFX {
 
 namespace {
-
-using TextExecutor = NapiExecutor<std::string>;
 
 // False when there are not exactly N arguments, which is logged, or when they cannot be read, which is thrown.
 template <size_t N>
@@ -23,7 +21,7 @@ bool ReadExactly(napi_env env, napi_callback_info info, const char* function, Ar
         return false;
     }
     if (arguments.count != N) {
-        // One format for all: it says 1 whatever N is.
+        // One line for all: it says that 1 was expected, whatever N is, and "uz" prints the number and a z.
         ZELK_LOG(LOG_WARN, TAG_FRAMEWORK,
                  "[%{public}s]\"param count is incorrect. expected=%{public}uz actual=%{public}zu\"", function, 1U,
                  arguments.count);
@@ -32,21 +30,18 @@ bool ReadExactly(napi_env env, napi_callback_info info, const char* function, Ar
     return true;
 }
 
-// On a worker: makes `request` of the client, which writes the reply.
+// Makes `request` of the client on a worker. It writes the reply, which the promise gets, and returns the code.
 template <typename Request>
-std::pair<int, std::string> Ask(Request request)
+napi_value Run(napi_env env, const char* function, Request request)
 {
-    std::string reply;
-    const auto client = DelayedSingleton<ZelkLogServiceClient>::GetInstance();
-    const int32_t code = request(*client, reply);
-    return {code, std::move(reply)};
-}
-
-napi_value Run(napi_env env, const char* function, TextExecutor::Job job)
-{
-    // Owns itself from here on.
-    auto* executor = new TextExecutor(function, env, std::move(job), NapiUtil::CreateStringValue);
-    return executor->Execute();
+    auto job = [request = std::move(request)] {
+        std::string reply;
+        const auto client = DelayedSingleton<ZelkLogServiceClient>::GetInstance();
+        const int32_t code = request(*client, reply);
+        return std::make_pair(code, std::move(reply));
+    };
+    return NapiContext::Execute(
+        std::make_unique<NapiExecutor<std::string>>(function, env, std::move(job), NapiUtil::CreateStringValue));
 }
 
 } // namespace
@@ -57,13 +52,12 @@ napi_value FetchRemoteDevicesLogs(napi_env env, napi_callback_info info)
     if (!ReadExactly(env, info, "FetchRemoteDevicesLogs", arguments)) {
         return nullptr;
     }
-    std::string request = NapiUtil::GetString(env, arguments[0]);
+    std::string text = NapiUtil::GetString(env, arguments[0]);
     const int64_t number = NapiUtil::GetInt64(env, arguments[1]);
-    return Run(env, "FetchRemoteDevicesLogs", [request = std::move(request), number] {
-        return Ask([&](ZelkLogServiceClient& client, std::string& reply) {
-            return client.FetchRemoteDevicesLogs(request, reply, number);
-        });
-    });
+    return Run(env, "FetchRemoteDevicesLogs",
+               [text = std::move(text), number](ZelkLogServiceClient& client, std::string& reply) {
+                   return client.FetchRemoteDevicesLogs(text, reply, number);
+               });
 }
 
 napi_value QueryRemoteDevicesLogs(napi_env env, napi_callback_info info)
@@ -72,19 +66,16 @@ napi_value QueryRemoteDevicesLogs(napi_env env, napi_callback_info info)
     if (!ReadExactly(env, info, "QueryRemoteDevicesLogs", arguments)) {
         return nullptr;
     }
-    std::string request = NapiUtil::GetString(env, arguments[0]);
-    return Run(env, "QueryRemoteDevicesLogs", [request = std::move(request)] {
-        return Ask([&](ZelkLogServiceClient& client, std::string& reply) {
-            return client.QueryRemoteDevicesLogs(request, reply);
-        });
-    });
+    return Run(env, "QueryRemoteDevicesLogs",
+               [text = NapiUtil::GetString(env, arguments[0])](ZelkLogServiceClient& client, std::string& reply) {
+                   return client.QueryRemoteDevicesLogs(text, reply);
+               });
 }
 
 napi_value GetRemoteDevicesList(napi_env env, napi_callback_info)
 {
-    return Run(env, "GetRemoteDevicesList", [] {
-        return Ask([](ZelkLogServiceClient& client, std::string& reply) { return client.GetRemoteDevicesList(reply); });
-    });
+    return Run(env, "GetRemoteDevicesList",
+               [](ZelkLogServiceClient& client, std::string& reply) { return client.GetRemoteDevicesList(reply); });
 }
 
 napi_value QueryProtocolData(napi_env env, napi_callback_info info)
@@ -93,14 +84,14 @@ napi_value QueryProtocolData(napi_env env, napi_callback_info info)
     if (!ReadExactly(env, info, "QueryProtocolData", arguments)) {
         return nullptr;
     }
-    std::string request = NapiUtil::GetString(env, arguments[0]);
-    return Run(env, "QueryProtocolData", [request = std::move(request)] {
-        auto answer = Ask(
-            [&](ZelkLogServiceClient& client, std::string& reply) { return client.QueryProtocolData(request, reply); });
-        ZELK_LOG(LOG_INFO, TAG_PROTOCOL, "[%{public}s]\"napi callback into response : %{public}s\"", "operator()",
-                 answer.second.c_str());
-        return answer;
-    });
+    return Run(env, "QueryProtocolData",
+               [text = NapiUtil::GetString(env, arguments[0])](ZelkLogServiceClient& client, std::string& reply) {
+                   const int32_t code = client.QueryProtocolData(text, reply);
+                   // The line names the function "operator()".
+                   ZELK_LOG(LOG_INFO, TAG_PROTOCOL, "[%{public}s]\"napi callback into response : %{public}s\"",
+                            "operator()", reply.c_str());
+                   return code;
+               });
 }
 
 } // namespace OHOS::HiviewDFX

@@ -1,10 +1,9 @@
-#include "napi/tcpdump_config.h"
-
 #include "client/zelk_log_service_client.h"
 #include "common/module_log.h"
 #include "config/json_to_object.h"
 #include "napi/calls/config_query_call.h"
 #include "napi/calls/config_reply.h"
+#include "napi/functions.h"
 #include "napi/util/napi_util.h"
 
 namespace OHOS::HiviewDFX {
@@ -36,13 +35,13 @@ napi_value GetTcpdumpConfig(napi_env env, napi_callback_info info)
     if (context == nullptr) {
         return nullptr;
     }
-    return NapiUtil::HandleAsyncWork(env, std::move(context), "GetTcpdumpConfig", NativeGetTcpdumpConfig,
+    return NapiUtil::HandleAsyncWork(env, context.release(), "GetTcpdumpConfig", NativeGetTcpdumpConfig,
                                      GetTcpdumpConfigCallback);
 }
 
 void NativeGetTcpdumpConfig(napi_env env, void* data)
 {
-    auto* context = RecordFrom<GetConfigContext>(data);
+    auto* context = ContextFrom<GetConfigContext>(data);
     if (context == nullptr) {
         ZELK_ERROR("NativeGetTcpdumpConfig: data is null");
         NapiUtil::ThrowError(env, 1, "error");
@@ -56,14 +55,14 @@ void NativeGetTcpdumpConfig(napi_env env, void* data)
 
 void GetTcpdumpConfigCallback(napi_env env, napi_status, void* data)
 {
-    auto* context = RecordFrom<GetConfigContext>(data);
+    auto* context = ContextFrom<GetConfigContext>(data);
     if (context == nullptr) {
         ZELK_ERROR("GetTcpdumpConfigCallback: data is null");
         return;
     }
     ZELK_ERROR("[TCP dump] GetTcpdumpConfigCallback %{public}d - %{public}d", context->callbackConfigs.empty(),
                !context->resolved);
-    // Returning here answers nothing: the promise stays pending and the record is kept.
+    // Returning here answers nothing: the promise stays pending and the context is kept.
     if (context->callbackConfigs.empty() || !context->resolved) {
         ZELK_ERROR("GetTcpdumpConfigCallback: callbackConfigs is null");
         return;

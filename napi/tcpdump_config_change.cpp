@@ -1,8 +1,7 @@
-#include "napi/tcpdump_config_change.h"
-
 #include "client/zelk_log_service_client.h"
 #include "common/module_log.h"
 #include "napi/calls/config_change_call.h"
+#include "napi/functions.h"
 #include "napi/util/napi_util.h"
 
 namespace OHOS::HiviewDFX {
@@ -17,19 +16,19 @@ napi_value ChangeTcpdumpConfig(napi_env env, napi_callback_info info)
     }
     auto context = ReadConfigChangeCall(env, info,
                                         {"[TCP dump] napi ChangeTcpdumpConfig: Illegal params",
-                                         "[TCP dump] napi ChangeTcpdumpConfig: error object type",
+
                                          "[TCP dump] napi ChangeTcpdumpConfig: error array type"});
     if (context == nullptr) {
         return nullptr;
     }
     ZELK_ERROR("[TCP dump] napi ChangeTcpdumpConfig: end");
-    return NapiUtil::HandleAsyncWork(env, std::move(context), "ChangeTcpdumpConfig", NativeChangeTcpdumpConfig,
+    return NapiUtil::HandleAsyncWork(env, context.release(), "ChangeTcpdumpConfig", NativeChangeTcpdumpConfig,
                                      ChangeTcpdumpConfigCallback);
 }
 
 void NativeChangeTcpdumpConfig(napi_env, void* data)
 {
-    auto* context = RecordFrom<ChangeConfigContext>(data);
+    auto* context = ContextFrom<ChangeConfigContext>(data);
     if (context == nullptr) {
         ZELK_ERROR("NativeChangeTcpdumpConfig: data is null");
         return;
@@ -41,14 +40,14 @@ void NativeChangeTcpdumpConfig(napi_env, void* data)
 
 void ChangeTcpdumpConfigCallback(napi_env env, napi_status, void* data)
 {
-    auto* context = RecordFrom<ChangeConfigContext>(data);
+    auto* context = ContextFrom<ChangeConfigContext>(data);
     if (context == nullptr) {
         // The modem log's text.
         ZELK_ERROR("ChangeModemLogConfigCallback: data is null");
         return;
     }
     if (!context->resolved) {
-        // Never answered, and not even logged: the promise stays pending and the record is kept.
+        // Never answered, and not even logged: the promise stays pending and the context is kept.
         return;
     }
     NapiUtil::AnswerBoolean(env, context, context->result);

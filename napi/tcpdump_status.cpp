@@ -1,9 +1,7 @@
-#include "napi/tcpdump_status.h"
-
 #include "client/zelk_log_service_client.h"
 #include "common/module_log.h"
-#include "napi/modem_log_status.h"
-#include "napi/util/arguments.h"
+#include "napi/calls/status_query_call.h"
+#include "napi/functions.h"
 #include "napi/util/napi_util.h"
 
 namespace OHOS::HiviewDFX {
@@ -16,25 +14,17 @@ napi_value GetTcpdumpStatus(napi_env env, napi_callback_info info)
         ZELK_ERROR("GetModemLogStatus: current app is not system app, so return");
         return nullptr;
     }
-    Arguments<1> arguments;
-    if (!ReadArguments(env, info, arguments)) {
+    auto context = ReadStatusQueryCall(env, info, nullptr);
+    if (context == nullptr) {
         return nullptr;
     }
-    auto context = std::make_unique<GetModemLogStatusContext>();
-    if (arguments.count > 1) {
-        ZELK_ERROR("GetModemLogStatus: Illegal params number");
-        return nullptr;
-    }
-    if (arguments.count == 1 && !KeepCallbackIfFunction(env, arguments[0], *context)) {
-        return nullptr;
-    }
-    return NapiUtil::HandleAsyncWork(env, std::move(context), "GetTcpdumpStatus", NativeGetTcpdumpStatus,
+    return NapiUtil::HandleAsyncWork(env, context.release(), "GetTcpdumpStatus", NativeGetTcpdumpStatus,
                                      GetTcpdumpStatusCallback);
 }
 
 void NativeGetTcpdumpStatus(napi_env, void* data)
 {
-    auto* context = RecordFrom<GetModemLogStatusContext>(data);
+    auto* context = ContextFrom<GetModemLogStatusContext>(data);
     if (context == nullptr) {
         ZELK_ERROR("NativeGetTcpdumpStatus: data is null");
         return;
@@ -46,22 +36,17 @@ void NativeGetTcpdumpStatus(napi_env, void* data)
 
 void GetTcpdumpStatusCallback(napi_env env, napi_status, void* data)
 {
-    auto* context = RecordFrom<GetModemLogStatusContext>(data);
+    auto* context = ContextFrom<GetModemLogStatusContext>(data);
     if (context == nullptr) {
         ZELK_ERROR("GetModemLogStatusCallback: data is null");
         return;
     }
     if (!context->resolved) {
-        // Never answered: the promise stays pending and the record is kept.
+        // Never answered: the promise stays pending and the context is kept.
         ZELK_ERROR("GetModemLogStatusCallback: asyncContext's resolved is false");
         return;
     }
-    napi_value status = nullptr;
-    if (napi_get_boolean(env, context->status, &status) != napi_ok) {
-        ZELK_ERROR("GetModemLogStatusCallback: fill bool failed");
-        return;
-    }
-    NapiUtil::Answer(env, context, status);
+    AnswerStatus(env, context);
 }
 
 } // namespace OHOS::HiviewDFX

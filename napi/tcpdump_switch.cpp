@@ -1,8 +1,7 @@
-#include "napi/tcpdump_switch.h"
-
 #include "client/zelk_log_service_client.h"
 #include "common/module_log.h"
 #include "napi/calls/switch_call.h"
+#include "napi/functions.h"
 #include "napi/util/napi_util.h"
 
 namespace OHOS::HiviewDFX {
@@ -20,13 +19,13 @@ napi_value HandleTcpdumpSwitch(napi_env env, napi_callback_info info)
     if (context == nullptr) {
         return nullptr;
     }
-    return NapiUtil::HandleAsyncWork(env, std::move(context), "HandleTcpdumpSwitch", NativeHandleTcpdumpSwitch,
+    return NapiUtil::HandleAsyncWork(env, context.release(), "HandleTcpdumpSwitch", NativeHandleTcpdumpSwitch,
                                      HandleTcpdumpSwitchCallback);
 }
 
 void NativeHandleTcpdumpSwitch(napi_env, void* data)
 {
-    auto* context = RecordFrom<SwitchContext>(data);
+    auto* context = ContextFrom<SwitchContext>(data);
     if (context == nullptr) {
         ZELK_ERROR("NativeHandleTcpdumpSwitch: data is null");
         return;
@@ -43,14 +42,14 @@ void NativeHandleTcpdumpSwitch(napi_env, void* data)
 
 void HandleTcpdumpSwitchCallback(napi_env env, napi_status, void* data)
 {
-    auto* context = RecordFrom<SwitchContext>(data);
+    auto* context = ContextFrom<SwitchContext>(data);
     if (context == nullptr) {
         // The modem log switch's text.
         ZELK_ERROR("HandleModemLogSwitchCallback: data is null");
         return;
     }
     if (!context->resolved) {
-        // Never answered: the promise stays pending and the record is kept.
+        // Never answered: the promise stays pending and the context is kept.
         ZELK_INFO("HandleTcpdumpSwitchCallback: errorcode %{public}d", context->errorCode);
         return;
     }

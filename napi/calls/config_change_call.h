@@ -1,4 +1,4 @@
-// What the functions that change a configuration have in common: their record and their arguments.
+// What the functions that change a configuration have in common: their context and their arguments.
 #ifndef ZELKLOGSERVICE_NAPI_CALLS_CONFIG_CHANGE_CALL_H
 #define ZELKLOGSERVICE_NAPI_CALLS_CONFIG_CHANGE_CALL_H
 
@@ -18,7 +18,6 @@ struct ChangeConfigContext : BaseContext {
 // The log lines in which the change functions differ.
 struct ConfigChangeTexts {
     const char* illegalParams;
-    const char* errorObjectType;
     const char* errorArrayType;
 };
 

@@ -1,4 +1,4 @@
-// What the functions that read a configuration have in common: their record, their arguments and their answer.
+// What the functions that read a configuration have in common: their context, their arguments and their answer.
 #ifndef ZELKLOGSERVICE_NAPI_CALLS_CONFIG_QUERY_CALL_H
 #define ZELKLOGSERVICE_NAPI_CALLS_CONFIG_QUERY_CALL_H
 
@@ -23,8 +23,9 @@ struct ConfigQueryTexts {
     const char* illegalCount;
 };
 
-// Reads (keys) or (keys, callback): `keys` is an array, a second argument that is no function is ignored. Null when the
-// call is refused, which is logged, or when a Node-API call fails, a missing first argument included, which is thrown.
+// Reads (keys) or (keys, callback): `keys` is an array, a second argument that is not a function is ignored. Null when
+// the call is refused, which is logged, or when a Node-API call fails, a missing first argument included, which is
+// thrown.
 std::unique_ptr<GetConfigContext> ReadConfigQueryCall(napi_env env, napi_callback_info info,
                                                       const ConfigQueryTexts& texts);
 

@@ -1,6 +1,7 @@
 #include "napi/calls/config_reply.h"
 
 #include "config/json_text.h"
+#include "napi/util/handle_scope.h"
 #include "napi/util/napi_util.h"
 
 namespace OHOS::HiviewDFX {
@@ -37,6 +38,7 @@ bool ConfigReplyToArray(napi_env env, const std::vector<std::string>& texts, Exp
     napi_create_array(env, array);
     uint32_t index = 0;
     for (const std::string& text : texts) {
+        const HandleScope scope(env);
         napi_value item = nullptr;
         napi_create_object(env, &item);
         try {

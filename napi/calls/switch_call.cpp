@@ -13,7 +13,7 @@ namespace {
 bool ReadState(napi_env env, napi_value state, const SwitchTexts& texts, SwitchContext& context)
 {
     napi_valuetype type = napi_undefined;
-    if (!IsOk(env, napi_typeof(env, state, &type))) {
+    if (!CheckCall(env, napi_typeof(env, state, &type))) {
         return false;
     }
     if (type == napi_boolean) {
@@ -22,16 +22,6 @@ bool ReadState(napi_env env, napi_value state, const SwitchTexts& texts, SwitchC
             ZELK_ERROR("%{public}s%{public}d", texts.switchStatus, context.switchStatus);
         }
     }
-    return true;
-}
-
-// False when `value` is no array.
-bool ReadConfigs(napi_env env, napi_value value, SwitchContext& context)
-{
-    if (!NapiUtil::IsArray(env, value)) {
-        return false;
-    }
-    FillConfigInfoVector(env, value, context.configs);
     return true;
 }
 
@@ -51,17 +41,27 @@ std::unique_ptr<SwitchContext> ReadSwitchCall(napi_env env, napi_callback_info i
     if (!ReadState(env, arguments[0], texts, *context)) {
         return nullptr;
     }
-    if (arguments.count == 3) {
-        if (!KeepCallback(env, arguments[1], *context)) {
-            return nullptr;
-        }
-        ReadConfigs(env, arguments[2], *context);
-    } else if (arguments.count == 2 && !ReadConfigs(env, arguments[1], *context)) {
-        if (NapiUtil::IsUndefined(env, arguments[1])) {
+    switch (arguments.count) {
+    case 2:
+        if (NapiUtil::IsArray(env, arguments[1])) {
+            FillConfigInfoVector(env, arguments[1], context->configs);
+        } else if (NapiUtil::IsUndefined(env, arguments[1])) {
             ZELK_INFO("%{public}s", texts.configUndefined);
         } else if (!KeepCallback(env, arguments[1], *context)) {
             return nullptr;
         }
+        break;
+    case 3:
+        // The callback comes before the items, not after them.
+        if (!KeepCallback(env, arguments[1], *context)) {
+            return nullptr;
+        }
+        if (NapiUtil::IsArray(env, arguments[2])) {
+            FillConfigInfoVector(env, arguments[2], context->configs);
+        }
+        break;
+    default:
+        break;
     }
     return context;
 }

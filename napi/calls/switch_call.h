@@ -1,4 +1,4 @@
-// What the functions that switch a log on and off have in common: their record and their arguments.
+// What the functions that switch a log on and off have in common: their context and their arguments.
 #ifndef ZELKLOGSERVICE_NAPI_CALLS_SWITCH_CALL_H
 #define ZELKLOGSERVICE_NAPI_CALLS_SWITCH_CALL_H
 
@@ -24,9 +24,9 @@ struct SwitchTexts {
 };
 
 // Reads (state), (state, configs), (state, callback) or (state, callback, configs). Only `true` means on. With two
-// arguments the second is the callback unless it is an array or undefined; no callback's type is looked at, and a third
-// argument that is no array is ignored. Null when the call is refused (four or more arguments, logged) or a Node-API
-// call fails (thrown), a missing state included.
+// arguments the second is the callback unless it is an array or undefined; the type of a callback is not checked, and a
+// third argument that is not an array is ignored. Null when the call is refused (four or more arguments, logged) or a
+// Node-API call fails (thrown), a missing state included.
 std::unique_ptr<SwitchContext> ReadSwitchCall(napi_env env, napi_callback_info info, const SwitchTexts& texts);
 
 } // namespace OHOS::HiviewDFX

@@ -5,7 +5,6 @@
 #include <memory>
 
 #include "napi/util/arguments.h"
-#include "napi/util/match_parameters.h"
 #include "napi/util/napi_util.h"
 
 namespace OHOS::HiviewDFX {
@@ -15,20 +14,20 @@ constexpr int32_t FUNCTION_NOT_SUPPORTED = 6;
 // Throws `message` with the code for an unsupported function and goes on while that error is pending: it is what the
 // JavaScript caller gets from the call. Then reads ([callback]); the callback counts only when it is a function and the
 // one argument. Null when a Node-API call fails.
-template <typename Record>
-std::unique_ptr<Record> ReadUnsupportedQueryCall(napi_env env, napi_callback_info info, const char* message)
+template <typename Context>
+std::unique_ptr<Context> ReadUnsupportedQueryCall(napi_env env, napi_callback_info info, const char* message)
 {
     NapiUtil::ThrowError(env, FUNCTION_NOT_SUPPORTED, message);
     Arguments<1> arguments;
     if (!ReadArguments(env, info, arguments)) {
         return nullptr;
     }
-    // Never stops the call: no argument is as good as any. What does not match is logged.
+    // Never stops the call: the empty list matches anything. What does not match the first one is logged.
     const napi_value* argv = arguments.values.data();
     if (!MatchParameters(env, argv, {napi_function})) {
         MatchParameters(env, argv, {});
     }
-    auto context = std::make_unique<Record>();
+    auto context = std::make_unique<Context>();
     if (arguments.count == 1 && !KeepCallbackIfFunction(env, arguments[0], *context)) {
         return nullptr;
     }

@@ -1,9 +1,10 @@
-// Reading the arguments of a JavaScript call.
+// Reading and checking the arguments of a JavaScript call.
 #ifndef ZELKLOGSERVICE_NAPI_UTIL_ARGUMENTS_H
 #define ZELKLOGSERVICE_NAPI_UTIL_ARGUMENTS_H
 
 #include <array>
 #include <cstddef>
+#include <initializer_list>
 
 #include "napi/native_api.h"
 #include "napi/util/base_context.h"
@@ -29,7 +30,7 @@ template <size_t N>
 bool ReadArguments(napi_env env, napi_callback_info info, Arguments<N>& arguments)
 {
     arguments.count = N;
-    if (!IsOk(env, napi_get_cb_info(env, info, &arguments.count, arguments.values.data(), nullptr, nullptr))) {
+    if (!CheckCall(env, napi_get_cb_info(env, info, &arguments.count, arguments.values.data(), nullptr, nullptr))) {
         return false;
     }
     for (size_t index = arguments.count; index < N; ++index) {
@@ -37,6 +38,14 @@ bool ReadArguments(napi_env env, napi_callback_info info, Arguments<N>& argument
     }
     return true;
 }
+
+// Whether argv[i] is of the i-th type for every type of the list. The first mismatch is logged; an argument that is
+// missing is one, and throws. An empty list matches and is logged too. `argv` has a slot for every type.
+bool MatchParameters(napi_env env, const napi_value argv[], std::initializer_list<napi_valuetype> types);
+
+// Reads (object) or (object, any). False when the first argument is not an object, which is logged with
+// `illegalParams`, or when a Node-API call fails, a missing first argument included, which is thrown.
+bool ReadObjectArguments(napi_env env, napi_callback_info info, const char* illegalParams, Arguments<2>& arguments);
 
 // Makes `value` the call's callback, whatever its type. False when that fails, which has been thrown.
 bool KeepCallback(napi_env env, napi_value value, BaseContext& context);

@@ -1,12 +1,12 @@
 #include "napi/util/base_context.h"
 
-#include <cstring>
+#include <new>
 
 namespace OHOS::HiviewDFX {
 
 void* BaseContext::operator new(size_t size)
 {
-    return std::memset(::operator new(size), 0, size);
+    return ::operator new(size);
 }
 
 void BaseContext::operator delete(void* storage)

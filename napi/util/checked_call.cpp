@@ -1,8 +1,10 @@
 #include "napi/util/checked_call.h"
 
+#include <string>
+
 namespace OHOS::HiviewDFX {
 
-bool IsOk(napi_env env, napi_status status)
+bool CheckCall(napi_env env, napi_status status)
 {
     if (status == napi_ok) {
         return true;
@@ -17,6 +19,12 @@ bool IsOk(napi_env env, napi_status status)
         napi_throw_error(env, nullptr, message == nullptr ? "empty error message" : message);
     }
     return false;
+}
+
+bool ThrowQueueError(napi_env env, napi_status status)
+{
+    const std::string code = std::to_string(status);
+    return CheckCall(env, napi_throw_error(env, code.c_str(), "error at napi_queue_async_work"));
 }
 
 } // namespace OHOS::HiviewDFX

@@ -10,7 +10,11 @@ namespace OHOS::HiviewDFX {
 // the call that has just failed ("empty error message" when it has none), and false is returned. Nothing is thrown when
 // an exception is pending already or the runtime keeps no error record. JavaScript thread only; to be called with the
 // status of the last Node-API call, before any other.
-bool IsOk(napi_env env, napi_status status);
+bool CheckCall(napi_env env, napi_status status);
+
+// Throws the Error for a work that could not be queued: "error at napi_queue_async_work", with the status as its code.
+// False when that fails; then what CheckCall throws is thrown.
+bool ThrowQueueError(napi_env env, napi_status status);
 
 } // namespace OHOS::HiviewDFX
 

@@ -1,6 +1,5 @@
 #include "napi/util/napi_context.h"
 
-#include <memory>
 #include <utility>
 
 #include "common/module_log.h"
@@ -22,31 +21,31 @@ NapiContext::~NapiContext()
     ZELK_LOG(LOG_INFO, TAG_FRAMEWORK, "[%{public}s]\"[%{public}s]\"", "~NapiContext", name.c_str());
 }
 
-napi_value NapiContext::Execute()
+napi_value NapiContext::Execute(std::unique_ptr<NapiContext> context)
 {
-    std::unique_ptr<NapiContext> self(this);
+    napi_env env = context->env;
     napi_value promise = nullptr;
-    if (!IsOk(env, napi_create_promise(env, &deferred, &promise)) || !CreateWork()) {
+    if (!CheckCall(env, napi_create_promise(env, &context->deferred, &promise)) || !context->CreateWork()) {
         return nullptr;
     }
-    const napi_status status = napi_queue_async_work(env, work);
+    const napi_status status = napi_queue_async_work(env, context->work);
     if (status == napi_ok) {
-        static_cast<void>(self.release());
+        static_cast<void>(context.release());
         return promise;
     }
-    const std::string statusText = std::to_string(status);
+    // At INFO level, although it is an error.
     ZELK_LOG(LOG_INFO, TAG_FRAMEWORK, "[%{public}s]\"[%{public}s]napi_queue_async_work fail: errorCode=%{public}s\"",
-             "Execute", name.c_str(), statusText.c_str());
-    return IsOk(env, napi_throw_error(env, statusText.c_str(), "error at napi_queue_async_work")) ? promise : nullptr;
+             "Execute", context->name.c_str(), std::to_string(status).c_str());
+    return ThrowQueueError(env, status) ? promise : nullptr;
 }
 
 bool NapiContext::CreateWork()
 {
     napi_value resource = NapiUtil::CreateUndefined(env);
     napi_value resourceName = nullptr;
-    return IsOk(env, napi_create_string_utf8(env, name.data(), name.size(), &resourceName)) &&
-           IsOk(env, napi_create_async_work(env, resource, resourceName, OnGlobalExecuteCallback,
-                                            OnGlobalCompleteCallback, this, &work));
+    return CheckCall(env, napi_create_string_utf8(env, name.data(), name.size(), &resourceName)) &&
+           CheckCall(env, napi_create_async_work(env, resource, resourceName, OnGlobalExecuteCallback,
+                                                 OnGlobalCompleteCallback, this, &work));
 }
 
 void OnGlobalExecuteCallback(napi_env, void* data)

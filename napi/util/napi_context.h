@@ -3,19 +3,20 @@
 #define ZELKLOGSERVICE_NAPI_UTIL_NAPI_CONTEXT_H
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include "napi/native_api.h"
 
 namespace OHOS::HiviewDFX {
 
-// One asynchronous call. Made with `new` on the JavaScript thread; from Execute on it owns itself.
+// One asynchronous call. Made on the JavaScript thread; from Execute on it belongs to its async work.
 //
 // Execute, OnCompleteCallback and the destructor run on the JavaScript thread of `env`, OnExecuteCallback on a worker;
-// the runtime's queue hands the object over, there is no lock.
+// the runtime's queue hands the context over, there is no lock.
 class NapiContext {
 public:
-    // `contextName` names the async work and stands in every log line.
+    // `contextName` names the async work and is part of every log line.
     NapiContext(napi_env contextEnv, std::string contextName);
     NapiContext(const NapiContext&) = delete;
     NapiContext& operator=(const NapiContext&) = delete;
@@ -31,9 +32,9 @@ public:
     // thrown. When only the queue call fails, an Error "error at napi_queue_async_work" with the status as code is
     // thrown and the promise, which never settles, is returned all the same.
     //
-    // The object is deleted after OnCompleteCallback, or by this function when the work could not be queued: nothing
-    // can reach it then. The deferred of a promise that never settles stays allocated.
-    napi_value Execute();
+    // `context` belongs to the queued work, which deletes it after OnCompleteCallback. When the work cannot be queued
+    // it is deleted here, as nothing can reach it then. The deferred of a promise that never settles stays allocated.
+    static napi_value Execute(std::unique_ptr<NapiContext> context);
 
     std::string name;
     napi_env env;

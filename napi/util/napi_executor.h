@@ -43,7 +43,7 @@ public:
     void OnCompleteCallback(napi_env completeEnv, napi_status) override
     {
         napi_value value = converter(completeEnv, result);
-        IsOk(completeEnv, Settle(completeEnv, value));
+        CheckCall(completeEnv, Settle(completeEnv, value));
     }
 
     Job job;

@@ -3,7 +3,6 @@
 #define ZELKLOGSERVICE_NAPI_UTIL_NAPI_UTIL_H
 
 #include <cstdint>
-#include <memory>
 #include <new>
 #include <string>
 #include <vector>
@@ -16,8 +15,9 @@ namespace OHOS::HiviewDFX {
 // The longest string, in UTF-8 bytes without the terminator, that NapiUtil::GetString accepts.
 constexpr uint32_t MAX_STRING_LENGTH = 8194;
 
-// All functions belong to the JavaScript thread of `env`. "Throws" means a JavaScript exception made by IsOk (see
-// checked_call.h) for a Node-API call that failed. C++ exceptions are only those of a process without memory.
+// All functions belong to the JavaScript thread of `env`. The one exception is ThrowError, which two execute steps call
+// on a worker when they get no context. "Throws" means a JavaScript exception made by CheckCall (see checked_call.h)
+// for a Node-API call that failed. C++ exceptions are only those of a process without memory.
 class NapiUtil {
 public:
     // ---- The async frame (async_frame.cpp) ----
@@ -33,52 +33,50 @@ public:
 
     // Starts the call: makes the promise (unless `context` has a callback reference) and queues `execute` on the worker
     // pool, to be followed by `complete` on this thread, both with `context` as their data. Returns what the JavaScript
-    // function returns to its caller: the promise, `undefined` in callback mode, null after a failure.
+    // function returns to its caller: the promise, `undefined` in callback mode, null after a failure and for a null
+    // context, which is logged.
     //
-    // Takes over `context`. What becomes of it:
+    // Owns `context` from here on. It derives from BaseContext (or is one) and was made with `new`. What becomes of it:
     // - queued: it lives until Handle2ValueCallback;
-    // - a Node-API call fails before the queue call: thrown; the callback reference and the record are released;
-    // - the queue call fails: an Error "error at napi_queue_async_work" with the status as code is thrown, the record
-    //   and its work stay allocated, and the promise, which never settles, or `undefined` is returned all the same;
-    // - that throw fails too: the reference and the record are released, the work stays allocated.
+    // - a Node-API call fails before the queue call: thrown; the callback reference and the context are released;
+    // - the queue call fails: an Error "error at napi_queue_async_work" with the status as code is thrown; the context,
+    //   its work and its callback reference or deferred stay allocated, and the promise, which never settles, or
+    //   `undefined` is returned all the same;
+    // - that throw fails too: the reference and the context are released, the work stays allocated.
     // A promise that was made before a later call failed is unreachable for JavaScript; its deferred stays allocated.
-    static napi_value HandleAsyncWork(napi_env env, BaseContext* context, const std::string& workName,
-                                      napi_async_execute_callback execute, napi_async_complete_callback complete);
-
-    // The same for the owner of a whole record: where the frame would free the bare storage, the members go too.
-    template <typename Record>
-    static napi_value HandleAsyncWork(napi_env env, std::unique_ptr<Record> record, const std::string& workName,
+    template <typename Context>
+    static napi_value HandleAsyncWork(napi_env env, Context* context, const std::string& workName,
                                       napi_async_execute_callback execute, napi_async_complete_callback complete)
     {
         napi_value result = nullptr;
-        if (QueueAsyncWork(env, record.get(), workName, execute, complete, &result)) {
-            static_cast<void>(record.release());
+        if (!StartAsyncWork(env, context, workName, execute, complete, &result)) {
+            delete context; // With its members, which the frame does not know.
         }
         return result;
     }
 
     // Ends the call: hands `value` to the callback as its only argument, or resolves the promise with it, or rejects
-    // the promise with it when the record is not `resolved`; then frees the work, the callback reference and the
-    // record's storage. A delivery that fails (the callback throws or is no function) is thrown and frees nothing.
+    // the promise with it when the context is not `resolved`; then frees the work, the callback reference and the
+    // context's storage. A delivery that fails (the callback throws or is not a function) is thrown and frees nothing.
     static void Handle2ValueCallback(napi_env env, BaseContext* context, napi_value value);
 
-    // Ends the call of a whole record: destroys what the record's members own, which the frame knows nothing of, and
-    // leaves the bare head to Handle2ValueCallback.
-    template <typename Record>
-    static void Answer(napi_env env, Record* record, napi_value value)
+    // Ends the call of a whole context: destroys what its members own, which the frame does not know, and leaves the
+    // bare head to Handle2ValueCallback.
+    template <typename Context>
+    static void Answer(napi_env env, Context* context, napi_value value)
     {
-        const BaseContext head = static_cast<const BaseContext&>(*record);
-        record->~Record();
-        Handle2ValueCallback(env, ::new (static_cast<void*>(record)) BaseContext(head), value);
+        const BaseContext head = static_cast<const BaseContext&>(*context);
+        context->~Context();
+        Handle2ValueCallback(env, ::new (static_cast<void*>(context)) BaseContext(head), value);
     }
 
     // The same with a boolean.
-    template <typename Record>
-    static void AnswerBoolean(napi_env env, Record* record, bool value)
+    template <typename Context>
+    static void AnswerBoolean(napi_env env, Context* context, bool value)
     {
         napi_value boolean = nullptr;
         napi_get_boolean(env, value, &boolean);
-        Answer(env, record, boolean);
+        Answer(env, context, boolean);
     }
 
     // ---- Access to JavaScript values (value_access.cpp) ----
@@ -128,8 +126,8 @@ public:
     static void GetStrings(napi_env env, napi_value array, std::vector<std::string> out, uint32_t maximumLength);
 
 private:
-    // True when the record belongs to the frame from now on; false when the caller still owns it.
-    static bool QueueAsyncWork(napi_env env, BaseContext* context, const std::string& workName,
+    // False when the call cannot start, and `context` is still the caller's.
+    static bool StartAsyncWork(napi_env env, BaseContext* context, const std::string& workName,
                                napi_async_execute_callback execute, napi_async_complete_callback complete,
                                napi_value* result);
 };

@@ -26,7 +26,7 @@ void AppendElements(napi_env env, napi_value array, std::vector<T>& out, Convert
 bool NapiUtil::MatchValueType(napi_env env, napi_value value, napi_valuetype expected)
 {
     napi_valuetype type = napi_undefined;
-    return IsOk(env, napi_typeof(env, value, &type)) && type == expected;
+    return CheckCall(env, napi_typeof(env, value, &type)) && type == expected;
 }
 
 napi_valuetype NapiUtil::GetType(napi_env env, napi_value value)
@@ -108,7 +108,7 @@ std::string NapiUtil::GetString(napi_env env, napi_value value)
 napi_value NapiUtil::CreateStringValue(napi_env env, const std::string& text)
 {
     napi_value result = nullptr;
-    return IsOk(env, napi_create_string_utf8(env, text.data(), text.size(), &result)) ? result : nullptr;
+    return CheckCall(env, napi_create_string_utf8(env, text.data(), text.size(), &result)) ? result : nullptr;
 }
 
 napi_value NapiUtil::GetProperty(napi_env env, napi_value object, const std::string& name)
@@ -158,7 +158,7 @@ void NapiUtil::SetPropertyStringUtf8(napi_env env, napi_value object, const std:
     if (status == napi_ok) {
         status = napi_set_named_property(env, object, name.c_str(), text);
     }
-    IsOk(env, status);
+    CheckCall(env, status);
 }
 
 uint32_t NapiUtil::GetArrayLength(napi_env env, napi_value array)

@@ -1,6 +1,6 @@
 // The allocation functions of the module's records, as in napi/util/base_context.cpp, with a count of the records
 // alive.
-#include <cstring>
+#include <new>
 
 #include "napi/util/base_context.h"
 #include "test/support/control.h"
@@ -10,7 +10,7 @@ namespace OHOS::HiviewDFX {
 void* BaseContext::operator new(size_t size)
 {
     ZelkTest::TheCounts().records++;
-    return std::memset(::operator new(size), 0, size);
+    return ::operator new(size);
 }
 
 void BaseContext::operator delete(void* storage)

@@ -5,19 +5,7 @@
 #include "config/json_to_object.h"
 #include "config/napi_zelk_config_info_build.h"
 #include "control.h"
-#include "napi/bluetooth_call_pcm_log_switch.h"
-#include "napi/modem_log_command.h"
-#include "napi/modem_log_config.h"
-#include "napi/modem_log_config_change.h"
-#include "napi/modem_log_direct_pack_config.h"
-#include "napi/modem_log_log_masks.h"
-#include "napi/modem_log_status.h"
-#include "napi/modem_log_switch.h"
-#include "napi/tcpdump_config.h"
-#include "napi/tcpdump_config_change.h"
-#include "napi/tcpdump_status.h"
-#include "napi/tcpdump_switch.h"
-#include "napi/util/match_parameters.h"
+#include "napi/functions.h"
 #include "napi/util/napi_executor.h"
 #include "napi/util/napi_util.h"
 
@@ -120,7 +108,7 @@ napi_value CompleteNothing(napi_env env, const Argv&)
 
 napi_value HandleNothing(napi_env env, const Argv&)
 {
-    return NapiUtil::HandleAsyncWork(env, nullptr, "Nothing", nullptr, nullptr);
+    return NapiUtil::HandleAsyncWork<BaseContext>(env, nullptr, "Nothing", nullptr, nullptr);
 }
 
 // A bare record, whose complete step answers undefined.
@@ -131,7 +119,7 @@ napi_value HandleBare(napi_env env, const Argv&)
     const auto complete = [](napi_env jsEnv, napi_status, void* data) {
         NapiUtil::Handle2ValueCallback(jsEnv, static_cast<BaseContext*>(data), NapiUtil::CreateUndefined(jsEnv));
     };
-    return NapiUtil::HandleAsyncWork(env, new BaseContext, "Bare", execute, complete);
+    return NapiUtil::HandleAsyncWork(env, new BaseContext(), "Bare", execute, complete);
 }
 
 napi_value AnswerNothing(napi_env env, const Argv&)
@@ -158,7 +146,7 @@ napi_value Execute(napi_env env, const Argv& argv)
     const auto converter = [isNull](napi_env jsEnv, std::string& text) {
         return isNull ? nullptr : Give(jsEnv, text);
     };
-    return (new NapiExecutor<std::string>("Probe", env, job, converter))->Execute();
+    return NapiContext::Execute(std::make_unique<NapiExecutor<std::string>>("Probe", env, job, converter));
 }
 
 // (code)
