@@ -10,6 +10,7 @@
  *   why the promise forms of the first twelve may return `undefined`.
  * - **Failed**: the service answered with a code other than 0, or could not be reached. The code is not delivered.
  * - **Never settles**: the promise stays pending, or the callback is never called. Bring your own time limit.
+ *   `zelklogservice/testing` makes a log service that never answers, for tests; see docs/testing.md.
  *
  * A callback gets the answer as its only argument; there is no error argument. What it throws surfaces as an
  * `uncaughtException`. Where this file names no exception, a function throws only what a getter of the caller's own

@@ -1,4 +1,5 @@
-// A tour of all sixteen functions: what is called, what it answers, and the log lines that the module writes meanwhile.
+// A tour of all sixteen functions: what is called, what it answers, and the log lines that the module writes
+// meanwhile.
 //
 //   node examples/tour.mjs                              with the log service inside this process
 //   ZELK_LOG_SERVICE=session node examples/tour.mjs     with the one on the session bus
@@ -40,24 +41,32 @@ const zelk = await import('../index.mjs').then((module) => module.default, (erro
 let current;
 
 // Several functions answer nothing when the log service fails. Then there is nothing left to wait for.
-process.on('beforeExit', () => end(`${current} got no answer: the log service failed or was not reached (ZELK_LOG_SERVICE)`));
+const FAILED = 'the log service failed or was not reached (ZELK_LOG_SERVICE)';
+process.on('beforeExit', () => end(`${current} got no answer: ${FAILED}`));
+
+const indented = (value) => inspect(value, { depth: 5, breakLength: 100 }).replaceAll('\n', '\n      ');
 
 async function report(call, answer) {
   current = call;
   console.log(`  ${call}`);
-  const value = await answer.catch((left) =>
-    end(`${call} failed, with the answer ${left}: the log service failed or was not reached (ZELK_LOG_SERVICE)`));
-  console.log(`    → ${strong(inspect(value, { depth: 5, breakLength: 100 }).replaceAll('\n', '\n      '))}`);
+  const value = await answer.catch((left) => end(`${call} failed, with the answer ${left}: ${FAILED}`));
+  console.log(`    → ${strong(indented(value))}`);
   await nextTurn();
   for (const line of newLogLines()) {
     console.log(weak(`      ${line}`));
   }
 }
 
-const textOf = (name, args, ...others) =>
-  `${name}(${[...args.map((value) => inspect(value, { depth: 5, breakLength: Infinity })), ...others].join(', ')})`;
+function textOf(name, args, ...others) {
+  const texts = args.map((value) => inspect(value, { depth: 5, breakLength: Infinity }));
+  return `${name}(${[...texts, ...others].join(', ')})`;
+}
 
 const byPromise = (name, ...args) => report(textOf(name, args), zelk[name](...args) ?? end(NO_RIGHTS));
+
+// What a promise is rejected with is an answer as well.
+const byPromiseInTest = (name, ...args) =>
+  report(textOf(name, args), zelk[name](...args).catch((left) => ({ 'rejected with': left })));
 
 const byCallback = (name, ...args) =>
   report(textOf(name, args, 'callback'), new Promise((resolve) => zelk[name](...args, resolve)));
@@ -93,7 +102,7 @@ await byPromise('getModemLogStatus');
 
 chapter('Read the items back, and change one.');
 await byPromise('getModemLogConfig', ['modemLog', 'ring', 'neverSet']);
-await byPromise('changeModemLogConfig', [{ configKey: 'modemLog', value: { path: '/data/log/modem', level: 4 } }]);
+await byPromise('changeModemLogConfig', [{ configKey: 'modemLog', value: { level: 4 } }]);
 await byPromise('getModemLogConfig', ['modemLog']);
 
 chapter('Send a command, and switch the log off.');
@@ -105,9 +114,11 @@ await unsupported('getModemLogDirectPackConfig');
 await unsupported('getModemLogLogMasks');
 
 chapter('Network packet capture.');
-await byPromise('handleTcpdumpSwitch', true, [{ configKey: 'capture', value: { interface: 'wlan0', snaplen: 96 } }]);
+await byPromise('handleTcpdumpSwitch', true, [
+  { configKey: 'capture', value: { interface: 'wlan0', snaplen: 96 } },
+]);
 await byPromise('getTcpdumpStatus');
-await byPromise('changeTcpdumpConfig', [{ configKey: 'capture', value: { interface: 'wlan0', snaplen: 1500 } }]);
+await byPromise('changeTcpdumpConfig', [{ configKey: 'capture', value: { snaplen: 1500 } }]);
 await byPromise('getTcpdumpConfig', ['capture']);
 await byPromise('handleTcpdumpSwitch', false);
 
@@ -119,6 +130,19 @@ await byPromise('getRemoteDevicesList');
 await byPromise('fetchRemoteDevicesLogs', 'since yesterday', 20);
 await byPromise('queryRemoteDevicesLogs', 'crash');
 await byPromise('queryProtocolData', 'version');
+
+chapter('For tests: a log service in JavaScript takes the place of that one, and fails or never answers.');
+const { ServiceError, logService } = await import('../testing.mjs');
+const service = logService({
+  GetModemLogStatus: () => {
+    throw new ServiceError(5, true);
+  },
+  HandleModemLogSwitch: () => new Promise(() => {}),
+}, { timeout: 100 });
+await byPromiseInTest('getModemLogStatus');
+await byPromiseInTest('handleModemLogSwitch', true, [{ configKey: 'ring', value: { megabytes: 64 } }]);
+console.log(`  what it was asked\n    → ${strong(indented(service.requests))}`);
+service.restore();
 
 console.log('\nAll sixteen functions were called.');
 process.exit();
