@@ -36,3 +36,11 @@ if(ZELK_SANITIZE)
         add_link_options(-shared-libsan)
     endif()
 endif()
+
+# Lets `target` export what the version script says, and nothing else. The script's path is relative to where Ninja links:
+# CMake mangles a `$` in an option.
+function(zelk_version_script target script)
+    file(RELATIVE_PATH from_build "${CMAKE_BINARY_DIR}" "${script}")
+    target_link_options(${target} PRIVATE "LINKER:--version-script=${from_build}")
+    set_target_properties(${target} PROPERTIES LINK_DEPENDS "${script}")
+endfunction()

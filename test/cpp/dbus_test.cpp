@@ -4,6 +4,7 @@
 #include <fstream>
 #include <future>
 #include <gtest/gtest.h>
+#include <regex>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <thread>
@@ -22,7 +23,8 @@ using Codes = std::vector<int32_t>;
 using Texts = std::vector<std::string>;
 using Proxy = sptr<IZelkLogService>;
 
-const std::string PROGRAM = "\"" ZELK_LOG_SERVICE_PROGRAM "\""; // For a shell.
+// For a shell and for a D-Bus service file, wherever the checkout is.
+const std::string PROGRAM = "'" + std::regex_replace(ZELK_LOG_SERVICE_PROGRAM, std::regex("'"), R"('"'"')") + "'";
 
 // clang-format off
 // A child process that runs a command. It ends with this object or with the test, even if that is killed.

@@ -30,7 +30,8 @@ const end = async (child) => (await once(child, 'exit'))[0];
 const stop = (child, signal = 'SIGKILL') => (child.kill(signal), end(child));
 // A program with the module, as built for users. Gives its end: status, signal, output.
 const program = (code) => {
-  const child = start(process.execPath, '-e', `const zelk = require('${buildFolder}zelklogservice.node'); ${code}`);
+  const library = JSON.stringify(`${buildFolder}zelklogservice.node`);
+  const child = start(process.execPath, '-e', `const zelk = require(${library}); ${code}`);
   return [Promise.all([once(child, 'close'), text(child.stdout)]), child];
 };
 const startBus = () => {
@@ -176,7 +177,7 @@ test('a process ends with its own status while calls are in flight', async () =>
         ${last}
       }, 100);
     });`);
-    await once(child.stdout, 'data');
+    await Promise.race([once(child.stdout, 'data'), ended]);
     await freeze(service);
     await sleep(700);
     assert.equal(child.exitCode, null); // Both wait for their calls.

@@ -262,9 +262,8 @@ const hasTerminals = spawnSync('script', ['-qec', 'true', '/dev/null']).status =
 
 test('colours appear on a terminal only, and not with NO_COLOR', { skip: !hasTerminals }, () => {
   const onTerminal = (env) => {
-    const command = `'${process.execPath}' '${program}' modem on 2>/dev/null`;
-    const options = { encoding: 'utf8', env: { ...process.env, ...env } };
-    return spawnSync('script', ['-qec', command, '/dev/null'], options).stdout;
+    const options = { encoding: 'utf8', env: { ...process.env, NODE: process.execPath, PROGRAM: program, ...env } };
+    return spawnSync('script', ['-qec', '"$NODE" "$PROGRAM" modem on 2>/dev/null', '/dev/null'], options).stdout;
   };
   assert.equal(onTerminal({ NO_COLOR: '' }), '\u001b[32maccepted\u001b[39m\r\n');
   assert.equal(onTerminal({ NO_COLOR: '1' }), 'accepted\r\n');
