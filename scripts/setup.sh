@@ -35,7 +35,7 @@ missing_packages() {
         return
     fi
     native=$(dpkg --print-architecture)
-    installed=$(dpkg-query -W -f '${Package} ${Architecture} ${db:Status-Status}\n' "$@" 2>/dev/null |
+    installed=$({ dpkg-query -W -f '${Package} ${Architecture} ${db:Status-Status}\n' "$@" 2>/dev/null || true; } |
         awk -v native="$native" '$3 == "installed" && ($2 == native || $2 == "all") { print $1 }')
     grep -vxF "${installed:- }" < <(printf '%s\n' "$@" | sort -u) || true
 }
@@ -104,7 +104,7 @@ mapfile -t missing < <(missing_packages "${wanted[@]}")
 if [ "${#missing[@]}" -gt 0 ]; then
     install_packages "${missing[@]}"
 fi
-has_node || fail "$(command -v node) is older than Node.js $OLDEST_NODE: put a newer one first in PATH"
+has_node || fail "$(command -v node || echo node) is older than Node.js $OLDEST_NODE: put a newer one first in PATH"
 
 if has_npm && ! cmp -s package-lock.json node_modules/.installed-lock.json; then
     install_npm_packages

@@ -91,7 +91,7 @@ inside() {
 }
 
 step() {
-    local log="$work/debian-$release-$user-$1-$2.log"
+    local log="$work/debian-$release-$user-$1.log"
     shift
     echo "  $* (${network:-with a network})"
     if ! inside "$@" >"$log" 2>&1; then
@@ -110,7 +110,7 @@ for user in $users; do
     make_system
     if [ "$user" = root ]; then
         uid=0 home=/root checkout=/root/zelklogservice
-        packages=make
+        packages='make'
     else
         uid=1000 home=/home/$user
         checkout="$home/it's \$5 für zelk"
