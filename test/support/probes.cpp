@@ -1,5 +1,6 @@
 // The module's internals, callable from JavaScript: its steps with null data, its value helpers, its executor. Linked
 // into the test build of the module.
+#include <algorithm>
 #include <array>
 
 #include "config/json_to_object.h"

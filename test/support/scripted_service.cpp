@@ -1,5 +1,6 @@
 #include "scripted_service.h"
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <mutex>
