@@ -34,6 +34,7 @@ export const ROWS = [
   { measure: 'text-growth', what: 'text: 100,000 parameters', against: '1,000, per parameter', most: 1.2 },
   { measure: 'items-growth', what: 'items: 100,000', against: '1,000, per item', most: 1.2 },
   { measure: 'replies-growth', what: 'replies: 100,000', against: '1,000, per reply', most: 1.2 },
+  { measure: 'replies-million', what: 'replies: 1,000,000', against: '10,000, per reply', most: 1.5 },
   { measure: 'reply-growth', what: 'one reply: 100,000 members',
     against: '1,000, per member', most: 1.2, atLeast: 'reply-growth-bare' },
   { measure: 'reply-growth-bare', what: '… jsoncpp parse + bare loop', against: '1,000, per member' },
