@@ -4,25 +4,38 @@
 #include <climits>
 #include <cstring>
 #include <fcntl.h>
-#include <optional>
 #include <pthread.h>
 #include <string_view>
 #include <sys/stat.h>
+#include <utility>
 
 #include "host_setting.h"
-#include "write_whole.h"
 
 namespace OHOS::Host {
 
 namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
 
 constexpr const char* LEVEL_VARIABLE = "HILOG_LEVEL";
 constexpr const char* FILE_VARIABLE = "HILOG_FILE";
 constexpr std::string_view LEVEL_NAMES = "DIWEFX"; // From LOG_DEBUG on; X is above all levels.
 constexpr mode_t FILE_MODE = 0644;
 
-// Made when the library is loaded, so before anything that logs and destroyed after it.
-LogSink g_sink;
+// After a loss: long enough for another thread to write its line.
+constexpr milliseconds SHORT_WAIT_FOR_LOCK{10};
+
+// Made when the library is loaded, and never destroyed: other threads may log until the very end.
+LogSink* const g_sink = new LogSink;
+
+// What a capture calls may be gone by then.
+struct CaptureEndsWithProcess {
+    ~CaptureEndsWithProcess()
+    {
+        g_sink->SetCapture(nullptr);
+    }
+} g_captureEndsWithProcess;
 
 // Makes "\n" of every line feed from `start` on. Works from the end, so that a long text is moved only once.
 void EscapeLineFeeds(std::string& text, size_t start)
@@ -45,48 +58,25 @@ std::atomic<int> LogSink::lowestWanted_{LOG_LEVEL_MIN};
 
 LogSink& LogSink::Instance()
 {
-    return g_sink;
+    return *g_sink;
 }
 
 LogSink::LogSink()
 {
+    tzset(); // localtime_r does not look at TZ then, which other threads may not do.
+    ReadLevel();
+    OpenFile();
+    lowestWanted_ = level_;
     // Else a child made while another thread is writing could never write.
-    pthread_atfork(LockForFork, UnlockAfterFork, UnlockAfterFork);
-}
-
-LogSink::~LogSink()
-{
-    const std::lock_guard<std::mutex> lock(mutex_);
-    lowestWanted_.store(LOG_LEVEL_MAX, std::memory_order_relaxed);
-    capture_ = nullptr;
-    if (descriptor_ > STDERR_FILENO) {
-        close(descriptor_);
-    }
-    descriptor_ = -1;
-}
-
-void LogSink::LockForFork()
-{
-    g_sink.mutex_.lock();
-}
-
-void LogSink::UnlockAfterFork()
-{
-    g_sink.mutex_.unlock();
-}
-
-void LogSink::Prepare()
-{
-    if (prepared_.load(std::memory_order_acquire)) {
-        return;
-    }
-    const std::lock_guard<std::mutex> lock(mutex_);
-    if (!prepared_) {
-        ReadLevel();
-        OpenFile();
-        prepared_.store(true, std::memory_order_release);
-        UpdateLowestWanted();
-    }
+    const auto lock = [] {
+        g_sink->outputMutex_.lock();
+        g_sink->captureMutex_.lock();
+    };
+    const auto unlock = [] {
+        g_sink->captureMutex_.unlock();
+        g_sink->outputMutex_.unlock();
+    };
+    pthread_atfork(lock, unlock, unlock);
 }
 
 void LogSink::ReadLevel()
@@ -103,48 +93,95 @@ void LogSink::ReadLevel()
 void LogSink::OpenFile()
 {
     const std::string_view name = Setting(FILE_VARIABLE);
-    if (!name.empty()) {
-        // A pipe that nobody reads yet cannot be opened, rather than holding up the first line for good.
-        constexpr int FLAGS = O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
-        const int file = open(name.data(), FLAGS, FILE_MODE);
-        if (file < 0) {
-            ReportSetting(FILE_VARIABLE, name, "cannot be opened; lines go to standard error");
-        } else {
-            descriptor_ = file;
-        }
+    if (name.empty()) {
+        return;
     }
-    struct stat status {};
-    isRegularFile_ = fstat(descriptor_, &status) == 0 && S_ISREG(status.st_mode);
-}
-
-void LogSink::UpdateLowestWanted()
-{
-    lowestWanted_.store(prepared_ && !capture_ ? level_ : LOG_LEVEL_MIN, std::memory_order_relaxed);
+    // O_NONBLOCK: a pipe that nobody reads yet cannot be opened, rather than holding up the program.
+    const int file = open(name.data(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, FILE_MODE);
+    if (file < 0) {
+        ReportSetting(FILE_VARIABLE, name, "cannot be opened; lines go to standard error");
+    } else {
+        descriptor_ = file;
+        struct stat status {};
+        isRegularFile_ = fstat(file, &status) == 0 && S_ISREG(status.st_mode);
+    }
 }
 
 void LogSink::SetCapture(LogCapture capture)
 {
     {
-        const std::lock_guard<std::mutex> lock(mutex_);
+        const std::lock_guard<std::mutex> lock(captureMutex_);
         std::swap(capture_, capture);
-        UpdateLowestWanted();
+        lowestWanted_ = capture_ ? LOG_LEVEL_MIN : level_;
     }
     // The previous capture is destroyed here, with the lock free for what its destructor logs.
 }
 
+void SetLogCapture(LogCapture capture)
+{
+    LogSink::Instance().SetCapture(std::move(capture));
+}
+
+void LogSink::CountLoss()
+{
+    ++lost_;
+}
+
 int LogSink::Put(LogLevel level, unsigned int domain, const char* tag, std::string& line, size_t messageStart)
 {
-    const std::lock_guard<std::mutex> lock(mutex_);
-    if (capture_) {
-        capture_({level, domain, tag, std::string(std::string_view(line).substr(messageStart))});
-    }
     if (level < level_) {
+        Show(level, domain, tag, std::string_view(line).substr(messageStart));
         return 0;
     }
+    const bool mayWait = lost_ == 0;
+    const Deadline deadline = mayWait && !isRegularFile_ ? steady_clock::now() + LONGEST_WAIT_FOR_READER : Deadline();
+    std::unique_lock<std::timed_mutex> lock(outputMutex_, std::try_to_lock);
+    if (!lock) {
+        lock.try_lock_for(mayWait ? LONGEST_WAIT_FOR_READER : SHORT_WAIT_FOR_LOCK);
+    }
+    // With the lock, so that a capture sees lines in the order in which they are written; without it if they are lost.
+    Show(level, domain, tag, std::string_view(line).substr(messageStart));
+    const int written = lock ? Write(line, deadline) : -1;
+    if (written < 0) {
+        CountLoss();
+    }
+    return written;
+}
+
+void LogSink::Show(LogLevel level, unsigned int domain, const char* tag, std::string_view message)
+{
+    const std::lock_guard<std::mutex> lock(captureMutex_);
+    if (capture_) {
+        capture_({level, domain, tag, std::string(message)});
+    }
+}
+
+int LogSink::Write(std::string& line, Deadline deadline)
+{
     EscapeLineFeeds(line, TIME_STAMP_SIZE);
     line += '\n';
     Stamp(line.data());
-    return Write(line) ? static_cast<int>(std::min<size_t>(line.size(), INT_MAX)) : -1;
+    const size_t size = line.size();
+    const size_t lost = lost_;
+    const std::string report = lost == 0 ? "" : LossReport(lost);
+    line.insert(0, report);
+    const size_t written = isRegularFile_ ? WriteToFile(descriptor_, line) : WriteUntil(descriptor_, line, deadline);
+    if (written > 0) {
+        isBrokenOff_ = line[written - 1] != '\n';
+    }
+    if (written >= report.size()) {
+        lost_ -= lost;
+    }
+    return written == line.size() ? static_cast<int>(std::min<size_t>(size, INT_MAX)) : -1;
+}
+
+std::string LogSink::LossReport(size_t lost)
+{
+    std::string report;
+    AppendHeader(report, LOG_WARN, 0, "HILOG");
+    report += std::to_string(lost) + " lines were lost\n";
+    Stamp(report.data());
+    return isBrokenOff_ ? '\n' + report : report;
 }
 
 // Finding the local time costs more than the rest of a line, so it is done once a second.
@@ -164,15 +201,6 @@ void LogSink::Stamp(char* stamp)
     stamp_[16] = static_cast<char>('0' + milliseconds / 10 % 10);
     stamp_[17] = static_cast<char>('0' + milliseconds % 10);
     std::memcpy(stamp, stamp_.data(), stamp_.size());
-}
-
-bool LogSink::Write(const std::string& line)
-{
-    std::optional<BrokenPipeGuard> guard;
-    if (!isRegularFile_) {
-        guard.emplace();
-    }
-    return WriteWhole(descriptor_, line);
 }
 
 } // namespace OHOS::Host

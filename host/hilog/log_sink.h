@@ -7,61 +7,70 @@
 #include <ctime>
 #include <mutex>
 #include <string>
+#include <string_view>
 #include <unistd.h>
 
 #include "hilog/capture.h"
+#include "line_header.h"
+#include "write_until.h"
 
 namespace OHOS::Host {
 
-// The bytes at the start of a line for "MM-DD hh:mm:ss.mmm".
-constexpr size_t TIME_STAMP_SIZE = 18;
-
-// The one way out of the process: reads the settings at the first line, stamps and writes lines one after the other,
-// and shows them to the capture. Any thread may call any method. Lives from the load of the library to the end of the
-// process; a line that comes later still is dropped.
+// The one way out of the process: stamps lines, shows them to the capture, and writes them one after the other. Any
+// thread may call any method. Lives from the load of the library, where the settings are read, to the end of the
+// process.
+//
+// A program is not to wait for whoever reads its log: a line waits for 100 ms at most, for the lines before it and for
+// the reader together, and then is lost. From there on no line waits until one is written again; a report of how many
+// were lost precedes it. This is why the sink is not spdlog, whose sinks wait as long as it takes.
 class LogSink {
 public:
     static LogSink& Instance();
 
-    // The lowest level that somebody wants to see; all levels until the settings are read.
+    // The lowest level that somebody wants to see.
     static const std::atomic<int>& LowestWanted()
     {
         return lowestWanted_;
     }
 
-    // Reads the settings, at the first call.
-    void Prepare();
     // `line` is to be written but for its time stamp, for which there is room at its start, and its end of line. Its
-    // message starts at `messageStart`. Returns the number of bytes written, -1 when they could not be.
+    // message starts at `messageStart`. Returns the number of bytes written, 0 for a line that is only captured, -1 for
+    // one that is lost.
     int Put(LogLevel level, unsigned int domain, const char* tag, std::string& line, size_t messageStart);
+    // For a line that could not even be made.
+    void CountLoss();
     void SetCapture(LogCapture capture);
 
     LogSink();
-    ~LogSink();
     LogSink(const LogSink&) = delete;
     LogSink& operator=(const LogSink&) = delete;
 
 private:
-    static void LockForFork();
-    static void UnlockAfterFork();
-
-    // With `mutex_` held:
     void ReadLevel();
     void OpenFile();
-    void UpdateLowestWanted();
+    void Show(LogLevel level, unsigned int domain, const char* tag, std::string_view message);
+    // With `outputMutex_` held:
     void Stamp(char* stamp);
-    bool Write(const std::string& line);
+    // The line that says so, after the end of a line that was broken off: such a line is one of those lost.
+    std::string LossReport(size_t lost);
+    int Write(std::string& line, Deadline deadline);
 
     static std::atomic<int> lowestWanted_;
 
-    std::mutex mutex_; // Guards everything below, and keeps lines whole that take more than one write.
-    std::atomic<bool> prepared_{false};
-    int level_ = LOG_LEVEL_MAX;      // Above all levels: no line is written.
-    int descriptor_ = STDERR_FILENO; // Negative after the end.
-    bool isRegularFile_ = false;     // No reader can go away.
-    LogCapture capture_;
-    std::time_t second_ = -1; // The one that `stamp_` stands for.
+    // Set once.
+    int level_ = LOG_LEVEL_MAX; // Above all levels: no line is written.
+    int descriptor_ = STDERR_FILENO;
+    bool isRegularFile_ = false; // Never so for standard error, which a program may replace.
+
+    std::atomic<size_t> lost_{0}; // Lines lost and not yet reported.
+
+    std::timed_mutex outputMutex_; // Keeps lines whole that take more than one write. Guards:
+    bool isBrokenOff_ = false;     // The last line written lacks its end.
+    std::time_t second_ = -1;      // The one that `stamp_` is for.
     std::array<char, TIME_STAMP_SIZE> stamp_{};
+
+    std::mutex captureMutex_; // Taken after outputMutex_ where both are. Guards:
+    LogCapture capture_;
 };
 
 } // namespace OHOS::Host

@@ -4,13 +4,13 @@
 #include <string>
 #include <unistd.h>
 
-#include "write_whole.h"
+#include "write_until.h"
 
 namespace OHOS::Host {
 
 std::string_view Setting(const char* name)
 {
-    const char* value = std::getenv(name); // NOLINT(concurrency-mt-unsafe): nothing in this library changes it.
+    const char* value = std::getenv(name); // NOLINT(concurrency-mt-unsafe): see the header.
     return value == nullptr ? std::string_view() : std::string_view(value);
 }
 
@@ -22,8 +22,7 @@ bool ReportSetting(const char* name, std::string_view value, const char* consequ
     }
     line += std::string("\": ") + consequence + "\n";
     // A standard error that takes nothing leaves nobody to tell.
-    const BrokenPipeGuard guard;
-    static_cast<void>(WriteWhole(STDERR_FILENO, line));
+    WriteUntil(STDERR_FILENO, line, std::chrono::steady_clock::now() + LONGEST_WAIT_FOR_READER);
     return true;
 }
 

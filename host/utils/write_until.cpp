@@ -1,0 +1,150 @@
+#include "write_until.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <csignal>
+#include <ctime>
+#include <fcntl.h>
+#include <poll.h>
+#include <string>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace OHOS::Host {
+
+namespace {
+
+sigset_t BrokenPipeSignal()
+{
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGPIPE);
+    return signals;
+}
+
+// While it lives, a write to a pipe whose reader has gone fails on this thread and does not end the process.
+class BrokenPipeGuard {
+public:
+    BrokenPipeGuard()
+    {
+        // A program that ignores or handles the signal is safe already. One that is pending already changes nothing
+        // when it is raised again, and is the program's own.
+        struct sigaction action {};
+        sigset_t pending;
+        if (sigaction(SIGPIPE, nullptr, &action) != 0 || action.sa_handler != SIG_DFL || sigpending(&pending) != 0 ||
+            sigismember(&pending, SIGPIPE) != 0) {
+            return;
+        }
+        const sigset_t signals = BrokenPipeSignal();
+        blocking_ = pthread_sigmask(SIG_BLOCK, &signals, &previous_) == 0;
+    }
+
+    ~BrokenPipeGuard()
+    {
+        if (!blocking_) {
+            return;
+        }
+        const sigset_t signals = BrokenPipeSignal();
+        const timespec now{0, 0};
+        while (sigtimedwait(&signals, nullptr, &now) < 0 && errno == EINTR) {
+        }
+        pthread_sigmask(SIG_SETMASK, &previous_, nullptr);
+    }
+
+    BrokenPipeGuard(const BrokenPipeGuard&) = delete;
+    BrokenPipeGuard& operator=(const BrokenPipeGuard&) = delete;
+
+private:
+    bool blocking_ = false;
+    sigset_t previous_{};
+};
+
+// False when the deadline has passed. The time left is rounded up, so that no turn before it goes without a wait.
+bool WaitForRoom(int descriptor, Deadline deadline)
+{
+    using std::chrono::milliseconds;
+    const auto left = std::chrono::ceil<milliseconds>(deadline - std::chrono::steady_clock::now());
+    pollfd room{descriptor, POLLOUT, 0};
+    return left.count() > 0 && poll(&room, 1, static_cast<int>(left.count())) != 0;
+}
+
+// Writes some of the text without waiting, as write(2) does with a non-blocking descriptor.
+using TryWrite = ssize_t (*)(int descriptor, std::string_view text);
+
+ssize_t TryPlain(int descriptor, std::string_view text)
+{
+    return write(descriptor, text.data(), text.size());
+}
+
+ssize_t TrySocket(int descriptor, std::string_view text)
+{
+    return send(descriptor, text.data(), text.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
+}
+
+// A pipe that has room has it for this much.
+ssize_t TryBlocking(int descriptor, std::string_view text)
+{
+    pollfd room{descriptor, POLLOUT, 0};
+    if (poll(&room, 1, 0) == 0) {
+        errno = EAGAIN;
+        return -1;
+    }
+    return write(descriptor, text.data(), std::min<size_t>(text.size(), PIPE_BUF));
+}
+
+size_t WriteBy(TryWrite tryWrite, int descriptor, std::string_view text, Deadline deadline)
+{
+    size_t written = 0;
+    while (written < text.size()) {
+        const ssize_t size = tryWrite(descriptor, text.substr(written));
+        if (size > 0) {
+            written += static_cast<size_t>(size);
+        } else if (size == 0 || (errno != EINTR && (errno != EAGAIN || !WaitForRoom(descriptor, deadline)))) {
+            break;
+        }
+    }
+    return written;
+}
+
+// Opened anew each time: one that stays open would keep the pipe's reader from its end of file.
+size_t WriteToOwnDescription(int descriptor, std::string_view text, Deadline deadline)
+{
+    const std::string path = "/proc/self/fd/" + std::to_string(descriptor);
+    const int own = open(path.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
+    if (own < 0) { // Another user's, or the reader has gone.
+        return WriteBy(TryBlocking, descriptor, text, deadline);
+    }
+    const size_t written = WriteBy(TryPlain, own, text, deadline);
+    close(own);
+    return written;
+}
+
+} // namespace
+
+size_t WriteUntil(int descriptor, std::string_view text, Deadline deadline)
+{
+    struct stat status {};
+    if (fstat(descriptor, &status) != 0) {
+        return 0;
+    }
+    if (S_ISREG(status.st_mode)) {
+        return WriteToFile(descriptor, text);
+    }
+    if (S_ISSOCK(status.st_mode)) {
+        return WriteBy(TrySocket, descriptor, text, deadline);
+    }
+    const BrokenPipeGuard guard;
+    if ((fcntl(descriptor, F_GETFL) & O_NONBLOCK) != 0) {
+        return WriteBy(TryPlain, descriptor, text, deadline);
+    }
+    return WriteToOwnDescription(descriptor, text, deadline);
+}
+
+size_t WriteToFile(int descriptor, std::string_view text)
+{
+    return WriteBy(TryPlain, descriptor, text, Deadline());
+}
+
+} // namespace OHOS::Host
