@@ -4,6 +4,7 @@
 #include <charconv>
 #include <optional>
 #include <string_view>
+#include <unistd.h>
 
 #include "calling_token.h"
 #include "host_setting.h"
@@ -35,6 +36,29 @@ std::optional<uint64_t> ParseTokenId(std::string_view text)
     return token;
 }
 
+uint64_t TokenOfEnvironment()
+{
+    const std::string_view text = Host::Setting(TOKEN_VARIABLE);
+    if (text.empty()) {
+        return SYSTEM_APP_TOKEN;
+    }
+    const std::optional<uint64_t> token = ParseTokenId(text);
+    if (!token) {
+        static const bool reported = Host::ReportSetting(TOKEN_VARIABLE, text, "not a 64-bit token id; no rights");
+        static_cast<void>(reported);
+    }
+    return token.value_or(0);
+}
+
+// What the environment said when it was last looked at: at the load of the library, or on the first thread since.
+std::atomic<uint64_t> g_token{TokenOfEnvironment()};
+
+bool IsFirstThread()
+{
+    thread_local const bool isFirst = gettid() == getpid();
+    return isFirst;
+}
+
 } // namespace
 
 void Host::SetCallingToken(std::optional<uint64_t> token)
@@ -50,17 +74,10 @@ uint64_t IPCSkeleton::GetCallingFullTokenID()
     if (g_isGiven) {
         return g_givenToken;
     }
-    const std::string_view text = Host::Setting(TOKEN_VARIABLE);
-    if (text.empty()) {
-        return SYSTEM_APP_TOKEN;
+    if (IsFirstThread()) {
+        g_token = TokenOfEnvironment();
     }
-    const std::optional<uint64_t> token = ParseTokenId(text);
-    if (!token) {
-        static const bool reported = Host::ReportSetting(TOKEN_VARIABLE, text, "not a 64-bit token id; no rights");
-        static_cast<void>(reported);
-        return 0;
-    }
-    return *token;
+    return g_token;
 }
 
 } // namespace OHOS

@@ -72,6 +72,13 @@ for (const [title, code, out] of [
       assert.deepEqual(await times(4, () => worker(CALL_AND_POST)), Array(4).fill(JSON.stringify(await own)));
     }
     console.log(JSON.stringify(await callAll()));`, `${JSON.stringify([...answers, ...answers])}\n`],
+  ['workers call while the main thread sets environment variables', `
+    service(0);
+    const end = Date.now() + ${ROUNDS * 200};
+    const timer = setInterval(() => { process.env['ZELK_TEST_' + Date.now()] = 'x'; }, 1);
+    await times(2, () => worker(
+      'while (Date.now() < ' + end + ') { try { zelk.handleModemLogSwitch(); } catch {} }'));
+    clearInterval(timer);`, ''],
   ['is loaded, unloaded and loaded again', `
     service(0);
     for (let round = 0; round < ${ROUNDS * 2}; ++round) {
