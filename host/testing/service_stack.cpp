@@ -58,9 +58,11 @@ void ServiceStack::RemoveAllOf(const Environment& environment)
     const auto firstRemoved = std::stable_partition(entries_.begin(), entries_.end(), [&](const Entry& entry) {
         return entry.service->Home().get() != &environment;
     });
-    std::for_each(firstRemoved, entries_.end(), [](const Entry& entry) { entry.service->End(); });
+    const std::vector<Entry> removed(firstRemoved, entries_.end());
     entries_.erase(firstRemoved, entries_.end());
+    // First, so that who sees its call end finds the service of the process.
     Apply();
+    std::for_each(removed.begin(), removed.end(), [](const Entry& entry) { entry.service->End(); });
 }
 
 void ServiceStack::EndAll()

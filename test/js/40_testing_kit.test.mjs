@@ -1,13 +1,19 @@
-// zelklogservice/testing against its manual, with the module as built for users.
+// zelklogservice/testing against its manual, in front of the module as built for users.
 import assert from 'node:assert/strict';
 import { spawnSync } from 'node:child_process';
+import { once } from 'node:events';
+import { readFileSync } from 'node:fs';
+import { createRequire } from 'node:module';
 import { afterEach, test } from 'node:test';
 import { fileURLToPath } from 'node:url';
+import { compileFunction, createContext, runInContext } from 'node:vm';
 import { Worker } from 'node:worker_threads';
 import zelk from 'zelklogservice';
 import { ServiceError, captureLog, logService, setCaller } from 'zelklogservice/testing';
 
 const ROOT = fileURLToPath(new URL('../..', import.meta.url));
+const LOAD = `const zelk = require(${JSON.stringify(ROOT)});
+  const { logService, captureLog, setCaller } = require(${JSON.stringify(`${ROOT}testing.js`)});`;
 const NEVER = () => new Promise(() => {});
 
 let service;
@@ -16,31 +22,52 @@ afterEach(() => service?.restore());
 
 const outcome = (promise) => promise.then((value) => ['resolved', value], (value) => ['rejected', value]);
 
+async function arrival(count = 1) {
+  while (service.requests.length < count) {
+    await new Promise(setImmediate);
+  }
+}
+
+const inWorker = (code) => new Worker(
+  `const { parentPort } = require('node:worker_threads'); ${LOAD} ${code}`, { eval: true });
+const firstMessage = async (code) => (await once(inWorker(code), 'message'))[0];
+
 const item = '{"configKey":"k","value":{"n":1}}';
 const items = [{ configKey: 'k', value: { n: 1 } }];
 const reply = '{"configKey":"k","value":"{\\"n\\":1}"}';
 
+// Each: the operation, the arguments of the call and of the request, the answer, what the caller sees of it.
+const OPERATIONS = [
+  ['GetModemLogConfig', [['k']], [['k']], [reply], items],
+  ['GetModemLogStatus', [], [], true],
+  ['HandleModemLogSwitch', [true], [true], true],
+  ['HandleModemLogSwitch', [false, items], [false, [item]], true],
+  ['SendModemLogCommand', items, [item], true],
+  ['ChangeModemLogConfig', [items], [[item]], true],
+  ['GetTcpdumpStatus', [], [], true],
+  ['GetTcpdumpConfig', [['k']], [['k']], [Buffer.from(reply)], items],
+  ['ChangeTcpdumpConfig', [items], [[item]], true],
+  ['HandleTcpdumpSwitch', [true], [true], true],
+  ['HandleTcpdumpSwitch', [true, items], [true, [item]], true],
+  ['HandleBluetoothCallPcmLogSwitch', [true], [true], undefined, false],
+  ['FetchRemoteDevicesLogs', ['r', -(2 ** 62)], ['r', -(2n ** 62n)], 'grün'],
+  ['QueryRemoteDevicesLogs', ['ß'], ['ß'], Buffer.from('a\xff', 'latin1'), 'a\ufffd'],
+  ['GetRemoteDevicesList', [], [], ''],
+  ['QueryProtocolData', ['r'], ['r'], 'x'.repeat(100_000)],
+];
+
 test('each operation has its handler, which gets the arguments and gives the answer', async () => {
-  for (const [operation, call, args, answer, seen = answer] of [
-    ['GetModemLogConfig', () => zelk.getModemLogConfig(['k']), [['k']], [reply], items],
-    ['GetModemLogStatus', () => zelk.getModemLogStatus(), [], true],
-    ['HandleModemLogSwitch', () => zelk.handleModemLogSwitch(true), [true], true],
-    ['HandleModemLogSwitch', () => zelk.handleModemLogSwitch(false, items), [false, [item]], true],
-    ['SendModemLogCommand', () => zelk.sendModemLogCommand(items[0]), [item], true],
-    ['ChangeModemLogConfig', () => zelk.changeModemLogConfig(items), [[item]], true],
-    ['GetTcpdumpStatus', () => zelk.getTcpdumpStatus(), [], true],
-    ['GetTcpdumpConfig', () => zelk.getTcpdumpConfig(['k']), [['k']], [Buffer.from(reply)], items],
-    ['ChangeTcpdumpConfig', () => zelk.changeTcpdumpConfig(items), [[item]], true],
-    ['HandleTcpdumpSwitch', () => zelk.handleTcpdumpSwitch(true, items), [true, [item]], true],
-    ['HandleBluetoothCallPcmLogSwitch', () => zelk.handleBluetoothCallPcmLogSwitch(true), [true], undefined, false],
-    ['FetchRemoteDevicesLogs', () => zelk.fetchRemoteDevicesLogs('r', -(2 ** 62)), ['r', -(2n ** 62n)], 'grün'],
-    ['QueryRemoteDevicesLogs', () => zelk.queryRemoteDevicesLogs('ß'), ['ß'], Buffer.from([0x61, 0xff]), 'a\ufffd'],
-    ['GetRemoteDevicesList', () => zelk.getRemoteDevicesList(), [], ''],
-    ['QueryProtocolData', () => zelk.queryProtocolData('r'), ['r'], 'x'.repeat(100_000)],
-  ]) {
+  for (const [operation, given, args, answer, seen = answer] of OPERATIONS) {
+    const call = zelk[operation[0].toLowerCase() + operation.slice(1)];
     for (const give of [(value) => value, async (value) => value]) {
-      serve({ [operation]: (...given) => (assert.deepEqual(given, args), give(answer)) });
-      assert.deepEqual(await call(), seen, operation);
+      serve({
+        [operation](...received) {
+          assert.deepEqual(received, args);
+          received.filter(Array.isArray).forEach((list) => list.pop());
+          return give(answer);
+        },
+      });
+      assert.deepEqual(await call(...given), seen, operation);
       assert.deepEqual(service.requests, [{ operation, args }]);
       service.restore();
     }
@@ -48,58 +75,64 @@ test('each operation has its handler, which gets the arguments and gives the ans
 });
 
 test('a handler decides how its call ends', async () => {
-  for (const [title, handler, code, seen, mistake] of [
-    ['nothing', () => {}, 0, ['resolved', false]],
-    ['a code', () => { throw new ServiceError(-5); }, -5, ['rejected', false]],
-    ['a code and an answer, late', async () => { throw new ServiceError(7, true); }, 7, ['rejected', true]],
-    ['an error', () => { throw new RangeError('own'); }, 1003, ['rejected', false], /^RangeError: own/],
-    ['a rejection with anything', () => Promise.reject('own'), 1003, ['rejected', false], /^own/],
-    ['a wrong answer', () => 1, 1004, ['rejected', false], /answers a boolean, not a number/],
-    ['a wrong answer with a code', () => { throw new ServiceError(7, ['']); }, 1004, ['rejected', false], /not an array/],
-    ['never', NEVER, 1002, ['rejected', false]],
+  const fails = (error) => () => {
+    throw error;
+  };
+  const spoilt = Object.assign(new ServiceError(7), { code: '7' });
+  for (const [handler, code, seen, mistake] of [
+    [() => {}, 0, ['resolved', false]],
+    [fails(new ServiceError(-5)), -5, ['rejected', false]],
+    [async () => fails(new ServiceError(7, true))(), 7, ['rejected', true]],
+    [fails(new RangeError('own')), 1003, ['rejected', false], /^RangeError: own/],
+    [fails(spoilt), 1003, ['rejected', false], /is a number, not a string/],
+    [() => Promise.reject('own'), 1003, ['rejected', false], /^own/],
+    [() => 1, 1004, ['rejected', false], /answers a boolean, not a number/],
+    [async () => [true], 1004, ['rejected', false], /answers a boolean, not an array/],
+    [fails(new ServiceError(7, '')), 1004, ['rejected', false], /answers a boolean, not a string/],
+    [NEVER, 1002, ['rejected', false]],
   ]) {
     serve({ GetModemLogStatus: handler }, { timeout: 50 });
     const log = captureLog();
-    assert.deepEqual(await outcome(zelk.getModemLogStatus()), seen, title);
+    assert.deepEqual(await outcome(zelk.getModemLogStatus()), seen, String(handler));
     log.stop();
-    assert.ok(log.lines.some(({ message }) => message.endsWith(`GetModemLogStatus, result=${code}`)), title);
+    const codes = log.lines.map(({ message }) => /GetModemLogStatus, result=(.*)/.exec(message)?.[1]);
+    assert.deepEqual(codes.filter(Boolean), [String(code)], String(handler));
+    assert.equal(service.errors.length, mistake ? 1 : 0);
     if (mistake) {
-      assert.throws(service.restore, ({ errors }) => errors.length === 1 && mistake.test(String(errors[0])), title);
+      const wanted = ({ name, errors }) => name === 'AggregateError' && mistake.test(String(errors[0]));
+      assert.throws(service.restore, wanted, String(handler));
     }
     service.restore();
   }
 });
 
 test('mistakes are refused where they are made', () => {
-  const other = () => logService({ GetModemLogStatus: NEVER });
-  for (const [make, error] of [
-    [() => serve({ getModemLogStatus: NEVER }), { name: 'TypeError', message: /GetModemLogStatus.*QueryProtocolData/ }],
-    [() => serve({ GetModemLogStatus: true }), { name: 'TypeError', message: /boolean/ }],
-    [() => serve().handle('toString', NEVER), { name: 'TypeError' }],
-    ...[0, -1, NaN, 2 ** 31, '5', null].map((timeout) => [() => serve({}, { timeout }), { name: 'RangeError' }]),
-    ...['5', 5n, undefined].map((code) => [() => new ServiceError(code), { name: 'TypeError' }]),
-    ...[0, NaN, 1.5, 2 ** 31].map((code) => [() => new ServiceError(code), { name: 'RangeError' }]),
-    ...[undefined, 1, {}].map((caller) => [() => setCaller(caller), { name: 'TypeError' }]),
-    ...[-1n, 2n ** 64n].map((caller) => [() => setCaller(caller), { name: 'RangeError' }]),
+  for (const [make, name, message = /./] of [
+    [() => serve({ getModemLogStatus: NEVER }), 'TypeError', /GetModemLogConfig, .*QueryProtocolData/],
+    [() => serve({ HandleBluetoothCallPcmLogSwitch: 5 }), 'TypeError', /Bluetooth.* is a number/],
+    [() => serve().handle('toString', NEVER), 'TypeError', /GetModemLogConfig, /],
+    ...[0, -1, NaN, 2 ** 31, '5', null].map((timeout) => [() => serve({}, { timeout }), 'RangeError']),
+    ...['5', 5n, undefined].map((code) => [() => new ServiceError(code), 'TypeError']),
+    ...[0, NaN, 1.5, 2 ** 31].map((code) => [() => new ServiceError(code), 'RangeError']),
+    ...[undefined, 1, {}].map((caller) => [() => setCaller(caller), 'TypeError']),
+    ...[-1n, 2n ** 64n].map((caller) => [() => setCaller(caller), 'RangeError']),
   ]) {
-    assert.throws(make, error, String(make));
+    assert.throws(make, { name, message });
     service?.restore();
   }
-  const first = other();
-  const second = other();
-  assert.throws(first.restore, { code: 'ERR_ZELK_RESTORE_ORDER' });
-  second.restore();
-  first.restore();
 });
 
-test('without a handler a reference service of its own answers', async () => {
+test('a service stands in front of the one before, each with its own reference service', async () => {
   const first = serve();
   await zelk.handleModemLogSwitch(true, items);
   const second = logService();
-  assert.deepEqual([await zelk.getModemLogStatus(), await zelk.getModemLogConfig(['k'])],
-    [false, [{ configKey: 'k', value: {} }]]);
-  second.restore();
-  assert.deepEqual([await zelk.getModemLogStatus(), await zelk.getModemLogConfig(['k'])], [true, items]);
+  const state = async () => [await zelk.getModemLogStatus(), await zelk.getModemLogConfig(['k'])];
+  assert.deepEqual(await state(), [false, [{ configKey: 'k', value: {} }]]);
+  assert.throws(first.restore, { code: 'ERR_ZELK_RESTORE_ORDER' });
+  assert.equal(await firstMessage(
+    'try { logService(); } catch ({ code }) { parentPort.postMessage(code); }'), 'ERR_ZELK_SERVICE_IN_USE');
+  (second[Symbol.dispose] ?? second.restore)();
+  assert.deepEqual(await state(), [true, items]);
   first.handle('GetModemLogStatus', () => false);
   assert.equal(await zelk.getModemLogStatus(), false);
   first.handle('GetModemLogStatus', undefined);
@@ -113,9 +146,7 @@ test('the service leaves and joins again, and calls that wait go on', async () =
   let finish;
   serve({ GetModemLogStatus: () => new Promise((resolve) => (finish = resolve)) });
   const waiting = zelk.getModemLogStatus();
-  while (!finish) {
-    await new Promise(setImmediate);
-  }
+  await arrival();
   service.leave();
   const log = captureLog();
   assert.deepEqual(await outcome(zelk.getModemLogStatus()), ['rejected', false]);
@@ -128,44 +159,119 @@ test('the service leaves and joins again, and calls that wait go on', async () =
   assert.equal(await waiting, true);
 });
 
-test('what a call waits for ends', async () => {
-  serve({ GetModemLogStatus: NEVER });
-  const waiting = outcome(zelk.getModemLogStatus());
-  while (service.requests.length === 0) {
-    await new Promise(setImmediate);
+// The least of three, since the machine may have other things to do meanwhile.
+test('a waiting call ends within 100 ms when its service is restored or its environment ends', async () => {
+  const SERVE = 'logService({ GetModemLogStatus: () => new Promise(() => parentPort.postMessage(0)) });';
+  const ends = {
+    async restored() {
+      serve({ GetModemLogStatus: NEVER });
+      const calls = Promise.all([outcome(zelk.getModemLogStatus()), outcome(zelk.getModemLogStatus())]);
+      await arrival(2);
+      return [() => service.restore(), calls];
+    },
+    async terminated() {
+      const worker = inWorker(`${SERVE} setInterval(() => {}, 1000); parentPort.postMessage(0);`);
+      await once(worker, 'message');
+      const calls = Promise.all([outcome(zelk.getModemLogStatus())]);
+      await once(worker, 'message');
+      return [() => worker.terminate(), calls];
+    },
+    async 'terminated with its own call'() {
+      const worker = inWorker(`${SERVE} zelk.getModemLogStatus();`);
+      await once(worker, 'message');
+      return [() => worker.terminate(), once(worker, 'exit').then(() => [])];
+    },
+  };
+  for (const [how, prepare] of Object.entries(ends)) {
+    const times = [];
+    for (let round = 0; round < 3; ++round) {
+      const [end, calls] = await prepare();
+      const start = performance.now();
+      end();
+      for (const seen of await calls) {
+        assert.deepEqual(seen, ['rejected', false], how);
+      }
+      times.push(performance.now() - start);
+      assert.equal(await zelk.getModemLogStatus(), false, 'the own service is back');
+    }
+    assert.ok(Math.min(...times) < 100, `${how}: ${times} ms`);
   }
-  const start = Date.now();
-  service.restore();
-  assert.deepEqual(await waiting, ['rejected', false]);
-  assert.ok(Date.now() - start < 100);
+});
+
+test('a process ends as it wants to while calls wait', () => {
+  const SERVE = `let service = logService({ GetModemLogStatus: () => new Promise(() => {}) });
+    for (let i = 0; i < 8; ++i) { zelk.getModemLogStatus().catch(() => {}); }`;
+  for (const [code, status] of [
+    [`${SERVE} setTimeout(() => process.exit(3), 100);`, 3],
+    [`${SERVE} setTimeout(() => service.restore(), 100);`, 0],
+    [`${SERVE} service.handle('GetModemLogStatus', () => process.exit(4));`, 4],
+    [`process.on('exit', () => { ${SERVE} }); logService().restore();`, 0],
+  ]) {
+    const start = Date.now();
+    const child = spawnSync(process.execPath, ['-e', LOAD + code], { encoding: 'utf8' });
+    assert.deepEqual([child.status, child.stderr], [status, ''], code);
+    assert.ok(Date.now() - start < 10_000, code);
+  }
+});
+
+test('every capture sees the lines of every thread, and they still go where they went', async () => {
+  const [first, second] = [captureLog(), captureLog()];
+  await firstMessage('zelk.getModemLogStatus().then(parentPort.postMessage.bind(parentPort));');
+  second.stop();
+  const seen = first.lines.length;
+  assert.ok(seen > 5);
+  zelk.getModemLogStatus(0, 0);
+  const message = 'GetModemLogStatus: Illegal params number';
+  const last = { level: 'E', domain: 0xd002d19, tag: 'ZELK_SERVICE', message };
+  assert.deepEqual(first.lines.slice(seen), [last]);
+  first.stop();
+  assert.deepEqual(second.lines, first.lines.slice(0, seen));
+  const code = 'const log = captureLog(); zelk.getModemLogStatus(0, 0); console.log(log.lines.length);';
+  const child = spawnSync(process.execPath, ['-e', LOAD + code], {
+    encoding: 'utf8', env: { ...process.env, HILOG_LEVEL: 'E', HILOG_FILE: '' } });
+  assert.ok(child.stderr.endsWith(` E C02d19/ZELK_SERVICE: ${message}\n`));
+  assert.equal(child.stdout, '1\n');
 });
 
 test('an identity holds in every thread until it is given back', async () => {
-  const inWorker = (code) => new Promise((resolve, reject) => {
-    new Worker(`const { parentPort } = require('node:worker_threads');
-      const zelk = require(${JSON.stringify(ROOT)}); const kit = require(${JSON.stringify(`${ROOT}testing.js`)});
-      parentPort.postMessage(${code});`, { eval: true }).on('message', resolve).on('error', reject);
-  });
+  const ASK = 'parentPort.postMessage(zelk.getModemLogStatus() !== undefined);';
   const served = () => zelk.getModemLogStatus() !== undefined;
   for (const [caller, isServed] of [
     [{ systemApplication: false }, false], [{ systemApplication: true }, true], [2n ** 32n, true],
     [2n ** 64n - 1n - 2n ** 32n, false], [null, true],
   ]) {
     setCaller(caller);
-    assert.deepEqual([served(), await inWorker('zelk.getModemLogStatus() !== undefined')], [isServed, isServed]);
+    assert.deepEqual([served(), await firstMessage(ASK)], [isServed, isServed]);
   }
+  const worker = inWorker(`setCaller({ systemApplication: false }); parentPort.postMessage(0);
+    parentPort.once('message', () => {});`);
+  await once(worker, 'message');
+  assert.equal(served(), false);
+  worker.postMessage(0);
+  await once(worker, 'exit');
+  assert.equal(served(), true);
 });
 
-test('a process ends while calls wait', () => {
-  for (const [code, status] of [
-    ['setTimeout(() => process.exit(3), 200);', 3],
-    ['setTimeout(() => service.restore(), 200);', 0],
-  ]) {
-    const start = Date.now();
-    const child = spawnSync(process.execPath, ['-e', `
-      const service = require('./testing.js').logService({ GetModemLogStatus: () => new Promise(() => {}) });
-      for (let i = 0; i < 8; ++i) { require('.').getModemLogStatus().catch(() => {}); } ${code}`], { cwd: ROOT });
-    assert.deepEqual([child.status, String(child.stderr)], [status, '']);
-    assert.ok(Date.now() - start < 5000);
+test('what a test sees belongs to the realm that loaded the kit', async () => {
+  const path = `${ROOT}testing.js`;
+  const own = createContext({});
+  const module = { exports: {} };
+  compileFunction(readFileSync(path, 'utf8'), ['module', 'require'], { parsingContext: own, filename: path })(
+    module, createRequire(path));
+  const kit = module.exports;
+  const [OwnArray, OwnTypeError] = runInContext('[Array, TypeError]', own);
+
+  const log = kit.captureLog();
+  service = kit.logService({
+    HandleModemLogSwitch: (on, configs) => configs instanceof OwnArray,
+    GetModemLogStatus: () => Promise.reject(new ServiceError(5, true)),
+  });
+  assert.equal(await zelk.handleModemLogSwitch(true, items), true);
+  assert.deepEqual(await outcome(zelk.getModemLogStatus()), ['rejected', true]);
+  log.stop();
+  const [{ args }] = service.requests;
+  for (const list of [service.requests, args, args[1], log.lines]) {
+    assert.ok(list instanceof OwnArray);
   }
+  assert.throws(() => kit.setCaller(), OwnTypeError);
 });

@@ -8,3 +8,5 @@ export const status: Promise<boolean> | undefined = getModemLogStatus();
 export const changed: Promise<boolean> | undefined = zelk.changeModemLogConfig([item]);
 export const list: Promise<string> = everything.getRemoteDevicesList();
 void getModemLogstatus;
+
+export { logService, type Handlers } from 'zelklogservice/testing';
