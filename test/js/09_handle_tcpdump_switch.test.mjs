@@ -1,5 +1,5 @@
 import {
-  AWAY, calls, FAILS, FORGOTTEN, I, ITEMS, PENDING, READ, switchTests, TEXT, W, WRITTEN,
+  AWAY, calls, FAILS, FORGOTTEN, I, ITEMS, NO, PENDING, READ, switchTests, TEXT, W, WRITTEN, YES,
 } from '../support/cases.mjs';
 
 const name = 'handleTcpdumpSwitch';
@@ -8,6 +8,7 @@ const NO_ITEMS = I('[TCP dump] NativeHandleTcpdumpSwitch asyncContext configs is
 const failed = (code) => I(`HandleTcpdumpSwitchCallback: errorcode ${code}`);
 
 switchTests(name, {
+  answers: [YES, NO],
   yes: true,
   sent: { items: [[TEXT]], lines: [WRITTEN] },
   on: [],

@@ -1,11 +1,13 @@
-import { AWAY, calls, FAILS, FORGOTTEN, I, ITEMS, PENDING, READ, switchTests, W } from '../support/cases.mjs';
+import { AWAY, calls, FORGOTTEN, I, ITEMS, PENDING, READ, switchTests, W } from '../support/cases.mjs';
 
 const name = 'handleBluetoothCallPcmLogSwitch';
 const op = 'HandleBluetoothCallPcmLogSwitch';
+const FAILS = { code: 9 };
 const failed = (code) => I(`HandleBluetoothCallPcmLogSwitchCallback: errorcode ${code}`);
 
 // The items are made and not sent, and success answers false.
 switchTests(name, {
+  answers: [{}, {}], // The service has none.
   yes: false,
   sent: { items: [], lines: [] },
   on: [],

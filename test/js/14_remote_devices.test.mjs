@@ -1,12 +1,13 @@
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
+import { setCaller } from 'zelklogservice/testing';
 import { E, expectCall, W } from '../support/cases.mjs';
 import { operation } from '../support/forms.mjs';
-import { fail, identity, keeps, probes, run, service, zelk } from '../support/zelk.mjs';
+import { fail, keeps, probes, run, service, zelk } from '../support/zelk.mjs';
 
 // Function, arguments, the request they become.
 const CALLS = [
-  ['fetchRemoteDevicesLogs', ['req', 5], ['FetchRemoteDevicesLogs', 'req', '5']],
+  ['fetchRemoteDevicesLogs', ['req', 5], ['FetchRemoteDevicesLogs', 'req', 5n]],
   ['queryRemoteDevicesLogs', ['req'], ['QueryRemoteDevicesLogs', 'req']],
   ['getRemoteDevicesList', [], ['GetRemoteDevicesList']],
   ['queryProtocolData', ['req'], ['QueryProtocolData', 'req']],
@@ -34,7 +35,7 @@ const executorLines = (name, code) => [
 ];
 
 test('serve every caller, and answer with the reply text, a failure too', async () => {
-  identity('0');
+  setCaller({ systemApplication: false });
   for (const [name, args, request] of CALLS) {
     const answer = 'reply\0é';
     for (const [code, sees, requests] of [
@@ -62,12 +63,12 @@ test('want their exact number of arguments, and say 1 whatever it is', async () 
 });
 
 test('read their arguments as Node-API converts them', async () => {
-  const MAX = '9223372036854775807';
+  const MAX = 2n ** 63n - 1n;
   const zero = E('GetInt32: failed to get int32 value , so return zero');
   for (const [number, expected, ...lines] of [
-    [2 ** 53 + 2, '9007199254740994'], [-(2 ** 53), '-9007199254740992'], [2 ** 63, MAX], [1e300, MAX],
-    [-1e300, '-9223372036854775808'], [NaN, '0'], [Infinity, '0'], [-Infinity, '0'], [2.9, '2'], [-2.9, '-2'],
-    ['5', '0', zero], [undefined, '0', zero], [5n, '0', zero], [{}, '0', zero],
+    [2 ** 53 + 2, 9007199254740994n], [-(2 ** 53), -9007199254740992n], [2 ** 63, MAX], [1e300, MAX],
+    [-1e300, -(2n ** 63n)], [NaN, 0n], [Infinity, 0n], [-Infinity, 0n], [2.9, 2n], [-2.9, -2n],
+    ['5', 0n, zero], [undefined, 0n, zero], [5n, 0n, zero], [{}, 0n, zero],
   ]) {
     const seen = await run(() => zelk.fetchRemoteDevicesLogs('r', number));
     assert.deepEqual(seen.requests, [['FetchRemoteDevicesLogs', 'r', expected]], String(number));

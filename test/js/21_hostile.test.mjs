@@ -93,9 +93,8 @@ const spoilt = fc.tuple(text, fc.nat(), fc.integer({ min: 0, max: 255 })).map(([
 const value = fc.oneof(text, spoilt);
 const reply = fc.oneof(value, json(fc.record({ configKey: value, value }, { requiredKeys: [] })),
   json(fc.record({ configKey: fc.jsonValue(), value: fc.jsonValue() })));
-// As one character per byte of UTF-8, unless each character is meant as a byte already.
-const toLatin1 = (characters) =>
-  (/^[\0-\xff]*$/.test(characters) ? characters : Buffer.from(characters, 'utf8').toString('latin1'));
+// As UTF-8, unless each character is meant as a byte already.
+const toBytes = (text) => Buffer.from(text, /^[\0-\xff]*$/.test(text) ? 'latin1' : 'utf8');
 
 // Whether a configuration reply may come to this: items with a text as the key and a value of the type.
 const isItems = (type) => (items, count) => items.length === count && items.every((each) =>
@@ -108,8 +107,8 @@ for (const [name, fits] of Object.entries(FITS)) {
   const isList = name !== 'getModemLogDirectPackConfig';
   test(`arbitrary replies to ${name}`, () => always(async (texts, code) => {
     tried.replies++;
-    const answers = isList ? texts.map(toLatin1) : toLatin1(texts.join(''));
-    service({ [operation(name)]: { code, latin1: true, answer: answers } });
+    const answers = isList ? texts.map(toBytes) : toBytes(texts.join(''));
+    service({ [operation(name)]: { code, answer: answers } });
     const [left, { uncaught, callback: [answer], lines }] = await leaves(() => run((callback) =>
       zelk[name](...forms(name, callback).find((args) => args.at(-1) === callback))));
     assert.deepEqual([uncaught, left.records], [[], answer ? 0 : 1]);
@@ -120,9 +119,9 @@ for (const [name, fits] of Object.entries(FITS)) {
 for (const name of remoteNames) {
   test(`arbitrary replies to ${name}`, () => always(async (answer, code) => {
     tried.replies++;
-    service({ [operation(name)]: { code, latin1: true, answer: toLatin1(answer) } });
+    service({ [operation(name)]: { code, answer: toBytes(answer) } });
     const seen = await run(() => zelk[name](...forms(name)[0]));
     assert.deepEqual([seen.pending, code === 0 ? seen.resolved : seen.rejected],
-      [false, Buffer.from(toLatin1(answer), 'latin1').toString('utf8')]);
+      [false, toBytes(answer).toString()]);
   }, fc.oneof(reply, bytes), fc.integer()));
 }

@@ -9,7 +9,6 @@ import { text } from 'node:stream/consumers';
 import { after, afterEach, before, test } from 'node:test';
 import { setTimeout as sleep } from 'node:timers/promises';
 import { fileURLToPath } from 'node:url';
-import { buildFolder, leaves, run, service as setService, zelk } from '../support/zelk.mjs';
 
 const ROUNDS = Number(process.env.ZELK_SERVICE_FAULT_ROUNDS || 2);
 const CALLS = 1000;
@@ -18,6 +17,9 @@ const [UNREACHABLE, GONE, LATE] = [1, 1001, 1002]; // Unreachable: no owner of t
 
 const BUS_CONFIGURATION = fileURLToPath(new URL('../../scripts/private_bus.conf', import.meta.url));
 const address = `unix:abstract=zelk-test-${process.pid}`; // A bus that comes back has the same.
+process.env.ZELK_LOG_SERVICE = address;
+const { buildFolder, leaves, leaveService, run, zelk } = await import('../support/zelk.mjs');
+leaveService();
 const running = new Set();
 let bus;
 
@@ -57,11 +59,7 @@ async function freeze(child) {
   }
 }
 
-before(() => {
-  process.env.ZELK_LOG_SERVICE = address;
-  setService('embedded'); // Where the environment says.
-  return startBus();
-});
+before(startBus);
 afterEach(() => Promise.all([...running].filter((child) => child !== bus).map((child) => stop(child))));
 after(() => stop(bus));
 

@@ -26,8 +26,17 @@ function zelklog(words, env = {}) {
 // The settings under which the command finds a log service with these answers: {Operation: {code, answer}}.
 function answering(answers) {
   const file = join(mkdtempSync(join(folder, 'service-')), 'service.cjs');
-  const service = JSON.stringify(JSON.stringify(answers));
-  writeFileSync(file, `require(${JSON.stringify(join(build, 'zelk_test.node'))}).setService(${service});`);
+  writeFileSync(file, `
+    const { logService, ServiceError } = require(${JSON.stringify(join(root, 'testing.js'))});
+    const service = logService();
+    for (const [operation, { code, answer }] of Object.entries(${JSON.stringify(answers)})) {
+      service.handle(operation, () => {
+        if (code !== 0) {
+          throw new ServiceError(code, answer);
+        }
+        return answer;
+      });
+    }`);
   return { NODE_OPTIONS: `--require=${file}` };
 }
 

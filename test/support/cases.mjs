@@ -2,8 +2,9 @@
 // of what a call does: what it does not name must not happen.
 import assert from 'node:assert/strict';
 import { afterEach, test } from 'node:test';
+import { setCaller } from 'zelklogservice/testing';
 import { operation as operationOf } from './forms.mjs';
-import { fail, identity, keeps, service, SYSTEM_APP, zelk } from './zelk.mjs';
+import { fail, keeps, service, zelk } from './zelk.mjs';
 
 export const E = (text) => `E ZELK_SERVICE: ${text}`;
 export const I = (text) => `I ZELK_SERVICE: ${text}`;
@@ -38,7 +39,7 @@ export const NO_OBJECTS = ['a', 1, null, undefined, () => 1, Symbol('s')];
 afterEach(() => {
   fail();
   service({});
-  identity(SYSTEM_APP);
+  setCaller(null);
 });
 
 export function describe(error) {
@@ -83,10 +84,10 @@ export const calls = (title, name, rows) => test(`${name} ${title}`, async () =>
   }
 });
 
-// The switches. `yes` is what becomes of the service's true; `sent` what goes with the items: the rest of the
-// request, and the lines. The other words are lines: `on` and `off` those about a boolean, `undefinedItems`
-// about `undefined` in the items' place, `noItems` about a request without items.
-export function switchTests(name, { yes, sent, on, off, undefinedItems, noItems }) {
+// The switches. `answers` are the service's; `yes` is what becomes of the first; `sent` what goes with the
+// items: the rest of the request, and the lines. The other words are lines: `on` and `off` those about a
+// boolean, `undefinedItems` about `undefined` in the items' place, `noItems` about a request without items.
+export function switchTests(name, { answers: [YES, NO], yes, sent, on, off, undefinedItems, noItems }) {
   const op = operationOf(name);
   calls('takes only true as on', name, [
     [YES, () => [true], { resolved: yes }, [[op, true]], [...on, ...noItems]],

@@ -1,71 +1,21 @@
 // zelk_test.node: lets JavaScript tests look behind the module. Every function takes and gives JSON text.
 #include "control.h"
 
-#include <mutex>
 #include <sstream>
-#include <utility>
 
 #include <json/reader.h>
 #include <json/writer.h>
 
 #include "faults.h"
-#include "hilog/capture.h"
-#include "scripted_service.h"
 
 namespace ZelkTest {
 
 namespace {
 
-std::mutex g_linesMutex;
-Json::Value g_lines(Json::arrayValue);
-
 std::vector<napi_property_descriptor>& Probes()
 {
     static std::vector<napi_property_descriptor> probes;
     return probes;
-}
-
-Json::Value SetService(const Json::Value& script)
-{
-    if (script.isString()) { // "embedded"
-        UnsetScriptedService();
-    } else {
-        SetScriptedService(script);
-    }
-    return {};
-}
-
-Json::Value TakeRequestList(const Json::Value&)
-{
-    return TakeRequests();
-}
-
-Json::Value TakeProxies(const Json::Value&)
-{
-    return TakeProxyCount();
-}
-
-void KeepLine(const OHOS::Host::LogRecord& record)
-{
-    Json::Value line;
-    line[0] = record.level;
-    line[1] = record.domain;
-    line[2] = record.tag;
-    line[3] = record.message;
-    const std::lock_guard<std::mutex> lock(g_linesMutex);
-    g_lines.append(std::move(line));
-}
-
-Json::Value CaptureLines(const Json::Value&)
-{
-    OHOS::Host::SetLogCapture(KeepLine);
-    return {};
-}
-
-Json::Value TakeLines(const Json::Value&)
-{
-    const std::lock_guard<std::mutex> lock(g_linesMutex);
-    return std::exchange(g_lines, Json::arrayValue);
 }
 
 Json::Value PlanFaults(const Json::Value& plan)
@@ -140,11 +90,6 @@ extern "C" ZELK_TEST_EXPORT napi_value napi_register_module_v1(napi_env env, nap
 {
     using namespace ZelkTest;
     const napi_property_descriptor functions[] = {
-        Function("setService", SetService),
-        Function("takeRequests", TakeRequestList),
-        Function("takeProxyCount", TakeProxies),
-        Function("captureLines", CaptureLines),
-        Function("takeLines", TakeLines),
         Function("planFaults", PlanFaults),
         Function("trace", Trace),
         Function("counts", ReadCounts),

@@ -52,6 +52,9 @@ const CONFIG_REPLY = [
 ];
 
 function answerOf(name) {
+  if (name === 'handleBluetoothCallPcmLogSwitch') {
+    return undefined;
+  }
   if (/Remote|Protocol|DirectPack/.test(name)) {
     return '{"text":1}';
   }

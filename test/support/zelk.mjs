@@ -2,14 +2,16 @@
 // lines.
 import assert from 'node:assert/strict';
 import { createRequire } from 'node:module';
+import { setTimeout as sleep } from 'node:timers/promises';
 import { fileURLToPath } from 'node:url';
+import { captureLog, logService, ServiceError } from 'zelklogservice/testing';
 
 export const buildFolder = fileURLToPath(
   new URL(`../../build/${process.env.ZELKLOGSERVICE_BUILD || 'release'}/`, import.meta.url));
 const require = createRequire(import.meta.url);
 const control = require(`${buildFolder}zelk_test.node`);
 
-// The module's own object files under the fault layer, and the module's inside: see probes.cpp.
+// The module's sources compiled once more, under the fault layer, and the module's internals: see probes.cpp.
 export const zelk = require(`${buildFolder}zelklogservice_test.node`);
 export const probes = control.probes();
 
@@ -18,23 +20,44 @@ export const remoteNames = names.filter((name) => /Remote|Protocol/.test(name));
 export const gatedNames = names.filter((name) => !remoteNames.includes(name));
 
 const asking = (name) => (argument = null) => JSON.parse(control[name](JSON.stringify(argument)));
-const [takeLines, takeRequests] = ['takeLines', 'takeRequests'].map(asking);
-export const [counts, proxyCount] = ['counts', 'takeProxyCount'].map(asking);
-
-// Puts a scripted service behind the module: {Operation: {code, answer, delay}}; null is no service,
-// 'embedded' the reference service.
-export const service = asking('setService');
+export const counts = asking('counts');
 // Makes Node-API calls of the module fail: [{name, nth, status}], where no name means any call.
 const planFaults = asking('planFaults');
 export const fail = (...plan) => planFaults(plan);
-// The module's Node-API calls since the last plan that was not empty: [[name, status]].
+// The module's Node-API calls since the last plan that was not empty: [[name, status, function that calls]].
 export const trace = asking('trace');
 
-export const SYSTEM_APP = '0x100000001';
-export const identity = (token) => (process.env.OHOS_FULL_TOKEN_ID = token);
+const logServiceInForce = logService();
+const log = captureLog();
+
+function handlerOf({ code = 0, answer, delay = 0 }) {
+  const end = () => {
+    if (code !== 0) {
+      throw new ServiceError(code, answer);
+    }
+    return answer;
+  };
+  return delay === 0 ? end : () => sleep(delay).then(end);
+}
+
+// What the log service answers: {Operation: {code, answer, delay}}; nothing but code 0 where nothing is
+// named. Null: there is no service.
+export function service(script) {
+  for (const name of names) {
+    const operation = name[0].toUpperCase() + name.slice(1);
+    logServiceInForce.handle(operation, handlerOf(script?.[operation] ?? {}));
+  }
+  if (script === null) {
+    logServiceInForce.leave();
+  } else {
+    logServiceInForce.join();
+  }
+}
+
+// The service that the environment names.
+export const leaveService = () => logServiceInForce.restore();
 
 service({});
-asking('captureLines')(true);
 
 // Until no work of the module is in flight and what it answered has been delivered.
 async function idle() {
@@ -45,16 +68,16 @@ async function idle() {
   } while (!isLast);
 }
 
-const LEVELS = { 3: 'D', 4: 'I', 5: 'W', 6: 'E', 7: 'F' };
-
 // Runs `action(callback)` to its end. Gives what JavaScript saw (returned or thrown; resolved, rejected or
 // pending; callback: the argument lists of its calls; uncaught: errors outside any call) and what others saw:
 // the service's requests and the log lines, as "E ZELK_SERVICE: text".
 export async function run(action) {
   const seen = { callback: [], uncaught: [] };
   const others = process.rawListeners('uncaughtException');
-  process.removeAllListeners('uncaughtException').on('uncaughtException', (error) => seen.uncaught.push(error));
-  [takeRequests, takeLines, proxyCount].forEach((take) => take());
+  process.removeAllListeners('uncaughtException');
+  process.on('uncaughtException', (error) => seen.uncaught.push(error));
+  logServiceInForce.clear();
+  log.lines.length = 0;
   try {
     try {
       seen.returned = action((...args) => seen.callback.push(args));
@@ -71,10 +94,11 @@ export async function run(action) {
     process.removeAllListeners('uncaughtException');
     others.forEach((listener) => process.on('uncaughtException', listener));
   }
-  seen.requests = takeRequests();
-  seen.lines = takeLines().map(([level, domain, tag, message]) => {
+  assert.deepEqual(logServiceInForce.errors, []);
+  seen.requests = logServiceInForce.requests.map(({ operation, args }) => [operation, ...args]);
+  seen.lines = log.lines.map(({ level, domain, tag, message }) => {
     assert.equal(domain, 0xd002d19);
-    return `${LEVELS[level]} ${tag}: ${message}`;
+    return `${level} ${tag}: ${message}`;
   });
   return seen;
 }
