@@ -94,10 +94,15 @@ async function during(what, harm, count = CALLS) {
   const codes = {};
   let settled = 0;
   const note = () => ++settled;
-  const [left, { lines }] = await leaves(() => run(() => {
-    const calls = Array.from({ length: count }, () => zelk.getRemoteDevicesList().then(note, note));
-    return Promise.all([harm(calls), ...calls]);
-  }));
+  let harmed;
+  const [left, { lines }] = await leaves(async () => {
+    const seen = await run(() => {
+      const calls = Array.from({ length: count }, () => zelk.getRemoteDevicesList().then(note, note));
+      harmed = harm(calls);
+    });
+    await harmed;
+    return seen;
+  });
   assert.deepEqual([settled, ...Object.values(left)], [count, 0, 0, 0, 0]);
   for (const [, code] of lines.join('\n').matchAll(/\[OnExecuteCallback\].*errorcode=(\d+)/g)) {
     codes[code] = (codes[code] ?? 0) + 1;
