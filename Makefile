@@ -3,14 +3,20 @@ SHELL := bash
 .SHELLFLAGS := -euo pipefail -c
 .DEFAULT_GOAL := help
 
+# As they were given: a dollar sign in a path is one.
 PREFIX ?= /usr/local
+override PREFIX := $(value PREFIX)
+override DESTDIR := $(value DESTDIR)
+export PREFIX DESTDIR
+
 # What a user of the module runs; the other targets of the build are tests.
-PRODUCT := zelklogservice zelk_dbus zelk_testing zelk-log-service
+PRODUCT := zelklogservice zelk_dbus zelk_testing zelk-log-service command_docs
 
 # `make build` and `make demo` keep a configuration that has tests: no target undoes another's.
-build_product = cmake --preset release --log-level=WARNING && cmake --build --preset release --target $(PRODUCT)
+configure = cmake --preset release --log-level=WARNING >/dev/null
+build_product = $(configure) && cmake --build --preset release --target $(PRODUCT)
 
-.PHONY: help setup build demo test asan tsan lint format format-check bench soak fuzz engines pack install clean
+.PHONY: help setup build demo test asan tsan lint format format-check bench soak fuzz engines pack install uninstall clean
 
 help: ## show this list
 	@awk -F ':.*## ' '/^[a-z-]+:.*## / { printf "make %-13s %s\n", $$1, $$2 }' Makefile
@@ -29,7 +35,7 @@ demo: ## show the module at work, on the embedded log service and on one in a pr
 
 test: ## build and run all tests
 	@./scripts/setup.sh build test
-	@cmake --preset release -DZELK_BUILD_TESTS=ON --log-level=WARNING
+	@$(configure) -DZELK_BUILD_TESTS=ON
 	@cmake --build --preset release
 	@ctest --preset release
 	@node --test test/js/*.test.mjs
@@ -76,8 +82,13 @@ pack: ## make the npm package and try it in an empty folder
 	@$(build_product)
 	@./scripts/pack.sh
 
-install: build ## install the log service and its D-Bus files below PREFIX (/usr/local)
-	@cmake --install build/release --prefix $(PREFIX)
+install: ## install zelklog, the log service and its D-Bus files below PREFIX (/usr/local)
+	@# Nothing is built in somebody else's checkout, as by sudo.
+	@if [ -O . ]; then ./scripts/setup.sh build && $(build_product); fi
+	@./scripts/install.sh install
+
+uninstall: ## remove what was installed below PREFIX
+	@./scripts/install.sh uninstall
 
 clean: ## remove everything that was built
 	@rm -rf build

@@ -222,6 +222,7 @@ function addRemote(program) {
   addRequest(remote, 'query', 'query logs of remote devices', 'queryRemoteDevicesLogs');
 }
 
+// The whole command line, for `run` and for the manual page.
 function build() {
   const program = new Command('zelklog')
     .description('Controls diagnostic logging: modem log, network capture, Bluetooth call audio, remote ' +
@@ -262,4 +263,4 @@ async function run() {
   }
 }
 
-module.exports = { run };
+module.exports = { build, run };

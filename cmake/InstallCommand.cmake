@@ -1,0 +1,35 @@
+# The command zelklog for `cmake --install`: the JavaScript package with its libraries in a folder of its own, from which
+# require() loads it too, and the command's manual page and shell completion, which are made of the command itself.
+find_program(NODE NAMES node nodejs REQUIRED)
+execute_process(COMMAND "${NODE}" -p "process.platform + '-' + process.arch"
+    OUTPUT_VARIABLE node_platform OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+find_path(COMMANDER_DIR package.json
+    PATHS "${CMAKE_SOURCE_DIR}/node_modules/commander" /usr/share/nodejs/commander
+    NO_DEFAULT_PATH REQUIRED)
+
+set(command_docs "${CMAKE_BINARY_DIR}/zelklog.1" "${CMAKE_BINARY_DIR}/zelklog.bash")
+file(GLOB command_sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/bin/*.js")
+add_custom_command(OUTPUT ${command_docs}
+    COMMAND "${NODE}" "${CMAKE_SOURCE_DIR}/scripts/command_docs.js" ${command_docs}
+    DEPENDS scripts/command_docs.js package.json ${command_sources}
+    VERBATIM)
+add_custom_target(command_docs ALL DEPENDS ${command_docs})
+
+set(folder lib/zelklogservice)
+install(FILES index.js index.mjs index.d.ts library.js requirements.js package.json LICENSE DESTINATION "${folder}")
+install(DIRECTORY bin DESTINATION "${folder}" USE_SOURCE_PERMISSIONS)
+install(DIRECTORY "${COMMANDER_DIR}" DESTINATION "${folder}/node_modules")
+install(PROGRAMS "${CMAKE_BINARY_DIR}/zelklogservice.node" DESTINATION "${folder}/lib/${node_platform}")
+install(TARGETS ohos_host zelk_service_api LIBRARY DESTINATION "${folder}/lib/${node_platform}")
+if(TARGET zelk_dbus)
+    install(TARGETS zelk_dbus LIBRARY DESTINATION "${folder}/lib/${node_platform}")
+endif()
+
+include(GNUInstallDirs)
+install(FILES "${CMAKE_BINARY_DIR}/zelklog.1" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
+install(FILES "${CMAKE_BINARY_DIR}/zelklog.bash" RENAME zelklog
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions")
+install(CODE "
+    set(link \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}/zelklog\")
+    file(CREATE_LINK ../${folder}/bin/zelklog \"\$ENV{DESTDIR}\${link}\" SYMBOLIC)
+    list(APPEND CMAKE_INSTALL_MANIFEST_FILES \"\${link}\")")

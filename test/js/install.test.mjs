@@ -1,0 +1,85 @@
+// `make install` and `make uninstall`, below a prefix with unusual letters in it.
+import assert from 'node:assert/strict';
+import { spawnSync } from 'node:child_process';
+import { existsSync, mkdtempSync, readFileSync, readdirSync, rmSync, statSync } from 'node:fs';
+import { tmpdir } from 'node:os';
+import { join } from 'node:path';
+import { after, test } from 'node:test';
+import { fileURLToPath } from 'node:url';
+
+const root = fileURLToPath(new URL('../../', import.meta.url));
+const release = join(root, 'build/release');
+const PREFIX = '/opt/it\'s $5 für 100%';
+const DESTDIR = mkdtempSync(join(tmpdir(), 'zelk-install-'));
+after(() => rmSync(DESTDIR, { recursive: true }));
+
+const installed = (path) => join(DESTDIR, PREFIX, path);
+
+function run(program, args, env = {}) {
+  const options = { cwd: root, encoding: 'utf8', env: { ...process.env, ...env } };
+  const { status, stdout, stderr } = spawnSync(program, args, options);
+  return { status, stdout, stderr };
+}
+
+const change = (what, prefix = PREFIX) => run('scripts/install.sh', [what], { PREFIX: prefix, DESTDIR });
+
+// The paths of all files below a folder.
+function filesBelow(folder) {
+  return readdirSync(folder, { withFileTypes: true }).flatMap((entry) => {
+    const path = join(folder, entry.name);
+    return entry.isDirectory() ? filesBelow(path) : [path];
+  });
+}
+
+const isElf = (path) => statSync(path).isFile() && readFileSync(path, 'latin1').startsWith('\x7fELF');
+
+test('what is installed works, and is where D-Bus, systemd and the shell look for it', () => {
+  assert.deepEqual(change('install').stderr, '');
+  const service = { ZELK_SERVICE_PROGRAM: installed('bin/zelk-log-service') };
+  const { stdout } = run('scripts/with_service.sh', [installed('bin/zelklog'), 'tcpdump', 'on'], service);
+  assert.equal(stdout, 'accepted\n');
+  for (const [path, line] of [
+    ['share/dbus-1/services/dev.zelk.LogService.service', `Exec="${PREFIX}/bin/zelk-log-service" --session`],
+    ['share/dbus-1/system-services/dev.zelk.LogService.service', 'User=zelklog'],
+    ['share/dbus-1/interfaces/dev.zelk.LogService1.xml', '<interface name="dev.zelk.LogService1">'],
+    ['share/systemd/user/dev.zelk.LogService.service', 'BusName=dev.zelk.LogService'],
+    ['lib/systemd/system/dev.zelk.LogService.service',
+      'ExecStart=/usr/bin/env "/opt/it\'s $$5 für 100%%/bin/zelk-log-service" --system'],
+    ['lib/sysusers.d/zelklog.conf', 'u zelklog - "Zelk log service"'],
+    ['share/man/man1/zelklog.1', 'show whether the modem log is on'],
+    ['../../etc/dbus-1/system.d/dev.zelk.LogService.conf', '<policy group="zelklog">'],
+  ]) {
+    assert.ok(readFileSync(installed(path), 'utf8').split('\n').some((text) => text.trim() === line), path);
+  }
+  const words = 'COMP_WORDS=(zelklog modem --json config g); COMP_CWORD=4; _zelklog; echo "${COMPREPLY[@]}"';
+  const completion = installed('share/bash-completion/completions/zelklog');
+  assert.equal(run('bash', ['-c', `. "$0" && ${words}`, completion]).stdout, 'get\n');
+});
+
+test('systemd finds little that the service on the system bus could do to the machine', () => {
+  const unit = installed('lib/systemd/system/dev.zelk.LogService.service');
+  const { status, stdout } = run('systemd-analyze', ['security', '--offline=yes', '--threshold=20', unit]);
+  assert.equal(status, 0, stdout);
+});
+
+test('no library is looked for in the working directory', () => {
+  const programs = [...filesBelow(release), ...filesBelow(DESTDIR)].filter(isElf);
+  const { stdout } = run('readelf', ['--dynamic', '--wide', ...programs]);
+  const paths = [...stdout.matchAll(/\((?:RPATH|RUNPATH)\).*\[(.*)\]/g)].map(([, path]) => path);
+  assert.ok(paths.length > 3);
+  assert.deepEqual(paths.filter((path) => path.split(':').includes('')), []);
+});
+
+test('all of it can be removed again', () => {
+  const { stderr } = run('make', ['uninstall', `PREFIX=${PREFIX}`, `DESTDIR=${DESTDIR}`]);
+  assert.deepEqual([stderr, filesBelow(DESTDIR)], ['', []]);
+  assert.equal(existsSync(installed('lib/zelklogservice')), false);
+});
+
+test('a prefix that cannot be written down in the installed files is refused in one line', () => {
+  for (const prefix of ['/a"b', '/a;b', '/a\\b', '/a${b}', '/a\nb', 'a/b']) {
+    const { status, stdout, stderr } = change('install', prefix);
+    assert.deepEqual([status, stdout], [1, '']);
+    assert.match(stderr, /^scripts\/install\.sh: PREFIX.*\n$/);
+  }
+});
