@@ -147,6 +147,7 @@ int32_t ZelkLogServiceClient::HandleTcpdumpSwitch(bool on, std::vector<std::shar
 int32_t ZelkLogServiceClient::ChangeTcpdumpConfig(std::vector<std::shared_ptr<ConfigInfo>>& configs, bool& result)
 {
     if (configs.empty()) {
+        // Not logged here, unlike in the other methods.
         return EMPTY_LIST;
     }
     return Ask("ChangeTcpdumpConfig", SERVICE_UNAVAILABLE, [&](IZelkLogService& service) {
@@ -176,6 +177,7 @@ int32_t ZelkLogServiceClient::GetRemoteDevicesList(std::string& response)
 int32_t ZelkLogServiceClient::QueryProtocolData(const std::string& request, std::string& response)
 {
     return Ask("QueryProtocolData", REMOTE_SERVICE_UNAVAILABLE, [&](IZelkLogService& service) {
+        // At ERROR level, although nothing is wrong.
         ZELK_LOG(LOG_ERROR, TAG_FRAMEWORK, "[%{public}s]\"get proxy success. request:%{public}s\"", "QueryProtocolData",
                  request.c_str());
         return service.QueryProtocolData(request, response);

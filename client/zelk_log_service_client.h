@@ -1,4 +1,4 @@
-// The module's way to the log service.
+// The module's client of the log service.
 #ifndef ZELKLOGSERVICE_CLIENT_ZELK_LOG_SERVICE_CLIENT_H
 #define ZELKLOGSERVICE_CLIENT_ZELK_LOG_SERVICE_CLIENT_H
 
@@ -19,7 +19,7 @@ namespace OHOS::HiviewDFX {
 // success. Codes of the client itself, which leave the reference arguments untouched:
 //   7  an empty list of keys or items; no request is made;
 //   3  the service cannot be reached, 1 in the four methods for remote devices.
-// Otherwise the service fills the reference arguments, also beside a code that is not 0.
+// Otherwise the service fills the reference arguments, whatever its code.
 //
 // Methods run on worker threads, several at once on the one instance; each blocks until the service has answered. The
 // client has no state and takes no lock.
@@ -36,7 +36,7 @@ public:
     int32_t HandleBluetoothCallPcmLogSwitch(bool on);
 
     // Each item travels as its JSON parameter text (ConfigInfo::GetJsonParams), one text per item, in list order.
-    // ChangeTcpdumpConfig alone says nothing about an empty list.
+    // Only ChangeTcpdumpConfig does not log an empty list.
     int32_t HandleModemLogSwitch(bool on, std::vector<std::shared_ptr<ConfigInfo>> configs, bool& result);
     int32_t ChangeModemLogConfig(std::vector<std::shared_ptr<ConfigInfo>> configs, bool& result);
     int32_t SendModemLogCommand(std::shared_ptr<ConfigInfo> command, bool& result);

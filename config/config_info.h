@@ -12,14 +12,14 @@
 namespace OHOS::HiviewDFX {
 
 // A key that names the setting, and its parameters in the order in which they were added. An item is filled on one
-// thread, handed over, and from then on only read; there is no lock. Nothing here fails but by std::bad_alloc, which
-// leaves the item as it was.
+// thread, handed over, and from then on only read; there is no lock. Nothing here fails except by std::bad_alloc,
+// which leaves the item as it was.
 class ConfigInfo {
 public:
     explicit ConfigInfo(const std::string& itemKey);
 
     // Appends a parameter. A name may be added more than once; every one of them is kept and sent.
-    // A string literal would be taken for a bool: pass a std::string.
+    // A string literal would become a bool: pass a std::string.
     void AddParam(const std::string& name, bool value);
     void AddParam(const std::string& name, int value);
     void AddParam(const std::string& name, const std::string& value);

@@ -6,8 +6,8 @@
 // that the service knows: an item without parameters loses the brace after "value":, and an empty list, which brings no
 // comma, runs into the next name or loses its bracket at the end.
 //
-// The text grows in a string. A stream takes longer to make than the text of a usual item, and would group the digits
-// of integers where the process's locale does.
+// The text is built in a string. A stream takes longer to make than the text of a usual item, and would group the
+// digits of integers where the process's locale does.
 #include "config/config_info.h"
 
 #include <charconv>
@@ -56,7 +56,7 @@ void Put(std::string& text, const Values&... values)
     (PutOne(text, values), ...);
 }
 
-// Quoted, unlike the elements before it, and a boolean as a digit. Decimals alone are written as the others are.
+// The last element is quoted, unlike those before it, and a boolean is a digit. Only decimals stay as they are.
 template <typename T>
 void PutLast(std::string& text, const T& value)
 {
@@ -131,7 +131,7 @@ void PutValue(std::string& text, const ConfigInfoParam& param)
     case TYPE_STRING:
         return Put(text, '"', param.value.stringValue, "\",");
     default:
-        // As AddVectorToJson does it: where there is no value, making the copy writes the line that reports it.
+        // A copy, as AddVectorToJson takes one: copying a type without a value writes the line about it.
         return PutVector(text, ConfigInfoParam(param));
     }
 }
@@ -157,6 +157,7 @@ std::string ConfigInfo::GetJsonParams() const
     }
     text.back() = '}';
     text += '}';
+    // At ERROR level, although nothing is wrong.
     ZELK_ERROR("GetJsonParams ostringstream %{public}s", text.c_str());
     return text;
 }

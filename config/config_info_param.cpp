@@ -12,7 +12,7 @@ namespace {
 
 using Value = ConfigInfoParamValue;
 
-// Calls `visit` with the pointer to the scalar member that `type` names. Returns whether there is one.
+// Calls `visit` with a pointer to the scalar member that `type` names. False when it names none.
 template <typename Visit>
 bool VisitScalar(ConfigInfoParamType type, Visit visit)
 {
@@ -43,7 +43,7 @@ bool VisitScalar(ConfigInfoParamType type, Visit visit)
     }
 }
 
-// The same for the members that own storage. Every other tag has none, and nothing happens.
+// The same for the members that own storage; nothing happens for any other type.
 template <typename Visit>
 void VisitOwner(ConfigInfoParamType type, Visit visit)
 {
@@ -71,7 +71,7 @@ void VisitOwner(ConfigInfoParamType type, Visit visit)
     }
 }
 
-// Begins the life of a union member.
+// Starts the lifetime of a union member.
 template <typename T, typename... Args>
 void Construct(T& member, const Args&... args)
 {

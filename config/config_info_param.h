@@ -30,8 +30,8 @@ enum ConfigInfoParamType : int32_t {
     TYPE_STRING_VECTOR = 16,
 };
 
-// A tagged union. Exactly the member that `type` names is alive, from construction to destruction; the tag never
-// changes. No member is alive for TYPE_NONE and for a tag outside the list. The value owns its string or vector.
+// A tagged union. Only the member that `type` names is alive, from construction to destruction; the tag never changes.
+// No member is alive for TYPE_NONE and for a tag outside the list. The value owns its string or vector.
 class ConfigInfoParamValue {
 public:
     // The member starts at zero, or empty.

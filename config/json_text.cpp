@@ -1,6 +1,6 @@
 #include "config/json_text.h"
 
-// The service's texts are read by the rules of Json::Reader, which its successor Json::CharReader does not share.
+// The service's texts follow the rules of Json::Reader, which differ from those of its successor Json::CharReader.
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
 #include <json/reader.h>
 

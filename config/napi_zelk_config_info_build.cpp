@@ -10,7 +10,7 @@ namespace {
 
 constexpr int32_t INVALID_ARRAY = 7;
 
-// Whether `array` is one; both lists of arguments are refused with the same text.
+// Both lists of arguments are refused with the text that names FillConfigInfoVector.
 bool CheckArray(napi_env env, napi_value array)
 {
     if (!NapiUtil::IsArray(env, array)) {

@@ -21,8 +21,8 @@ namespace OHOS::HiviewDFX {
 //   object                             nothing
 //   any other value, any other array   nothing, with a log line; for the array `errorCode` becomes 7
 //
-// Problems are log lines and a smaller item; nothing is thrown. An exception of the caller's own getter or proxy stays
-// pending: from there on nothing can be read, so that what follows, further elements included, comes out empty.
+// Problems become log lines and a smaller item; nothing is thrown. An exception of the caller's own getter or proxy
+// stays pending: from there on nothing can be read, so that what follows, further elements included, comes out empty.
 // JavaScript thread only; the builder lives for one item.
 class NapiZelkConfigInfoBuild {
 public:
@@ -34,7 +34,7 @@ public:
     void AddParamToList(napi_env env, const std::string& name, napi_value value);
     void AddArrayParamToList(napi_env env, const std::string& name, napi_value value);
 
-    // 7 once an array could not be used. For those who build an item themselves: the functions here do not read it.
+    // 7 once an array could not be used. Part of the class for others: nothing in the module reads it.
     int32_t errorCode = 0;
     std::shared_ptr<ConfigInfo> configInfo;
 };
@@ -45,7 +45,7 @@ std::shared_ptr<ConfigInfo> BuildConfigInfo(napi_env env, napi_value object);
 // Appends one item per element of `array`, each an object {configKey, value}; whatever is wrong with an element, it
 // yields an item, at worst one with the key "" and no parameters. A value that is not an array is logged and appends
 // nothing. There is no limit on the number of elements, and JavaScript waits while they are read: an element costs
-// about a microsecond plus as much per property, and the memory of its item.
+// about a microsecond and as much again per property, and the memory of its item.
 void FillConfigInfoVector(napi_env env, napi_value array, std::vector<std::shared_ptr<ConfigInfo>>& items);
 
 // Appends one string per element of `array`, "" for an element that is not a string of 1 to MAX_STRING_LENGTH bytes. A

@@ -29,7 +29,7 @@ void NativeHandleBluetoothCallPcmLogSwitch(napi_env, void* data)
         ZELK_ERROR("NativeHandleBluetoothCallPcmLogSwitch: data is null");
         return;
     }
-    // The service takes no items with this switch and gives no answer but its code.
+    // The service takes no items with this switch and answers with its code alone.
     const auto client = DelayedSingleton<ZelkLogServiceClient>::GetInstance();
     context->errorCode = client->HandleBluetoothCallPcmLogSwitch(context->switchStatus);
     context->resolved = context->errorCode == 0;
@@ -43,11 +43,11 @@ void HandleBluetoothCallPcmLogSwitchCallback(napi_env env, napi_status, void* da
         return;
     }
     if (!context->resolved) {
-        // Never answered: the promise stays pending and the context is kept.
+        // Not answered: the promise stays pending and the context is kept.
         ZELK_INFO("HandleBluetoothCallPcmLogSwitchCallback: errorcode %{public}d", context->errorCode);
         return;
     }
-    // Nobody writes the result of this switch: success answers false.
+    // Never written for this switch: success answers false.
     NapiUtil::AnswerBoolean(env, context, context->result);
 }
 

@@ -39,7 +39,7 @@ void NativeSendModemLogCommand(napi_env, void* data)
 {
     auto* context = ContextFrom<SendCommandContext>(data);
     if (context == nullptr) {
-        // The capture switch's text.
+        // The text of the capture's switch, on purpose.
         ZELK_ERROR("NativeHandleTcpdumpSwitch: data is null");
         return;
     }
@@ -52,12 +52,12 @@ void SendModemLogCommandCallback(napi_env env, napi_status, void* data)
 {
     auto* context = ContextFrom<SendCommandContext>(data);
     if (context == nullptr) {
-        // The modem log switch's text.
+        // The text of the modem log's switch, on purpose.
         ZELK_ERROR("HandleModemLogSwitchCallback: data is null");
         return;
     }
     if (!context->resolved) {
-        // Never answered, and not even logged: the promise stays pending and the context is kept.
+        // Not answered, and not logged either: the promise stays pending and the context is kept.
         return;
     }
     NapiUtil::AnswerBoolean(env, context, context->result);

@@ -10,7 +10,7 @@ namespace OHOS::HiviewDFX {
 
 namespace {
 
-// "value" ends as an object in every case, an empty one when the service gave no text.
+// "value" becomes an object in every case, an empty one when the service sent no string.
 void ExpandTextValue(napi_env env, const Json::Value& value, napi_value item)
 {
     napi_value object = nullptr;
@@ -29,6 +29,7 @@ napi_value GetModemLogConfig(napi_env env, napi_callback_info info)
         ZELK_ERROR("GetModemLogConfig: current app is not system app, so return");
         return nullptr;
     }
+    // "oe" is part of the text.
     auto context = ReadConfigQueryCall(env, info,
                                        {"GetModemLogConfig: Illegal params",
                                         "GetModemLogConfig: error object type oe error array type",
@@ -60,7 +61,7 @@ void GetModemLogConfigCallback(napi_env env, napi_status, void* data)
         ZELK_ERROR("GetModemLogConfigCallback: data is null");
         return;
     }
-    // Returning here answers nothing: the promise stays pending and the context is kept.
+    // Not answered when one of these two returns: the promise stays pending and the context is kept.
     if (context->callbackConfigs.empty() || !context->resolved) {
         ZELK_ERROR("GetModemLogConfigCallback: callbackConfigs is null");
         return;

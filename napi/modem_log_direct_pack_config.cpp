@@ -47,7 +47,7 @@ void GetModemLogDirectPackConfigCallback(napi_env env, napi_status, void* data)
         return;
     }
     if (!context->resolved) {
-        // Never answered: the promise stays pending and the context is kept. The text is that of the list queries.
+        // Not answered: the promise stays pending and the context is kept. The text is that of the list queries.
         ZELK_ERROR("GetModemLogDirectPackConfigCallback: callbackConfigs is null");
         return;
     }

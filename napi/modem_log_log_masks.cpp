@@ -48,12 +48,13 @@ void GetModemLogLogMasksCallback(napi_env env, napi_status, void* data)
         ZELK_ERROR("GetModemLogLogMasksCallback: data is null");
         return;
     }
-    // Returning here answers nothing: the promise stays pending and the context is kept.
+    // Not answered when one of these two returns: the promise stays pending and the context is kept. The first text is
+    // that of the configuration queries.
     if (context->logMasks.empty() || !context->resolved) {
         ZELK_ERROR("GetModemLogLogMasksCallback: callbackConfigs is null");
         return;
     }
-    // A mask's "value" stays the string that it is.
+    // A mask's "value" stays a string.
     napi_value masks = nullptr;
     if (!ConfigReplyToArray(env, context->logMasks, nullptr, &masks)) {
         ZELK_ERROR("GetModemLogLogMasksCallback: Failed to parse json");

@@ -12,6 +12,7 @@ napi_value HandleModemLogSwitch(napi_env env, napi_callback_info info)
         ZELK_ERROR("HandleModemLogSwitch: current app is not system app, so return");
         return nullptr;
     }
+    // The state is logged at ERROR level, although nothing is wrong.
     auto context =
         ReadSwitchCall(env, info,
                        {"HandleModemLogSwitch: Illegal params number", "HandleModemLogSwitch: config is undefined",

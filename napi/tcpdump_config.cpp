@@ -10,7 +10,7 @@ namespace OHOS::HiviewDFX {
 
 namespace {
 
-// "value" is read as text whatever its type, and always converted. What has no text reads as the empty one.
+// "value" is read as text whatever its type, and always converted. An array or object counts as the empty text.
 void ExpandAnyValue(napi_env env, const Json::Value& value, napi_value item)
 {
     const bool hasText = !value.isArray() && !value.isObject();
@@ -28,6 +28,7 @@ napi_value GetTcpdumpConfig(napi_env env, napi_callback_info info)
         ZELK_ERROR("GetTcpdumpConfig: current app is not system app, so return");
         return nullptr;
     }
+    // "oe" is part of the text.
     auto context = ReadConfigQueryCall(env, info,
                                        {"GetTcpdumpConfig: Illegal params",
                                         "GetTcpdumpConfig: error object type oe error array type",
@@ -60,9 +61,10 @@ void GetTcpdumpConfigCallback(napi_env env, napi_status, void* data)
         ZELK_ERROR("GetTcpdumpConfigCallback: data is null");
         return;
     }
+    // On every call, and at ERROR level also when nothing is wrong.
     ZELK_ERROR("[TCP dump] GetTcpdumpConfigCallback %{public}d - %{public}d", context->callbackConfigs.empty(),
                !context->resolved);
-    // Returning here answers nothing: the promise stays pending and the context is kept.
+    // Not answered when one of these two returns: the promise stays pending and the context is kept.
     if (context->callbackConfigs.empty() || !context->resolved) {
         ZELK_ERROR("GetTcpdumpConfigCallback: callbackConfigs is null");
         return;

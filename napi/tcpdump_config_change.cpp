@@ -42,12 +42,12 @@ void ChangeTcpdumpConfigCallback(napi_env env, napi_status, void* data)
 {
     auto* context = ContextFrom<ChangeConfigContext>(data);
     if (context == nullptr) {
-        // The modem log's text.
+        // The modem log's text, on purpose.
         ZELK_ERROR("ChangeModemLogConfigCallback: data is null");
         return;
     }
     if (!context->resolved) {
-        // Never answered, and not even logged: the promise stays pending and the context is kept.
+        // Not answered, and not logged either: the promise stays pending and the context is kept.
         return;
     }
     NapiUtil::AnswerBoolean(env, context, context->result);

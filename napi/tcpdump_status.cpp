@@ -42,7 +42,7 @@ void GetTcpdumpStatusCallback(napi_env env, napi_status, void* data)
         return;
     }
     if (!context->resolved) {
-        // Never answered: the promise stays pending and the context is kept.
+        // Not answered: the promise stays pending and the context is kept.
         ZELK_ERROR("GetModemLogStatusCallback: asyncContext's resolved is false");
         return;
     }

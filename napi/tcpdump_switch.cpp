@@ -12,7 +12,7 @@ napi_value HandleTcpdumpSwitch(napi_env env, napi_callback_info info)
         ZELK_ERROR("HandleTcpdumpSwitch: current app is not system app, so return");
         return nullptr;
     }
-    // The text about an undefined configuration is the modem log switch's.
+    // The text about an undefined configuration is that of the modem log's switch, on purpose.
     auto context = ReadSwitchCall(
         env, info,
         {"HandleTcpdumpSwitch: Illegal params number", "HandleModemLogSwitch: config is undefined", nullptr});
@@ -44,12 +44,12 @@ void HandleTcpdumpSwitchCallback(napi_env env, napi_status, void* data)
 {
     auto* context = ContextFrom<SwitchContext>(data);
     if (context == nullptr) {
-        // The modem log switch's text.
+        // The text of the modem log's switch, on purpose.
         ZELK_ERROR("HandleModemLogSwitchCallback: data is null");
         return;
     }
     if (!context->resolved) {
-        // Never answered: the promise stays pending and the context is kept.
+        // Not answered: the promise stays pending and the context is kept.
         ZELK_INFO("HandleTcpdumpSwitchCallback: errorcode %{public}d", context->errorCode);
         return;
     }

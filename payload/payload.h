@@ -94,7 +94,7 @@ inline constexpr ValueType KIND_OF<std::string> = ValueType::STRING;
 template <>
 inline constexpr ValueType KIND_OF<Payload> = ValueType::PAYLOAD;
 
-// The array kinds stand in the order of the kinds of their elements.
+// The array kinds are in the order of the kinds of their elements.
 template <typename T>
 inline constexpr ValueType KIND_OF<std::vector<T>> =
     KIND_OF<T> >= ValueType::INT8&& KIND_OF<T> <= ValueType::PAYLOAD
@@ -114,7 +114,7 @@ struct Value {
     explicit Value(std::string_view text) : Value(std::string(text)) {}
 
     // Takes both as they are. A content of another type than the kind's is written as nothing at all, so that an entry
-    // comes out as its key and a colon; a number that is no kind is written as "null".
+    // comes out as its key and a colon; a number that is not a kind is written as "null".
     Value(ValueType kind, std::any content) : type(kind), holder(std::move(content)) {}
 
     bool IsWritable() const
@@ -156,8 +156,8 @@ std::ostream& operator<<(std::ostream& stream, const Value& value);
 // Ends an array whose elements are each followed by a comma: "]" takes the place of the last one.
 std::ostream& CloseArray(std::ostream& stream, bool empty);
 
-// Outside of this namespace the three below need `using OHOS::HiviewDFX::operator<<`, as a vector of numbers does not
-// lead the compiler here.
+// Outside of this namespace the three below need `using OHOS::HiviewDFX::operator<<`: a vector of numbers does not make
+// the compiler look here.
 template <typename T, typename = std::enable_if_t<KIND_OF<std::vector<T>> != ValueType::NONE &&
                                                   KIND_OF<std::vector<T>> != ValueType::STRING_ARRAY>>
 std::ostream& operator<<(std::ostream& stream, const std::vector<T>& elements)

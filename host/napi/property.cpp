@@ -1,6 +1,6 @@
 #include "runtime.h"
 
-// The platform refuses to read properties of a value that is no object, with napi_object_expected and without an
+// The platform refuses to read properties of a value that is not an object, with napi_object_expected and without an
 // exception; desktop runtimes convert such a value to an object, or leave a TypeError pending where they cannot.
 
 namespace {
@@ -19,7 +19,7 @@ napi_status RequireObject(napi_env env, napi_value value)
 
 } // namespace
 
-// The platform lists own names only; desktop runtimes list inherited ones too.
+// The platform lists own names only; desktop runtimes list inherited ones as well.
 napi_status napi_get_property_names(napi_env env, napi_value object, napi_value* result)
 {
     const napi_status status = RequireObject(env, object);
@@ -45,7 +45,7 @@ napi_status napi_get_named_property(napi_env env, napi_value object, const char*
 
 napi_status napi_get_element(napi_env env, napi_value object, uint32_t index, napi_value* result)
 {
-    // What is read by index is nearly always an array, and that is told at a fraction of what the type costs.
+    // What is read by index is nearly always an array, which is quicker to find out than the type.
     bool isArray = false;
     const bool isKnown = TheRuntime().isArray(env, object, &isArray) == napi_ok && isArray;
     const napi_status status = isKnown ? napi_ok : RequireObject(env, object);

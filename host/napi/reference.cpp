@@ -2,9 +2,9 @@
 
 #include "runtime.h"
 
-// The platform keeps references to values of every type; desktop runtimes refuse a value that is no object, function
-// or symbol. Such a value is kept in a holder object, and the reference to the holder is marked in its lowest bit,
-// which is free because references are addresses of aligned storage.
+// The platform keeps references to values of every type; desktop runtimes refuse a value that is not an object,
+// function or symbol. Such a value is kept in a holder object, and the reference to the holder is marked in its lowest
+// bit, which is free because references are addresses of aligned storage.
 
 namespace {
 
@@ -13,6 +13,7 @@ using OHOS::Host::TheRuntime;
 using OHOS::Host::WithoutPendingException;
 
 constexpr const char* HELD_VALUE = "value";
+
 bool IsMarked(napi_ref reference)
 {
     return (reinterpret_cast<uintptr_t>(reference) & 1U) != 0;

@@ -6,7 +6,7 @@
 
 namespace OHOS::HiviewDFX {
 
-// The texts name GetModemLogStatus whichever function is called.
+// The texts name GetModemLogStatus whichever function is called, on purpose.
 
 std::unique_ptr<GetModemLogStatusContext> ReadStatusQueryCall(napi_env env, napi_callback_info info,
                                                               const char* oneArgument)
@@ -35,6 +35,7 @@ void AnswerStatus(napi_env env, GetModemLogStatusContext* context)
 {
     napi_value status = nullptr;
     if (napi_get_boolean(env, context->status, &status) != napi_ok) {
+        // Not answered: the promise stays pending and the context is kept.
         ZELK_ERROR("GetModemLogStatusCallback: fill bool failed");
         return;
     }

@@ -1,4 +1,4 @@
-// The start of the queries that are not supported at present: they complain, and are carried out all the same.
+// The start of the queries that are not supported at present: they throw, and make their request all the same.
 #ifndef ZELKLOGSERVICE_NAPI_CALLS_UNSUPPORTED_QUERY_CALL_H
 #define ZELKLOGSERVICE_NAPI_CALLS_UNSUPPORTED_QUERY_CALL_H
 
@@ -11,9 +11,9 @@ namespace OHOS::HiviewDFX {
 
 constexpr int32_t FUNCTION_NOT_SUPPORTED = 6;
 
-// Throws `message` with the code for an unsupported function and goes on while that error is pending: it is what the
+// Throws `message` with the code for an unsupported function and goes on while that error is pending, which is what the
 // JavaScript caller gets from the call. Then reads ([callback]); the callback counts only when it is a function and the
-// one argument. Null when a Node-API call fails.
+// only argument. Null when a Node-API call fails.
 template <typename Context>
 std::unique_ptr<Context> ReadUnsupportedQueryCall(napi_env env, napi_callback_info info, const char* message)
 {

@@ -32,7 +32,7 @@ bool ReadObjectArguments(napi_env env, napi_callback_info info, const char* ille
         ZELK_ERROR("%{public}s", illegalParams);
         return false;
     }
-    // Only asked whether the type can be read: it is an object's.
+    // The type is known; only a call that fails matters here.
     napi_valuetype type = napi_undefined;
     return CheckCall(env, napi_typeof(env, arguments[0], &type));
 }

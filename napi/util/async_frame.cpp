@@ -48,7 +48,8 @@ bool CallCallback(napi_env env, const BaseContext& context, napi_value value)
         return false;
     }
     napi_value ignored = nullptr;
-    // A value that could not be made: runtimes refuse a missing list, and would follow a null in it blindly.
+    // For a value that could not be made the list is missing, which runtimes refuse. A null in the list would crash
+    // them.
     const napi_value* argv = value == nullptr ? nullptr : &value;
     const napi_status status = napi_call_function(env, recv, callback, 1, argv, &ignored);
     if (!CheckCall(env, status) || !CheckCall(env, napi_delete_reference(env, context.callbackRef))) {

@@ -81,8 +81,8 @@ public:
 
     // ---- Access to JavaScript values (value_access.cpp) ----
     //
-    // A Node-API call that fails becomes a log line and the fallback named here, so that callers need check nothing.
-    // An exception that the caller's own getter or proxy threw stays pending and reaches the caller.
+    // A Node-API call that fails becomes a log line and the fallback named here, so that callers need not check
+    // anything. An exception that the caller's own getter or proxy threw stays pending and reaches the caller.
 
     // True when the type is exactly `expected`. Throws, and yields false, when the type cannot be read, as with a null
     // value.
@@ -105,7 +105,8 @@ public:
 
     // The named property, `undefined` when the object lacks it. Null when it cannot be read.
     static napi_value GetProperty(napi_env env, napi_value object, const std::string& name);
-    // Appends the object's own property names in the runtime's order; a name that GetString refuses becomes "".
+    // Appends the names of the object's own enumerable properties in the runtime's order; a name that GetString refuses
+    // becomes "".
     static void GetPropertyNames(napi_env env, napi_value object, std::vector<std::string>& names);
     // Throws when the string cannot be made or set.
     static void SetPropertyStringUtf8(napi_env env, napi_value object, const std::string& name,
@@ -115,7 +116,7 @@ public:
     static uint32_t GetArrayLength(napi_env env, napi_value array);
     // Null when it cannot be read.
     static napi_value GetElement(napi_env env, napi_value array, uint32_t index);
-    // The type that all elements share. napi_null for an empty array, which tells it from an unusable one;
+    // The type that all elements share. napi_null for an empty array, to distinguish it from an unusable one;
     // napi_undefined for elements of different types and for an array that cannot be read.
     static napi_valuetype GetArrayType(napi_env env, napi_value array);
     // Append one entry per element that can be fetched, the scalar's fallback where it cannot be converted.

@@ -80,6 +80,7 @@ int64_t NapiUtil::GetInt64(napi_env env, napi_value value)
 {
     int64_t result = 0;
     if (napi_get_value_int64(env, value, &result) != napi_ok) {
+        // The text of the 32-bit reader, on purpose.
         ZELK_ERROR("GetInt32: failed to get int32 value , so return zero");
         return 0;
     }
@@ -113,7 +114,7 @@ napi_value NapiUtil::CreateStringValue(napi_env env, const std::string& text)
 
 napi_value NapiUtil::GetProperty(napi_env env, napi_value object, const std::string& name)
 {
-    // Only a failing question counts: a property that the object lacks is fetched all the same and is `undefined`.
+    // Only a call that fails matters: a property that the object lacks is fetched all the same and is `undefined`.
     bool has = false;
     if (napi_has_named_property(env, object, name.c_str(), &has) != napi_ok) {
         ZELK_ERROR("HasProperty: failed HasProperty");
@@ -179,6 +180,7 @@ napi_value NapiUtil::GetElement(napi_env env, napi_value array, uint32_t index)
     }
     napi_value element = nullptr;
     if (napi_get_element(env, array, index, &element) != napi_ok) {
+        // "elemrnt" is part of the text.
         ZELK_ERROR("GetElement: failed to get the elemrnt of array");
         return nullptr;
     }
