@@ -5,16 +5,17 @@
  * Words used below:
  *
  * - **System application**: a process whose full token id has bit 32 set. The first twelve functions serve nobody else;
- *   the last four serve everybody.
+ *   the last four serve everyone.
  * - **Refused**: the log says why, nothing is thrown, no request is made, and the function returns `undefined`. This is
  *   why the promise forms of the first twelve may return `undefined`.
  * - **Failed**: the service answered with a code other than 0, or could not be reached. The code is not delivered.
- * - **Never settles**: the promise stays pending, or the callback is never called. Bring your own time limit.
+ * - **Never settles**: the promise stays pending, or the callback is never called. Set your own time limit.
  *   `zelklogservice/testing` makes a log service that never answers, for tests; see docs/testing.md.
  *
  * A callback gets the answer as its only argument; there is no error argument. What it throws surfaces as an
  * `uncaughtException`. Where this file names no exception, a function throws only what a getter of the caller's own
- * objects throws, or when the runtime itself fails.
+ * objects throws, or when the runtime itself fails. A getter that throws does not stop the call: what could be read
+ * until then is sent, a callback still gets the answer, and the promise is lost with the exception.
  */
 
 /**
@@ -49,7 +50,10 @@ export type ConfigAnswerValue = boolean | number | string | null;
 export interface ConfigEntry {
   /** Missing when the service's answer has no such string. */
   configKey?: string;
-  /** The members of the service's JSON text, names in ascending byte order; empty when it gave no usable text. */
+  /**
+   * The members of the service's JSON text, names in ascending byte order, those that look like integers first; empty
+   * when it gave no usable text.
+   */
   value: { [name: string]: ConfigAnswerValue };
 }
 
@@ -74,17 +78,18 @@ export type AnswerCallback<T> = (answer: T) => void;
  *
  * - Rights: system application.
  * - Answer: one entry per text that the service's `GetModemLogConfig` gives, in its order.
- * - Refused: more than two arguments; keys that are no array.
+ * - Refused: more than two arguments; keys that are not an array.
  * - Throws: `Invalid argument` without any argument.
- * - Never settles: the request failed; `keys` is empty; the answer is empty; one of its texts is no JSON, or holds an
- *   integer that fits neither int32 nor uint32.
+ * - Never settles: the request failed; `keys` is empty; the answer is empty; one of its texts is not JSON or is nested
+ *   about 1,000 levels deep; a setting is an integer that fits neither int32 nor uint32. Longer than 64 bits, such an
+ *   integer arrives as a double; inside a list or a nested object it is left out.
  *
  * @param keys The settings to read. A key that is not 1 to 8194 bytes long is asked for as `""`.
  */
 export function getModemLogConfig(keys: readonly string[]): Promise<ConfigEntry[]> | undefined;
 /**
  * Reads the modem log's configuration, see above; the callback gets the entries. It is never called where the promise
- * would never settle. An argument in its place that is no function is ignored: the call answers by promise.
+ * would never settle. An argument in its place that is not a function is ignored: the call answers by promise.
  */
 export function getModemLogConfig(keys: readonly string[], callback: AnswerCallback<ConfigEntry[]>): undefined;
 
@@ -118,7 +123,7 @@ export function getModemLogDirectPackConfig(callback: AnswerCallback<string>): u
 export function getModemLogLogMasks(): undefined;
 /**
  * Throws a {@link NotSupportedError} on every call, see above, and later calls back with the log masks. Not called when
- * the request failed, the answer is empty or one of its texts is no JSON. With more than one argument no callback is
+ * the request failed, the answer is empty or one of its texts is not JSON. With more than one argument no callback is
  * used.
  *
  * @throws {NotSupportedError}
@@ -136,7 +141,7 @@ export function getModemLogLogMasks(callback: AnswerCallback<LogMask[]>): undefi
 export function getModemLogStatus(): Promise<boolean> | undefined;
 /**
  * Asks whether the modem log is on, see above. The callback is called after a failure too and cannot tell it from an
- * answer. An argument that is no function is ignored: the call answers by promise.
+ * answer. An argument that is not a function is ignored: the call answers by promise.
  */
 export function getModemLogStatus(callback: AnswerCallback<boolean>): undefined;
 
@@ -149,7 +154,7 @@ export function getModemLogStatus(callback: AnswerCallback<boolean>): undefined;
  * - Refused: more than three arguments.
  * - Throws: `Invalid argument` without any argument.
  *
- * @param on A state that is no boolean means off.
+ * @param on A state that is not a boolean means off.
  */
 export function handleModemLogSwitch(on: boolean, configs?: undefined): Promise<boolean> | undefined;
 /**
@@ -180,7 +185,7 @@ export function handleModemLogSwitch(
  * - Answer: what the service's `ChangeModemLogConfig` says, `true` when it has applied the items.
  * - Failed: rejected with a boolean, not an Error: the answer that the service gave, otherwise `false`. So is an empty
  *   list, without a request.
- * - Refused: a first argument that is no array.
+ * - Refused: a first argument that is not an array.
  * - Throws: `Invalid argument` without any argument.
  */
 export function changeModemLogConfig(configs: readonly ConfigItem[]): Promise<boolean> | undefined;
@@ -196,9 +201,9 @@ export function changeModemLogConfig(configs: readonly ConfigItem[], callback: A
  *
  * - Rights: system application.
  * - Answer: what the service's `SendModemLogCommand` says.
- * - Refused: a command that is no object.
+ * - Refused: a command that is not an object.
  * - Throws: `Invalid argument` without any argument.
- * - Never settles: the request failed. Nothing is logged about it.
+ * - Never settles: the request failed. The log names the service that cannot be reached, and no other failure.
  *
  * @param command Sent even when incomplete: without a usable `configKey` as `""`, without `value` with no parameters.
  */
@@ -223,7 +228,7 @@ export function sendModemLogCommand(command: ModemLogCommand, callback: AnswerCa
 export function getTcpdumpStatus(): Promise<boolean> | undefined;
 /**
  * Asks whether network packet capture is running, see above. The callback is not called when the request failed. An
- * argument that is no function is ignored: the call answers by promise.
+ * argument that is not a function is ignored: the call answers by promise.
  */
 export function getTcpdumpStatus(callback: AnswerCallback<boolean>): undefined;
 
@@ -232,17 +237,18 @@ export function getTcpdumpStatus(callback: AnswerCallback<boolean>): undefined;
  *
  * - Rights: system application.
  * - Answer: one entry per text that the service's `GetTcpdumpConfig` gives, in its order.
- * - Refused: more than two arguments; keys that are no array.
+ * - Refused: more than two arguments; keys that are not an array.
  * - Throws: `Invalid argument` without any argument.
- * - Never settles: the request failed; `keys` is empty; the answer is empty; one of its texts is no JSON, or holds an
- *   integer that fits neither int32 nor uint32.
+ * - Never settles: the request failed; `keys` is empty; the answer is empty; one of its texts is not JSON or is nested
+ *   about 1,000 levels deep; a setting is an integer that fits neither int32 nor uint32. Longer than 64 bits, such an
+ *   integer arrives as a double; inside a list or a nested object it is left out.
  *
  * @param keys The settings to read. A key that is not 1 to 8194 bytes long is asked for as `""`.
  */
 export function getTcpdumpConfig(keys: readonly string[]): Promise<ConfigEntry[]> | undefined;
 /**
  * Reads the configuration of packet capture, see above; the callback gets the entries. It is never called where the
- * promise would never settle. An argument in its place that is no function is ignored: the call answers by promise.
+ * promise would never settle. An argument in its place that is not a function is ignored: the call answers by promise.
  */
 export function getTcpdumpConfig(keys: readonly string[], callback: AnswerCallback<ConfigEntry[]>): undefined;
 
@@ -251,9 +257,10 @@ export function getTcpdumpConfig(keys: readonly string[], callback: AnswerCallba
  *
  * - Rights: system application.
  * - Answer: what the service's `ChangeTcpdumpConfig` says, `true` when it has applied the items.
- * - Refused: a first argument that is no array.
+ * - Refused: a first argument that is not an array.
  * - Throws: `Invalid argument` without any argument.
- * - Never settles: the request failed; `configs` is empty. Nothing is logged about an empty list.
+ * - Never settles: the request failed; `configs` is empty. The log names the service that cannot be reached, and
+ *   neither of these otherwise.
  */
 export function changeTcpdumpConfig(configs: readonly ConfigItem[]): Promise<boolean> | undefined;
 /**
@@ -272,7 +279,7 @@ export function changeTcpdumpConfig(configs: readonly ConfigItem[], callback: An
  * - Throws: `Invalid argument` without any argument.
  * - Never settles: the request failed.
  *
- * @param on A state that is no boolean means stop.
+ * @param on A state that is not a boolean means stop.
  */
 export function handleTcpdumpSwitch(on: boolean, configs?: undefined): Promise<boolean> | undefined;
 /**
@@ -302,13 +309,13 @@ export function handleTcpdumpSwitch(
  * Turns the Bluetooth call PCM log on or off, with the service's `HandleBluetoothCallPcmLogSwitch`.
  *
  * - Rights: system application.
- * - Answer: **`false` on success**: the service gives no answer with this switch but its code. That the promise is
- *   fulfilled is the good news.
+ * - Answer: **`false` on success**: the service answers this switch with its code alone. A fulfilled promise
+ *   means success.
  * - Refused: more than three arguments.
  * - Throws: `Invalid argument` without any argument.
  * - Never settles: the request failed.
  *
- * @param on A state that is no boolean means off.
+ * @param on A state that is not a boolean means off.
  */
 export function handleBluetoothCallPcmLogSwitch(on: boolean, configs?: undefined): Promise<false> | undefined;
 /** Turns the Bluetooth call PCM log on or off, see above. `configs` is read and then not sent. */
@@ -343,9 +350,9 @@ export function handleBluetoothCallPcmLogSwitch(
  * - Refused: not exactly two arguments.
  *
  * @param request The service's own text. `""` is sent for one longer than 8194 bytes of UTF-8 and for anything that is
- * no string; a text ends at its first NUL.
+ * not a string; a text ends at its first NUL.
  * @param value A number whose meaning is the service's. Sent as an int64: the fraction is cut off, a number out of
- * range becomes the nearest in range, NaN, infinities and anything that is no number become 0.
+ * range becomes the nearest in range, NaN, infinities and anything that is not a number become 0.
  */
 export function fetchRemoteDevicesLogs(request: string, value: number): Promise<string>;
 
