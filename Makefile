@@ -16,7 +16,7 @@ PRODUCT := zelklogservice zelk_dbus zelk_testing zelk-log-service command_docs
 configure = cmake --preset release --log-level=WARNING >/dev/null
 build_product = $(configure) && cmake --build --preset release --target $(PRODUCT)
 
-.PHONY: help setup build demo test asan tsan lint format format-check bench soak fuzz engines pack install uninstall clean
+.PHONY: help setup build demo test device arm asan tsan lint format format-check bench soak fuzz engines pack install uninstall clean
 
 help: ## show this list
 	@awk -F ':.*## ' '/^[a-z-]+:.*## / { printf "make %-13s %s\n", $$1, $$2 }' Makefile
@@ -39,6 +39,13 @@ test: ## build and run all tests
 	@cmake --build --preset release
 	@ctest --preset release
 	@node --test test/js/*.test.mjs
+
+device: ## build and test with the compiler, the libraries and the flags of a device's build
+	@./scripts/setup.sh build test device
+	@cmake --preset device --log-level=WARNING
+	@cmake --build --preset device
+	@ctest --preset device
+	@ZELKLOGSERVICE_BUILD=device node --test test/js/*.test.mjs
 
 asan: ## run the tests under AddressSanitizer and UndefinedBehaviorSanitizer
 	@./scripts/setup.sh build test

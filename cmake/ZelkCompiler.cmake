@@ -23,6 +23,12 @@ add_link_options("LINKER:-z,relro,-z,now")
 add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Wnon-virtual-dtor
                     -Woverloaded-virtual -Wold-style-cast -Wcast-qual -Werror)
 
+# What the platform's build gives every component beside these.
+if(ZELK_LIKE_DEVICE)
+    add_compile_options(-Wimplicit-fallthrough -Wthread-safety -Wno-missing-field-initializers -Wno-unused-parameter
+                        -Wno-deprecated-declarations)
+endif()
+
 # A shared object with a unique symbol can never be unloaded. Node.js unloads an addon with the last environment that
 # uses it and expects the static constructor to run again at the next load.
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs what the named groups need and this machine lacks, and nothing else:
 #
-#   scripts/setup.sh GROUP…          build, demo, test, lint, bench, fuzz
+#   scripts/setup.sh GROUP…          build, demo, test, lint, bench, fuzz, device
 #
 # Meant for Debian 12 and 13, as root or with sudo. When nothing is missing it only looks, and needs no network.
 set -euo pipefail
@@ -23,7 +23,8 @@ packages_of() {
         lint) echo clang clang-format clang-tidy generate-ninja ;;
         bench) echo binutils dbus-daemon libspdlog-dev rapidjson-dev ;;
         fuzz) echo clang libclang-rt-14-dev ;;
-        *) fail "unknown group '$1': use build, demo, test, lint, bench or fuzz" ;;
+        device) echo clang lld libc++-dev libc++abi-dev googletest dpkg-dev ;;
+        *) fail "unknown group '$1': use build, demo, test, lint, bench, fuzz or device" ;;
     esac
 }
 

@@ -330,7 +330,7 @@ TEST(Line, HasTimeProcessThreadAndTag)
          "before\n" + start + R"(C0000a/T\\nU: \\na\\n\\nb\\n\n)" + start + R"(C00000/\(null\): \(null\)\n)"},
         {"HILOG_LEVEL=E TZ=East-5:30 $P times 2>&1", R"((.{14})\..*T: .*\1 .*\n(.{14})\..*T: .*\2 .*\n)"},
         {"HILOG_LEVEL=E $P fork 2>&1",
-         R"(.{18} +(\d+) +(\d+) E C00001/T: \1 \2\n.{18} +(?!\1)(\d+) +(\d+) E C00001/T: \3 \4\n)"},
+         R"(.{18} +(\d+) +(\d+) E C00001/T: \1 \2\n.{18} +(\d+) +(\d+) E C00001/T: \3 \4\n)"},
     });
 }
 

@@ -1,0 +1,12 @@
+# zelk_gtest: GoogleTest and its main(). The system's cannot be linked to what has another C++ library than it has.
+include(GoogleTest)
+if(ZELK_LIKE_DEVICE)
+    set(GOOGLETEST_SOURCE /usr/src/googletest/googletest CACHE PATH "Sources of GoogleTest, from Debian's googletest")
+    add_library(zelk_gtest STATIC "${GOOGLETEST_SOURCE}/src/gtest-all.cc" "${GOOGLETEST_SOURCE}/src/gtest_main.cc")
+    target_include_directories(zelk_gtest SYSTEM PUBLIC "${GOOGLETEST_SOURCE}/include" PRIVATE "${GOOGLETEST_SOURCE}")
+    target_compile_options(zelk_gtest PRIVATE -w)
+else()
+    find_package(GTest REQUIRED)
+    add_library(zelk_gtest INTERFACE)
+    target_link_libraries(zelk_gtest INTERFACE GTest::gtest_main)
+endif()
