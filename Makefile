@@ -84,9 +84,8 @@ fuzz: ## feed made-up input to what reads input
 engines: test ## run the tests on other Node.js versions, and all functions on Deno and Bun
 	@./scripts/engines.sh
 
-pack: ## make the npm package and try it in an empty folder
-	@./scripts/setup.sh build test
-	@$(build_product)
+pack: ## make the npm package, for x64 and arm64, and try it in an empty folder
+	@./scripts/setup.sh build pack
 	@./scripts/pack.sh
 
 install: ## install zelklog, the log service and its D-Bus files below PREFIX (/usr/local)

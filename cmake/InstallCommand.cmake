@@ -16,7 +16,7 @@ add_custom_command(OUTPUT ${command_docs}
 add_custom_target(command_docs ALL DEPENDS ${command_docs})
 
 set(folder lib/zelklogservice)
-install(FILES index.js index.mjs index.d.ts library.js requirements.js package.json LICENSE DESTINATION "${folder}")
+install(FILES index.js index.mjs index.d.ts index.d.mts library.js requirements.js package.json LICENSE DESTINATION "${folder}")
 install(DIRECTORY bin DESTINATION "${folder}" USE_SOURCE_PERMISSIONS)
 install(DIRECTORY "${COMMANDER_DIR}" DESTINATION "${folder}/node_modules")
 install(PROGRAMS "${CMAKE_BINARY_DIR}/zelklogservice.node" DESTINATION "${folder}/lib/${node_platform}")

@@ -1,30 +1,82 @@
 #!/usr/bin/env bash
-# Makes the npm package from the release build, build/pack/zelklogservice-VERSION.tgz, and tries it in an empty folder.
+# Makes the npm package, build/pack/zelklogservice-VERSION.tgz, and tries it in an empty folder.
+#
+# The package holds builds for x64 and arm64 that need nothing but the C and C++ run-time libraries, and libsystemd
+# where the log service is on D-Bus. It is made on Debian 12, so that it runs on what is as old and on all that is newer.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-root=$PWD
-pack=$root/build/pack
-stage=$pack/stage
-rm -rf "$pack"
-mkdir -p "$stage/lib" "$stage/node_modules"
+pack=$PWD/build/pack
+ARTEFACTS=(zelklogservice.node zelk_testing.node libohos_host.so libzelk_service_api.so libzelk_dbus.so
+    zelk-log-service)
+# Of the run-time libraries: the newest versions of their symbols that a build may need, those of GCC 11 and glibc 2.34.
+NEWEST=(GLIBC_2.34 GLIBCXX_3.4.29 CXXABI_1.3.13)
+MOST_BYTES_OF_MODULE=400000
+# With these, what the module does not use of jsoncpp is left out.
+SECTIONS='-ffunction-sections -fdata-sections'
 
-cp -r bin index.d.ts index.js index.mjs library.js requirements.js testing.* LICENSE README.md "$stage"
-# What the command line needs comes along, so that the package installs without a network.
-cp -r node_modules/commander "$stage/node_modules"
-for file in zelklogservice.node libohos_host.so libzelk_service_api.so libzelk_dbus.so zelk_testing.node zelk-log-service; do
-    if [ -e "build/release/$file" ]; then
-        strip --strip-unneeded -o "$stage/lib/$file" "build/release/$file"
+fail() {
+    echo "scripts/pack.sh: $*" >&2
+    exit 1
+}
+
+# build_for ARCHITECTURE TRIPLET SETTING...: Node.js and GNU each have a name for a processor.
+build_for() {
+    local build=$pack/$1 lib=$pack/lib/linux-$1 triplet=$2 file
+    shift 2
+    cmake -S . -B "$build" -G Ninja --log-level=WARNING -DCMAKE_BUILD_TYPE=Release -DZELK_BUILD_TESTS=OFF \
+        -DZELK_STATIC_JSONCPP=ON -DCMAKE_CXX_COMPILER="$triplet-g++" -DCMAKE_CXX_FLAGS="$SECTIONS" \
+        -DCMAKE_SHARED_LINKER_FLAGS=-Wl,--gc-sections "$@"
+    cmake --build "$build" --target zelklogservice zelk_testing zelk_dbus zelk-log-service
+    mkdir -p "$lib"
+    for file in "${ARTEFACTS[@]}"; do
+        "$triplet-strip" --strip-unneeded -o "$lib/$file" "$build/$file"
+        check_needs "$lib/$file"
+    done
+    if [ "$(stat -c %s "$lib/zelklogservice.node")" -ge $MOST_BYTES_OF_MODULE ]; then
+        fail "$lib/zelklogservice.node has $MOST_BYTES_OF_MODULE bytes or more"
     fi
-done
+}
 
-# The libraries inside make the package one for this machine's kind, and leave nothing to build.
-node -e '
-    const { devDependencies, scripts, ...manifest } = require("./package.json");
-    Object.assign(manifest, { cpu: [process.arch], libc: ["glibc"], bundleDependencies: ["commander"] });
-    fs.writeFileSync(process.argv[1], JSON.stringify(manifest, null, 2) + "\n");
-' "$stage/package.json"
-(cd "$stage" && npm pack --pack-destination "$pack" --loglevel=error)
+# Nothing beyond what the package promises to need.
+check_needs() {
+    local file=$1 own='lib(ohos_host|zelk_service_api)\.so' runtime='lib(stdc\+\+|gcc_s|m|c)\.so\.[0-9]+|ld-linux-.*'
+    local systemd='' needed newest version
+    case $file in */libzelk_dbus.so | */zelk-log-service) systemd='|libsystemd\.so\.0' ;; esac
+    needed=$(readelf -d "$file" | sed -n 's/.*(NEEDED).*\[\(.*\)\]/\1/p' | grep -vxE "$own|$runtime$systemd" || true)
+    [ -z "$needed" ] || fail "$file needs $needed"
+    for newest in "${NEWEST[@]}"; do
+        version=$(readelf -V "$file" | grep -oE "\<${newest%%_*}_[0-9.]+" | sort -uV | tail -1)
+        printf '%s\n' "${version:-$newest}" "$newest" | sort -CV ||
+            fail "$file needs $version, which is newer than $newest: run \`make pack\` on Debian 12"
+    done
+}
+
+# build_foreign ARCHITECTURE TRIPLET: for a processor that this machine does not have.
+build_foreign() {
+    local sysroot libraries
+    sysroot=$(scripts/debian_sysroot.sh "${1/x64/amd64}" libsystemd-dev libstdc++6)
+    libraries=$sysroot/usr/lib/$2
+    PKG_CONFIG_LIBDIR=$libraries/pkgconfig PKG_CONFIG_SYSROOT_DIR=$sysroot build_for "$1" "$2" \
+        -DCMAKE_SYSTEM_NAME=Linux -DCMAKE_SYSTEM_PROCESSOR="${2%%-*}" \
+        -DCMAKE_EXE_LINKER_FLAGS="-Wl,-rpath-link,$libraries"
+}
+
+rm -rf build/pack/lib build/pack/*.tgz build/pack/commit
+here=$(node -p process.arch)
+case $here in
+    x64)
+        build_for x64 x86_64-linux-gnu
+        build_foreign arm64 aarch64-linux-gnu
+        ;;
+    arm64)
+        build_for arm64 aarch64-linux-gnu
+        build_foreign x64 x86_64-linux-gnu
+        ;;
+    *) fail "the package is made on x64 or arm64, not on $here" ;;
+esac
+scripts/prepack.sh --stamp >"$pack/commit"
+npm pack --pack-destination "$pack" --loglevel=error
 
 # As its user meets it: installed into a folder that knows nothing of this one.
 user=$(mktemp -d)
@@ -33,36 +85,28 @@ cd "$user"
 npm init -y >/dev/null
 npm install --offline --no-audit --no-fund --loglevel=error "$pack"/zelklogservice-*.tgz
 
-installed=$user/node_modules/zelklogservice/lib
-for file in "$installed"/*; do
-    if ldd "$file" | grep -E 'not found|lib(ohos_host|zelk_).* => ' | grep -v " => $installed/"; then
-        echo "scripts/pack.sh: $file does not find its libraries beside it" >&2
-        exit 1
-    fi
-done
-
 # Prints one line, and compares it.
 expect() {
     local wanted=$1 got
     shift
     got=$("$@")
-    if [ "$got" != "$wanted" ]; then
-        echo "scripts/pack.sh: '$*' printed '$got', not '$wanted'" >&2
-        exit 1
-    fi
+    [ "$got" = "$wanted" ] || fail "'$*' printed '$got', not '$wanted'"
     echo "ok: $*"
 }
 cat >try.mjs <<'END'
 import whole, { getModemLogStatus } from 'zelklogservice';
+import { logService } from 'zelklogservice/testing';
 console.log(await getModemLogStatus(), await whole.getRemoteDevicesList());
+const service = logService({ GetModemLogStatus: () => true });
+console.log(await getModemLogStatus());
+service.restore();
 END
 expect false node -e 'require("zelklogservice").getModemLogStatus(console.log)'
-expect 'false {"devices":[]}' node try.mjs
+expect $'false {"devices":[]}\ntrue' node try.mjs
 expect off npx --no-install zelklog modem status
-if [ -e "$installed/libzelk_dbus.so" ]; then
-    export ZELK_SERVICE_PROGRAM=$installed/zelk-log-service
-    expect $'accepted\non' "$root/scripts/with_service.sh" \
-        bash -c 'npx --no-install zelklog tcpdump on && npx --no-install zelklog tcpdump status'
-fi
+checkout=$OLDPWD
+export ZELK_SERVICE_PROGRAM=$user/node_modules/zelklogservice/lib/linux-$here/zelk-log-service
+expect $'accepted\non' "$checkout/scripts/with_service.sh" \
+    bash -c 'npx --no-install zelklog tcpdump on && npx --no-install zelklog tcpdump status'
 
 ls -l "$pack"/*.tgz

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs what the named groups need and this machine lacks, and nothing else:
 #
-#   scripts/setup.sh GROUP…          build, demo, test, lint, bench, fuzz, device
+#   scripts/setup.sh GROUP…          build, demo, test, lint, bench, fuzz, device, pack
 #
 # Meant for Debian 12 and 13, as root or with sudo. When nothing is missing it only looks, and needs no network.
 set -euo pipefail
@@ -24,7 +24,12 @@ packages_of() {
         bench) echo binutils dbus-daemon libspdlog-dev rapidjson-dev ;;
         fuzz) echo clang libclang-rt-14-dev ;;
         device) echo clang lld libc++-dev libc++abi-dev googletest dpkg-dev ;;
-        *) fail "unknown group '$1': use build, demo, test, lint, bench, fuzz or device" ;;
+        pack)
+            local other=aarch64
+            [ "$(uname -m)" != aarch64 ] || other=x86-64
+            echo "dpkg-dev g++-$other-linux-gnu dbus-daemon systemd"
+            ;;
+        *) fail "unknown group '$1': use build, demo, test, lint, bench, fuzz, device or pack" ;;
     esac
 }
 
@@ -88,7 +93,7 @@ for group in "$@"; do
     packages=$(packages_of "$group")
     read -ra names <<<"$packages"
     wanted+=("${names[@]}")
-    case $group in test | bench) needs_npm=true ;; esac
+    case $group in test | bench | pack) needs_npm=true ;; esac
 done
 
 has_node || wanted+=(nodejs)

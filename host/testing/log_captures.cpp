@@ -1,6 +1,7 @@
 #include "log_captures.h"
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 namespace OHOS::Host {
@@ -54,7 +55,10 @@ void LogCaptures::Keep(const LogRecord& record)
 
 void LogCaptures::UpdateSlot(std::unique_lock<std::mutex>& lock)
 {
-    updated_.wait(lock, [this] { return !isUpdating_; });
+    // Not wait(): GCC 12 takes that from a C++ library that is newer than the package may need.
+    while (isUpdating_) {
+        updated_.wait_for(lock, std::chrono::seconds(1));
+    }
     isUpdating_ = true;
     const bool isWanted = !captures_.empty();
     lock.unlock();

@@ -10,7 +10,8 @@ const root = fileURLToPath(new URL('../..', import.meta.url));
 const tsc = createRequire(import.meta.url).resolve('typescript/bin/tsc');
 
 test('good uses compile, and each bad use is refused', () => {
-  const { status, stdout } = spawnSync(process.execPath, [tsc, '-p', `${root}test/types`], { encoding: 'utf8' });
+  const args = [tsc, '-p', `${root}test/types`];
+  const { status, stdout } = spawnSync(process.execPath, args, { encoding: 'utf8' });
   assert.equal(status, 0, stdout);
 });
 
@@ -19,7 +20,8 @@ test('the declared functions are those that the module exports, every form with 
   const program = ts.createProgram([`${root}index.d.ts`], {});
   const checker = program.getTypeChecker();
   const file = checker.getSymbolAtLocation(program.getSourceFile(`${root}index.d.ts`));
-  const functions = checker.getExportsOfModule(file).filter((symbol) => symbol.flags & ts.SymbolFlags.Function);
+  const functions = checker.getExportsOfModule(file)
+    .filter((symbol) => symbol.flags & ts.SymbolFlags.Function);
 
   assert.deepEqual(functions.map(({ name }) => name), Object.getOwnPropertyNames(module));
   for (const symbol of functions) {

@@ -1,0 +1,18 @@
+#!/usr/bin/env bash
+# What npm runs before it makes the package, by `npm pack` or `npm publish`: puts the libraries that `make pack` built
+# into lib/, if they are those of this commit. Builds and installs nothing.
+#
+#   scripts/prepack.sh [--stamp]     --stamp prints what tells one state of the sources from another
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+stamp=$({ git rev-parse HEAD && git diff HEAD; } | sha256sum)
+if [ "${1:-}" = --stamp ]; then
+    echo "$stamp"
+elif [ "$(cat build/pack/commit 2>/dev/null)" = "$stamp" ]; then
+    rm -rf lib
+    cp -r build/pack/lib lib
+else
+    echo "zelklogservice: the package of these sources is not built: run \`make pack\` on Debian 12" >&2
+    exit 1
+fi
