@@ -20,9 +20,14 @@ test('exports sixteen functions in order, fixed and hidden from enumeration', ()
 });
 
 test('throws at import when its functions cannot be defined', () => {
+  const plan = JSON.stringify([{ name: 'napi_define_properties', nth: 1 }]);
   const script = `
-    require(${JSON.stringify(`${buildFolder}zelk_test.node`)}).planFaults('[{"name": "napi_define_properties", "nth": 1}]');
-    try { require(${JSON.stringify(`${buildFolder}zelklogservice_test.node`)}) } catch (error) { console.log(error.message) }`;
+    require(${JSON.stringify(`${buildFolder}zelk_test.node`)}).planFaults(${JSON.stringify(plan)});
+    try {
+      require(${JSON.stringify(`${buildFolder}zelklogservice_test.node`)});
+    } catch (error) {
+      console.log(error.message);
+    }`;
   const { stdout, stderr } = spawnSync(process.execPath, ['-e', script], { encoding: 'utf8' });
   assert.equal(stdout, 'injected failure\n', stderr);
 });

@@ -1,61 +1,112 @@
-// Every Node-API call of every function is made to fail once, then in pairs, and what follows is judged from
-// the trace of the calls alone: what JavaScript and the service see, and what stays allocated.
+// Every Node-API call of every function is made to fail once, then in pairs. A table says what each place in
+// the module does when its call fails; what JavaScript and the service see, and what stays allocated, must
+// follow from it.
 import assert from 'node:assert/strict';
 import { after, before, test } from 'node:test';
-import '../support/cases.mjs';
+import { E } from '../support/cases.mjs';
 import { answering, forms } from '../support/forms.mjs';
 import { counts, fail, gatedNames, leaves, names, run, service, trace, zelk } from '../support/zelk.mjs';
 
-// How far behind a first fault the second of a pair may lie. A long run takes them all, a build with
+// How far after a first fault the second of a pair may lie. A long run takes them all, a build with
 // sanitizers is slow.
 const PAIR_REACH = Number(process.env.ZELK_FAULT_PAIR_REACH || (process.env.ZELKLOGSERVICE_BUILD ? 1 : 4));
 const INJECTED = 9; // The status of a planned fault; the runtime's own refusals have others.
 const MESSAGES = { 1: 'Invalid argument', 10: 'An exception is pending', [INJECTED]: 'injected failure' };
 const UNSUPPORTED = /DirectPackConfig|LogMasks/;
-// Functions that compare their arguments with two lists of types: a second try follows the first.
-const MATCHED = /^(get\w+(Config|LogMasks)|change\w+|send\w+)$/;
 const QUEUE = 'napi_queue_async_work';
 
-const CHECKED = new RegExp('^napi_(get_cb_info|create_(reference|promise|async_work)|get_(undefined|reference_value)|' +
-  'call_function|(resolve|reject)_deferred)$');
+const THROWS = { throws: true, ends: true }; // And nothing follows but cleaning up.
+const THROWS_ON = { throws: true };
+const IS_SILENT = {};
+const logs = (...lines) => ({ lines: lines.map(E) }); // One of them.
+
+// What a function of the module does when a Node-API call that it makes fails.
+const PLACES = {
+  // Arguments and the async frame
+  'ReadArguments napi_get_cb_info': THROWS,
+  'ReadState napi_typeof': THROWS,
+  'MatchValueType napi_typeof': THROWS, // The second list of types is tried all the same.
+  'ReadObjectArguments napi_typeof': THROWS,
+  'KeepCallbackIfFunction napi_typeof': THROWS,
+  'KeepCallback napi_create_reference': THROWS,
+  'CreateResult napi_create_promise': THROWS,
+  'CreateResult napi_get_undefined': THROWS,
+  'CreateUndefined napi_get_undefined': THROWS_ON,
+  'CreateWork napi_create_string_utf8': THROWS,
+  'CreateWork napi_create_async_work': THROWS,
+  'StartAsyncWork napi_queue_async_work': { ends: true }, // Throws an error of its own.
+  'Abandon napi_delete_reference': IS_SILENT,
+  'CallCallback napi_get_reference_value': THROWS,
+  'CallCallback napi_call_function': THROWS,
+  'CallCallback napi_delete_reference': THROWS,
+  'SettlePromise napi_resolve_deferred': THROWS,
+  'SettlePromise napi_reject_deferred': THROWS,
+  'Handle2ValueCallback napi_delete_async_work': IS_SILENT,
+  // The executor
+  'Execute napi_create_promise': THROWS,
+  'Execute napi_queue_async_work': { ends: true }, // Throws an error of its own.
+  'Settle napi_resolve_deferred': THROWS_ON,
+  'Settle napi_reject_deferred': THROWS_ON,
+  '~NapiContext napi_delete_async_work': IS_SILENT,
+  // Reading values
+  'GetType napi_typeof': logs('GetType: unknown type'),
+  'IsUndefined napi_typeof': IS_SILENT,
+  'IsArray napi_is_array': logs('IsArray: failed to check array type'),
+  'GetBool napi_get_value_bool': logs('failed to get bool value'),
+  'GetInt32 napi_get_value_int32': logs('GetInt32: failed to get int32 value , so return zero'),
+  'GetInt64 napi_get_value_int64': logs('GetInt32: failed to get int32 value , so return zero'),
+  'GetString napi_get_value_string_utf8': logs('GetString: get len error', 'failed to get string value'),
+  'GetProperty napi_has_named_property': logs('HasProperty: failed HasProperty'),
+  'GetProperty napi_get_named_property': logs('GetProperty: failed to GetProperty'),
+  'GetPropertyNames napi_get_property_names': logs('failed to get property names.'),
+  'GetPropertyNames napi_get_array_length': logs('failed to get array length'),
+  'GetPropertyNames napi_get_element': logs('failed to get the element of array'),
+  'GetArrayLength napi_get_array_length': logs('GetArrayLength: failed to get the length of array'),
+  'GetArrayType napi_get_array_length': logs('GetArrayType: failed to get the length of array'),
+  'GetArrayType napi_get_element': logs('GetArrayType: failed to get the element of array'),
+  'GetElement napi_get_element': logs('GetElement: failed to get the elemrnt of array'),
+  'HandleScope napi_open_handle_scope': IS_SILENT,
+  '~HandleScope napi_close_handle_scope': IS_SILENT,
+  // Making answers
+  'AnswerStatus napi_get_boolean': { ends: true, ...logs('GetModemLogStatusCallback: fill bool failed') },
+  'AnswerBoolean napi_get_boolean': IS_SILENT,
+  'CreateStringValue napi_create_string_utf8': THROWS_ON,
+  'GetModemLogDirectPackConfigCallback napi_create_string_utf8': IS_SILENT,
+  'ConfigReplyToArray napi_create_array': IS_SILENT,
+  'ConfigReplyToArray napi_create_object': IS_SILENT,
+  'ConfigReplyToArray napi_set_element': IS_SILENT,
+  'SetPropertyStringUtf8 napi_create_string_utf8': THROWS_ON,
+  'SetPropertyStringUtf8 napi_set_named_property': THROWS_ON,
+  'ExpandTextValue napi_create_object': IS_SILENT,
+  'ExpandTextValue napi_set_named_property': IS_SILENT,
+  'ExpandAnyValue napi_create_object': IS_SILENT,
+  'ExpandAnyValue napi_set_named_property': IS_SILENT,
+  'ConvertJsonToObject napi_create_string_utf8': IS_SILENT,
+  'ConvertJsonToObject napi_set_property': IS_SILENT,
+  'ScalarToJs napi_create_double': IS_SILENT,
+  'ScalarToJs napi_create_int32': IS_SILENT,
+  'ScalarToJs napi_create_string_utf8': IS_SILENT,
+  'ScalarToJs napi_create_uint32': IS_SILENT,
+  'ScalarToJs napi_get_boolean': IS_SILENT,
+  'ScalarToJs napi_get_null': IS_SILENT,
+};
+const failed = new Set();
 
 const isRemote = (name) => !gatedNames.includes(name);
 const namesOf = (calls) => calls.map(([call]) => call);
 
-// Whether a failure of calls[k] is to be thrown; every other one is logged at most. `isAnswer`: in the
-// complete step.
-function isChecked(name, calls, k, isAnswer) {
-  const [call] = calls[k];
-  const [before, beforeStatus] = calls[k - 1] ?? [];
-  switch (call) {
-    case 'napi_typeof': // Of an argument. A value's type is asked for once it is fetched, or was found to be no array.
-      return !(/^napi_get_(named_property|element)$/.test(before) && beforeStatus === 0) &&
-        !(before === 'napi_is_array' && calls[k - 2][0] !== 'napi_is_array');
-    case 'napi_delete_reference':
-      return isAnswer;
-    case 'napi_set_named_property':
-    case 'napi_create_string_utf8': { // The strings of a reply's item, not those of the object that is its value.
-      const earlier = namesOf(calls.slice(0, k));
-      const item = earlier.slice(earlier.lastIndexOf('napi_set_element') + 1);
-      return !isAnswer || isRemote(name) || item.filter((other) => other === 'napi_create_object').length === 1;
-    }
-    default:
-      return CHECKED.test(call);
+function placeOf([call, status, site]) {
+  const place = `${site.split(' ').at(-1)} ${call}`;
+  assert.ok(Object.hasOwn(PLACES, place), `the table has ${place}`);
+  if (status !== 0) {
+    failed.add(place);
   }
+  return PLACES[place];
 }
 
-// Whether the call goes on although calls[k] failed and was thrown.
-function goesOn(name, calls, k) {
-  const earlier = namesOf(calls.slice(0, k));
-  if (calls[k][0] === 'napi_get_undefined') { // As the resource, once there is something to return.
-    return earlier.includes('napi_create_promise') || earlier.includes('napi_get_undefined');
-  }
-  return MATCHED.test(name) && calls[k][0] === 'napi_typeof' && !earlier.includes('napi_typeof');
-}
-
-// Goes through the calls of one step, asserting that failures are thrown as they should be. Gives the errors
+// Goes through the calls of one step, asserting that each place does what the table says. Gives the errors
 // thrown.
-function walk(name, calls, isAnswer) {
+function walk(calls, lines) {
   const thrown = [];
   let isPending = false;
   const expectThrow = (k, error) => {
@@ -69,25 +120,35 @@ function walk(name, calls, isAnswer) {
   };
   // The calls after a failing one at k; gives the index of the last of them.
   const expectCheck = (k, status) => {
-    assert.deepEqual(namesOf(calls.slice(k + 1, k + 3)), ['napi_get_last_error_info', 'napi_is_exception_pending']);
+    const following = namesOf(calls.slice(k + 1, k + 3));
+    assert.deepEqual(following, ['napi_get_last_error_info', 'napi_is_exception_pending']);
     const seemsPending = isPending && calls[k + 2][1] === 0;
     return seemsPending || calls[k + 1][1] !== 0 ? k + 2 : expectThrow(k + 3, MESSAGES[status]);
   };
   for (let k = 0; k < calls.length; ++k) {
-    const [call, status] = calls[k];
-    if (k === 0 && !isAnswer && UNSUPPORTED.test(name)) {
+    const [call, status, site] = calls[k];
+    if (k === 0 && site.endsWith(' ThrowError')) { // What is not supported says so first.
       expectThrow(k, '6');
-    } else if (call === QUEUE && status !== 0) {
+      continue;
+    }
+    const place = placeOf(calls[k]);
+    if (status === 0) {
+      continue;
+    }
+    const isFirst = !calls.slice(0, k).some(([, , other]) => other === site);
+    if (call === QUEUE) {
       expectThrow(++k, `${status} error at ${QUEUE}`);
       k = calls[k][1] === 0 ? k : expectCheck(k, calls[k][1]); // The throw itself is a checked call.
-    } else if (status !== 0 && isChecked(name, calls, k, isAnswer)) {
+    } else if (place.throws) {
       isPending ||= call === 'napi_call_function' && status === 10;
-      const stops = !isAnswer && !goesOn(name, calls, k);
       k = expectCheck(k, status);
-      const isCleaning = namesOf(calls.slice(k + 1)).every((other) => other === 'napi_delete_reference');
-      assert.ok(!stops || isCleaning, 'only cleaning up follows');
-    } else {
-      assert.ok(!/last_error|pending|throw/.test(call), `${call} after nothing that failed`);
+    }
+    if (place.lines) {
+      assert.ok(place.lines.some((line) => lines.includes(line)), `${site} ${call} is logged`);
+    }
+    if (place.ends && !(isFirst && site.endsWith(' MatchValueType'))) {
+      const cleaning = namesOf(calls.slice(k + 1)).filter((other) => !/^napi_delete_/.test(other));
+      assert.deepEqual(cleaning, [], 'only cleaning up follows');
     }
   }
   return thrown;
@@ -102,42 +163,46 @@ function judge(name, args, calls, seen, left, own) {
   const asked = isQueued ? calls.slice(0, queue + 1) : calls;
   const answered = isQueued ? calls.slice(queue + 1) : [];
 
-  const thrown = walk(name, asked, false);
+  const thrown = walk(asked, seen.lines);
   assert.deepEqual(seen.thrown ? [describe(seen.thrown)] : [], thrown);
-  const uncaught = walk(name, answered, true);
+  const uncaught = walk(answered, seen.lines);
   const hasCalled = own !== null && uncaught.length === 0 &&
     answered.some(([call, status]) => call === 'napi_call_function' && status === 10);
-  assert.deepEqual(seen.uncaught.map((error) => (error === own ? own : describe(error))), hasCalled ? [own] : uncaught);
+  assert.deepEqual(seen.uncaught.map((error) => (error === own ? own : describe(error))),
+    hasCalled ? [own] : uncaught);
 
   const settled = ok(answered, 'napi_resolve_deferred') + ok(answered, 'napi_reject_deferred');
-  const isDelivered = settled + (ok(answered, 'napi_call_function') && ok(answered, 'napi_delete_reference')) > 0;
-  assert.equal(seen.callback.length, ok(answered, 'napi_call_function') + hasCalled);
+  const called = ok(answered, 'napi_call_function');
+  const isDelivered = settled > 0 || (called > 0 && ok(answered, 'napi_delete_reference') > 0);
+  assert.equal(seen.callback.length, called + hasCalled);
   assert.equal(seen.pending, seen.returned instanceof Promise ? !settled : undefined);
-  assert.ok(seen.thrown || seen.returned instanceof Promise === (ok(asked, 'napi_create_promise') === 1 && queue >= 0));
-  assert.ok(seen.requests.length <= (isQueued ? 1 : 0), 'at most one request, and only of a call that was queued');
-
-  if (MATCHED.test(name) && !UNSUPPORTED.test(name) && asked.find(([call]) => call === 'napi_typeof')?.[1]) {
+  const promised = ok(asked, 'napi_create_promise');
+  assert.ok(seen.thrown || seen.returned instanceof Promise === (promised === 1 && queue >= 0));
+  assert.ok(seen.requests.length <= Number(isQueued), 'at most one request, and only when queued');
+  if (asked.find(([, , site]) => site.endsWith(' MatchValueType'))?.[1] && !UNSUPPORTED.test(name)) {
     assert.ok(queue < 0 || typeof args[1] === 'function', 'only the second list of types can still match');
   }
-  if (name.endsWith('Status') && answered[0]?.[0] === 'napi_get_boolean' && answered[0][1] !== 0) {
-    assert.equal(answered.length, 1, 'a status that cannot be made is answered by nothing');
-  }
 
-  const isKept = isQueued ? !isDelivered : queue >= 0 && thrown.at(-1)?.endsWith(`error at ${QUEUE}`) === true;
+  const isRefused = queue >= 0 && !isQueued;
+  const isKept = isQueued ? !isDelivered : isRefused && thrown.at(-1)?.endsWith(`error at ${QUEUE}`) === true;
+  const referenced = ok(asked, 'napi_create_reference') === 1;
+  const hasWork = cannot('napi_delete_async_work') || (!isRemote(name) && (isKept || isRefused));
   assert.deepEqual(left, {
     records: Number(isKept && !isRemote(name)),
-    references: Number(ok(asked, 'napi_create_reference') === 1 && (isKept || cannot('napi_delete_reference'))),
-    works: Number(cannot('napi_delete_async_work') || (!isRemote(name) && (isKept || (queue >= 0 && !isQueued)))),
-    deferreds: ok(asked, 'napi_create_promise') - settled,
+    references: Number(referenced && (isKept || cannot('napi_delete_reference'))),
+    works: Number(hasWork),
+    deferreds: promised - settled,
   });
 }
 
-const describe = (error) => (/^\d+ .* not support /.test(`${error.code} ${error.message}`)
-  ? '6'
-  : [error.code, error.message].filter(Boolean).join(' '));
+function describe({ code, message }) {
+  const isUnsupported = code === '6' && / not support /.test(message);
+  return isUnsupported ? '6' : [code, message].filter(Boolean).join(' ');
+}
 const outcome = ({ thrown, uncaught, lines, returned, ...rest }) =>
   ({ thrown: thrown && describe(thrown), uncaught: uncaught.map(describe), ...rest });
-const value = (seen) => [seen.resolved, seen.rejected, ...seen.callback.flat()].filter((each) => each !== undefined);
+const answersOf = ({ resolved, rejected, callback }) =>
+  [resolved, rejected, ...callback.flat()].filter((each) => each !== undefined);
 
 // One run of one form under one plan; gives what was seen.
 async function attempt(name, index, own, ...faults) {
@@ -182,21 +247,22 @@ async function sweep(name, index, own) {
       tried.pairs++;
     }
     // What cannot be read of an argument may change the question, never the answer.
-    const answer = value(single.seen);
+    const answer = answersOf(single.seen);
     const isComparable = !whole.thrown && !whole.uncaught.length &&
       single.seen.requests.length === whole.requests.length;
     if (namesOf(single.calls).indexOf(QUEUE) >= first && answer.length > 0 && isComparable) {
-      assert.deepEqual(answer, value(whole), single.text);
+      assert.deepEqual(answer, answersOf(whole), single.text);
     }
   }
-  assert.deepEqual(outcome((await attempt(name, index, own, 0)).seen), whole, `${name} form ${index}: works again`);
+  const again = outcome((await attempt(name, index, own, 0)).seen);
+  assert.deepEqual(again, whole, `${name} form ${index}: works again`);
 }
 
 before(() => { // An error in the call keeps its promise from the caller, who cannot handle a rejection then.
   process.removeAllListeners('unhandledRejection').on('unhandledRejection', () => {});
 });
-after(() => console.log(`faults tried: ${tried.single} single, ${tried.pairs} pairs, in ${tried.forms} combinations of ` +
-  'form, service and callback'));
+after(() => console.log(`faults tried: ${tried.single} single, ${tried.pairs} pairs, ` +
+  `in ${tried.forms} combinations of form, service and callback`));
 
 for (const name of names) {
   test(`${name} survives every fault`, async () => {
@@ -212,3 +278,7 @@ for (const name of names) {
     }
   });
 }
+
+test('every place of the table has failed', () => {
+  assert.deepEqual(Object.keys(PLACES).filter((place) => !failed.has(place)), []);
+});

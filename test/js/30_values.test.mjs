@@ -29,7 +29,7 @@ const throwing = Object.defineProperty({}, 'a', { get: throwOwn });
 const check = (title, table) => test(title, async () => {
   for (const [probe, rows] of Object.entries(table)) {
     for (const [args, expected, lines = [], ...faults] of rows) {
-      fail(...faults.map((name) => ({ name, nth: 1 })));
+      fail(...faults.map((fault) => ({ nth: 1, ...(fault.name ? fault : { name: fault }) })));
       const seen = await run(() => probes[probe](...args));
       const result = Object.hasOwn(seen, 'thrown') ? { thrown: seen.thrown.message } : seen.returned;
       assert.deepEqual([result, seen.lines], [expected, lines.map(E)], `${probe} ${lines}`);
@@ -40,6 +40,7 @@ const check = (title, table) => test(title, async () => {
 check('scalars fall back to fixed values', {
   matchString: [
     [['x'], true], [[new String('x')], false], [[], INVALID], [['x'], INJECTED, [], 'napi_typeof'],
+    [['x'], { thrown: 'empty error message' }, [], { name: 'napi_typeof', wordless: true }],
   ],
   getType: [[[Symbol('s')], SYMBOL], [[() => 0], FUNCTION], [[], UNDEFINED, ['GetType: unknown type']]],
   isUndefined: [[[undefined], true], [[null], false], [[], true]],
@@ -54,6 +55,7 @@ check('strings are 1 to 8194 bytes long and end at their first NUL', {
     ...['x'.repeat(8194), 'é'.repeat(4097)].map((text) => [[text], text]),
     ...['x'.repeat(8195), 'é'.repeat(4097) + 'x', ''].map((text) => [[text], '', LENGTH]),
     [['a\0b'], 'a'], [['\ud800x'], '\ufffdx'], [[7], '', NO_STRING], [[], '', NO_STRING],
+    [['x'], '', ['failed to get string value'], { name: 'napi_get_value_string_utf8', nth: 2 }],
     [['x'], INJECTED, [], 'napi_create_string_utf8'],
   ],
 });

@@ -11,12 +11,13 @@ namespace ZelkTest {
 namespace {
 
 std::mutex g_mutex;
-Json::Value g_plan;                      // [{"name": "" for any, "nth": 1.., "status": ..}, ..]
+Json::Value g_plan;                      // See SetFaults.
 std::map<std::string, int> g_usesByName; // Since the plan was made; "" counts all.
 Json::Value g_trace(Json::arrayValue);
 
 // As on runtimes that overwrite the record with the next call: the message is good until then.
 thread_local bool g_isInjected = false;
+thread_local bool g_isWordless = false; // The record has no message.
 
 // The calls that change what the module holds.
 struct Holding {
@@ -63,6 +64,7 @@ bool IsPlanned(const CallSite& site, napi_status* status)
         if ((name.empty() || name == site.call) && uses == fault["nth"].asInt()) {
             TheCounts().faults++;
             *status = static_cast<napi_status>(fault.get("status", napi_generic_failure).asInt());
+            g_isWordless = fault["wordless"].asBool();
             return true;
         }
     }
@@ -138,9 +140,10 @@ napi_status Call(const CallSite& site, decltype(&napi_get_last_error_info) real,
                  const napi_extended_error_info** result)
 {
     static const napi_extended_error_info injected = {"injected failure", nullptr, 0, napi_generic_failure};
+    static const napi_extended_error_info wordless = {nullptr, nullptr, 0, napi_generic_failure};
     napi_status status = napi_ok;
     if (!IsPlanned(site, &status)) {
-        *result = &injected;
+        *result = g_isWordless ? &wordless : &injected;
         status = g_isInjected ? napi_ok : real(env, result);
     }
     return Ended(site, status);

@@ -6,7 +6,8 @@
 
 namespace ZelkTest {
 
-// `plan`: [{"name": the Node-API function, or "" for any, "nth": which use of it, "status": 9 unless named}, ..].
+// `plan`: [{"name": the Node-API function, or "" for any, "nth": which use of it, "status": 9 unless named,
+// "wordless": true for an error without a message}, ..].
 void SetFaults(const Json::Value& plan);
 
 // The module's Node-API calls since the plan was made, unless it is empty: [["name", status, "file function"], ..].

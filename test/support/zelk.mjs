@@ -21,7 +21,7 @@ export const gatedNames = names.filter((name) => !remoteNames.includes(name));
 
 const asking = (name) => (argument = null) => JSON.parse(control[name](JSON.stringify(argument)));
 export const counts = asking('counts');
-// Makes Node-API calls of the module fail: [{name, nth, status}], where no name means any call.
+// Makes Node-API calls of the module fail: [{name, nth, status, wordless}], where no name means any call.
 const planFaults = asking('planFaults');
 export const fail = (...plan) => planFaults(plan);
 // The module's Node-API calls since the last plan that was not empty: [[name, status, function that calls]].
