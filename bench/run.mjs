@@ -2,7 +2,7 @@
 //
 //   node bench/run.mjs [--json] [GROUP…]
 //
-// Groups: calls values text payload log bus memory load; all of them by default. With --json the table is a JSON array.
+// Groups: calls values text payload log bus memory load kit; all of them by default. With --json the table is a JSON array.
 // Exit status: 0 when every target is reached or missed by no more than the noise of its own measuring, 1 otherwise.
 import { execFileSync } from 'node:child_process';
 import { mkdtempSync, rmSync, statSync } from 'node:fs';
@@ -95,6 +95,8 @@ const GROUPS = {
   bus,
   memory: () => measures(process.execPath, ['--expose-gc', script('memory.mjs')], { MALLOC_ARENA_MAX: '1' }),
   load,
+  kit: () => measures(process.execPath, ['--expose-gc', script('kit.mjs')],
+    { MALLOC_ARENA_MAX: '1', ZELKLOGSERVICE_BUILD: 'bench' }),
 };
 
 async function main(args) {

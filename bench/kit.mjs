@@ -1,0 +1,73 @@
+// A call that a handler of the testing kit answers, against one that the embedded service answers.
+import { createRequire } from 'node:module';
+import { addon, compare, now, report } from './lib/rounds.mjs';
+
+const { allocatedBytes } = addon('product_parts');
+const zelk = addon('zelklogservice');
+const { logService } = createRequire(import.meta.url)('../testing.js');
+
+const ROUNDS = 61;
+const CALLS = 100;
+const MILLION = 1_000_000;
+const BATCHES = 8;
+const AT_A_TIME = 64;
+
+async function perCall() {
+  const start = now();
+  for (let i = 0; i < CALLS; ++i) {
+    await zelk.getModemLogStatus();
+  }
+  return (now() - start) / CALLS;
+}
+
+async function withHandler(handler, run) {
+  const service = logService({ GetModemLogStatus: handler });
+  const result = await run(service);
+  service.restore();
+  return result;
+}
+
+await compare('handler', ROUNDS, () => withHandler(() => true, perCall), perCall);
+
+// 1,000 handlers of a millisecond each on four worker threads: the whole time, and a fourth of their own.
+async function manyHandlers() {
+  let own = 0;
+  const handler = () => new Promise((resolve) => {
+    const start = now();
+    setTimeout(() => {
+      own += now() - start;
+      resolve(true);
+    }, 1);
+  });
+  return withHandler(handler, async () => {
+    const start = now();
+    await Promise.all(Array.from({ length: 1000 }, () => zelk.getModemLogStatus()));
+    return [now() - start, own / 4];
+  });
+}
+
+const many = [];
+for (let round = 0; round < 11; ++round) {
+  many.push(await manyHandlers());
+}
+report('handlers-in-flight', many);
+
+async function keptOfMillion(service) {
+  globalThis.gc();
+  const before = allocatedBytes();
+  for (let i = 0; i < MILLION / BATCHES / AT_A_TIME; ++i) {
+    await Promise.all(Array.from({ length: AT_A_TIME }, () => zelk.getModemLogStatus()));
+    service.clear();
+  }
+  globalThis.gc();
+  return (allocatedBytes() - before) * BATCHES;
+}
+
+await withHandler(async () => true, async (service) => {
+  await keptOfMillion(service);
+  const kept = [];
+  for (let round = 0; round < BATCHES; ++round) {
+    kept.push([await keptOfMillion(service)]);
+  }
+  report('handlers-kept', kept);
+});
