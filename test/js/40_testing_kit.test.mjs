@@ -234,22 +234,23 @@ test('every capture sees the lines of every thread, and they still go where they
 });
 
 test('an identity holds in every thread until it is given back', async () => {
-  const ASK = 'parentPort.postMessage(zelk.getModemLogStatus() !== undefined);';
-  const served = () => zelk.getModemLogStatus() !== undefined;
+  const ASK = `Promise.resolve(zelk.getModemLogStatus())
+    .then((on) => parentPort.postMessage(on !== undefined));`;
+  const served = async () => await zelk.getModemLogStatus() !== undefined;
   for (const [caller, isServed] of [
     [{ systemApplication: false }, false], [{ systemApplication: true }, true], [2n ** 32n, true],
     [2n ** 64n - 1n - 2n ** 32n, false], [null, true],
   ]) {
     setCaller(caller);
-    assert.deepEqual([served(), await firstMessage(ASK)], [isServed, isServed]);
+    assert.deepEqual([await served(), await firstMessage(ASK)], [isServed, isServed]);
   }
   const worker = inWorker(`setCaller({ systemApplication: false }); parentPort.postMessage(0);
     parentPort.once('message', () => {});`);
   await once(worker, 'message');
-  assert.equal(served(), false);
+  assert.equal(await served(), false);
   worker.postMessage(0);
   await once(worker, 'exit');
-  assert.equal(served(), true);
+  assert.equal(await served(), true);
 });
 
 test('what a test sees belongs to the realm that loaded the kit', async () => {
