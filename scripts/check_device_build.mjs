@@ -1,22 +1,23 @@
-// Checks BUILD.gn and bundle.json, which no desktop build reads: the sources are exactly the module's and none
-// of the desktop's, both files name the same component and dependencies, and BUILD.gn is formatted.
+// Checks what no desktop build sees: that the module's sources include nothing that the platform lacks, that BUILD.gn and
+// bundle.json name the same component and dependencies, and that BUILD.gn is formatted.
 import { spawnSync } from 'node:child_process';
-import { readdirSync, readFileSync } from 'node:fs';
-import { join, relative } from 'node:path';
+import { existsSync, readFileSync } from 'node:fs';
+import { dirname, join } from 'node:path';
 import { fileURLToPath } from 'node:url';
 
 const root = fileURLToPath(new URL('..', import.meta.url));
 const problems = [];
 
+// What the dependencies of BUILD.gn offer, under the names by which a device's build finds it.
+const PLATFORM_HEADERS = [
+  'hilog/log.h', 'ipc_skeleton.h', 'iremote_object.h', 'json/reader.h', 'json/value.h', 'napi/native_api.h',
+  'nocopyable.h', 'refbase.h', 'singleton.h', 'tokenid_kit.h', 'zelk_service_api/client.h',
+  'zelk_service_api/i_zelk_log_service.h',
+];
+const STANDARD_HEADER = /^[a-z_]+$/;
+
 function read(file) {
   return readFileSync(join(root, file), 'utf8');
-}
-
-function sourcesIn(folder) {
-  return readdirSync(folder, { withFileTypes: true }).flatMap((entry) => {
-    const path = join(folder, entry.name);
-    return entry.isDirectory() ? sourcesIn(path) : entry.name.endsWith('.cpp') ? [relative(root, path)] : [];
-  });
 }
 
 const gn = read('BUILD.gn');
@@ -34,13 +35,23 @@ function compare(what, found, expected) {
   problems.push(...wrong.map((name) => `${what}: ${name} is wrong`));
 }
 
-function checkBuild() {
-  const folders = ['client', 'common', 'config', 'napi', 'payload'];
-  const sources = folders.flatMap((folder) => sourcesIn(join(root, folder)));
-  compare('BUILD.gn: sources', gnStrings('sources'), sources);
-  if (/["/]host\//.test(gn)) {
-    problems.push('BUILD.gn: names a file of host/');
+// Follows the module's own headers from its sources.
+function checkIncludes() {
+  const files = new Set(gnStrings('sources'));
+  for (const file of files) {
+    for (const [, , name] of read(file).matchAll(/^#include (["<])([^">]+)[">]/gm)) {
+      const own = [name, join(dirname(file), name)].find((path) => existsSync(join(root, path)));
+      if (own) {
+        files.add(own);
+      } else if (!PLATFORM_HEADERS.includes(name) && !STANDARD_HEADER.test(name)) {
+        problems.push(`${file}: includes ${name}, which the platform lacks`);
+      }
+    }
   }
+  problems.push(...[...files].filter((file) => file.startsWith('host/')).map((file) => `the module includes ${file}`));
+}
+
+function checkFormat() {
   const { error, status } = spawnSync('gn', ['format', '--dry-run', join(root, 'BUILD.gn')]);
   if (error) {
     problems.push('BUILD.gn: its format cannot be checked: run `apt-get install generate-ninja`');
@@ -61,7 +72,8 @@ function checkBundle() {
   compare('bundle.json: version', [version], [JSON.parse(read('package.json')).version]);
 }
 
-checkBuild();
+checkIncludes();
+checkFormat();
 checkBundle();
 for (const problem of problems) {
   console.error(problem);
