@@ -1,6 +1,8 @@
 #include "bus_connection.h"
 
+#include <algorithm>
 #include <array>
+#include <cerrno>
 #include <string_view>
 
 #include "dbus_names.h"
@@ -9,6 +11,7 @@ namespace OHOS::Host {
 
 namespace {
 
+using std::chrono::duration_cast;
 using std::chrono::microseconds;
 using std::chrono::steady_clock;
 
@@ -16,22 +19,23 @@ constexpr const char* BUS_NAME = "org.freedesktop.DBus";
 constexpr const char* BUS_PATH = "/org/freedesktop/DBus";
 constexpr const char* OWNER_NOTICE = "NameOwnerChanged";
 
-int OpenAddress(const std::string& address, sd_bus** bus)
+microseconds TimeUntil(Deadline deadline)
 {
-    int result = sd_bus_new(bus);
-    if (result >= 0) {
-        result = sd_bus_set_address(*bus, address.c_str());
-    }
-    if (result >= 0) {
-        result = sd_bus_set_bus_client(*bus, 1);
-    }
-    return result < 0 ? result : sd_bus_start(*bus);
+    return std::max(duration_cast<microseconds>(deadline - steady_clock::now()), microseconds::zero());
 }
 
-bool SentByBus(const BusMessage& message)
+// The bus sees to it that nobody sends in another's name.
+bool IsSentBy(const BusMessage& message, const char* name)
 {
     const char* sender = sd_bus_message_get_sender(message.get());
-    return sender != nullptr && std::string_view(sender) == BUS_NAME;
+    return sender != nullptr && name != nullptr && std::string_view(sender) == name;
+}
+
+bool IsAnswer(const BusMessage& message, const BusMessage& call, uint64_t cookie)
+{
+    uint64_t answered = 0;
+    return message && sd_bus_message_get_reply_cookie(message.get(), &answered) >= 0 && answered == cookie &&
+           (IsSentBy(message, BUS_NAME) || IsSentBy(message, sd_bus_message_get_destination(call.get())));
 }
 
 // The bus answers in the service's place when the latter has died, is not there or cannot be started. An error that the
@@ -42,19 +46,14 @@ IpcCode CodeOf(const BusMessage& answer)
     if (error == nullptr) {
         return IPC_OK;
     }
-    if (!SentByBus(answer)) {
+    if (!IsSentBy(answer, BUS_NAME)) {
         return IPC_ERROR_ANSWER;
     }
     constexpr std::array<std::string_view, 4> GONE = {SD_BUS_ERROR_NO_REPLY, SD_BUS_ERROR_SERVICE_UNKNOWN,
                                                       SD_BUS_ERROR_NAME_HAS_NO_OWNER, SD_BUS_ERROR_DISCONNECTED};
     constexpr std::string_view NOT_STARTED = "org.freedesktop.DBus.Error.Spawn.";
     const std::string_view name = error->name;
-    for (const std::string_view gone : GONE) {
-        if (name == gone) {
-            return IPC_SERVICE_GONE;
-        }
-    }
-    if (name.substr(0, NOT_STARTED.size()) == NOT_STARTED) {
+    if (std::find(GONE.begin(), GONE.end(), name) != GONE.end() || name.substr(0, NOT_STARTED.size()) == NOT_STARTED) {
         return IPC_SERVICE_GONE;
     }
     return name == SD_BUS_ERROR_TIMEOUT || name == "org.freedesktop.DBus.Error.TimedOut" ? IPC_TIMEOUT
@@ -63,52 +62,74 @@ IpcCode CodeOf(const BusMessage& answer)
 
 } // namespace
 
-std::unique_ptr<BusConnection> BusConnection::Open(const std::string& bus, Deadline deadline)
+IpcCode CodeOfError(int error)
 {
-    sd_bus* raw = nullptr;
-    const int result = bus == "session"  ? sd_bus_open_user(&raw)
-                       : bus == "system" ? sd_bus_open_system(&raw)
-                                         : OpenAddress(bus, &raw);
-    std::unique_ptr<BusConnection> connection(new BusConnection(raw));
-    if (result < 0) {
-        return nullptr;
+    if (error == -ENOMEM) {
+        return IPC_ERROR_ANSWER;
     }
-    while (sd_bus_is_ready(raw) <= 0) {
-        if (!connection->Update() || steady_clock::now() >= deadline) {
-            return nullptr;
-        }
-        if (sd_bus_is_ready(raw) <= 0) {
-            connection->Wait(deadline);
-        }
-    }
-    return connection->WatchService(deadline) ? std::move(connection) : nullptr;
+    return error == -ETIMEDOUT ? IPC_TIMEOUT : IPC_SERVICE_GONE;
 }
 
-bool BusConnection::Update()
+int BusConnection::Open(const std::string& address, Deadline deadline, std::unique_ptr<BusConnection>& connection)
+{
+    BusHandle bus;
+    int result = OpenBus(address, TimeUntil(deadline), bus);
+    if (result < 0) {
+        return result;
+    }
+    std::unique_ptr<BusConnection> opened(new BusConnection(std::move(bus)));
+    result = opened->Start(deadline);
+    if (result < 0) {
+        return result == -EINVAL ? -EIO : result; // It is not the address that is invalid.
+    }
+    connection = std::move(opened);
+    return 0;
+}
+
+int BusConnection::Start(Deadline deadline)
+{
+    while (sd_bus_is_ready(bus_.get()) <= 0) {
+        const int result = ProcessPending(deadline);
+        if (result < 0) {
+            return result;
+        }
+        if (steady_clock::now() >= deadline) {
+            return -ETIMEDOUT;
+        }
+        if (sd_bus_is_ready(bus_.get()) <= 0) {
+            Wait(deadline);
+        }
+    }
+    return WatchService(deadline);
+}
+
+int BusConnection::ProcessPending(Deadline deadline)
 {
     BusMessage message;
-    while (Step(message)) {
+    while (ProcessOne(message)) {
+        if (steady_clock::now() >= deadline) {
+            return -ETIMEDOUT;
+        }
     }
-    return !closed_;
+    return error_;
 }
 
-bool BusConnection::FindService(Deadline deadline)
+bool BusConnection::EnsureService(Deadline deadline)
 {
-    if (!owned_) {
+    if (owner_.empty()) {
         const BusMessage call = NewBusCall("StartServiceByName");
         BusMessage answer;
-        // Started now or running already, as far as the notices that came before the answer go.
-        owned_ =
-            (sd_bus_message_append(call.get(), "su", SERVICE_NAME, 0) >= 0 && Call(call, deadline, answer) == IPC_OK) ||
-            owned_;
+        if (sd_bus_message_append(call.get(), "su", SERVICE_NAME, 0) >= 0 && Call(call, deadline, answer) == IPC_OK) {
+            QueryOwner(deadline);
+        }
     }
-    return owned_ && !closed_;
+    return !owner_.empty() && error_ == 0;
 }
 
 BusMessage BusConnection::NewCall(const char* method) const
 {
     sd_bus_message* call = nullptr;
-    sd_bus_message_new_method_call(bus_.get(), &call, SERVICE_NAME, SERVICE_PATH, SERVICE_INTERFACE, method);
+    sd_bus_message_new_method_call(bus_.get(), &call, owner_.c_str(), SERVICE_PATH, SERVICE_INTERFACE, method);
     return BusMessage(call);
 }
 
@@ -116,67 +137,85 @@ IpcCode BusConnection::Call(const BusMessage& call, Deadline deadline, BusMessag
 {
     uint64_t cookie = 0;
     if (sd_bus_send(bus_.get(), call.get(), &cookie) < 0) {
-        closed_ = closed_ || sd_bus_is_open(bus_.get()) <= 0;
-        return closed_ ? IPC_SERVICE_GONE : IPC_ERROR_ANSWER;
+        return sd_bus_is_open(bus_.get()) <= 0 ? IPC_SERVICE_GONE : IPC_ERROR_ANSWER;
     }
     while (steady_clock::now() < deadline) {
         BusMessage message;
-        if (!Step(message) && !closed_) {
-            Wait(deadline);
+        const bool isBusy = ProcessOne(message);
+        if (error_ < 0) {
+            return CodeOfError(error_);
         }
-        if (closed_) {
-            return IPC_SERVICE_GONE;
-        }
-        uint64_t answered = 0;
-        if (message && sd_bus_message_get_reply_cookie(message.get(), &answered) >= 0 && answered == cookie) {
+        if (IsAnswer(message, call, cookie)) {
             answer = std::move(message);
             return CodeOf(answer);
+        }
+        if (!isBusy) {
+            Wait(deadline);
         }
     }
     return IPC_TIMEOUT;
 }
 
-bool BusConnection::Step(BusMessage& message)
+bool BusConnection::ProcessOne(BusMessage& message)
 {
     sd_bus_message* raw = nullptr;
     const int result = sd_bus_process(bus_.get(), &raw);
     message.reset(raw);
-    closed_ = closed_ || result < 0;
-    const char* oldOwner = nullptr;
-    const char* name = nullptr;
-    const char* newOwner = nullptr;
-    if (message && sd_bus_message_is_signal(raw, BUS_NAME, OWNER_NOTICE) > 0 && SentByBus(message) &&
-        sd_bus_message_read(raw, "sss", &name, &oldOwner, &newOwner) > 0 && std::string_view(name) == SERVICE_NAME) {
-        owned_ = *newOwner != '\0';
+    if (result < 0) {
+        error_ = result;
+        return false;
     }
+    FollowOwner(message);
     return result > 0;
+}
+
+void BusConnection::FollowOwner(const BusMessage& message)
+{
+    const char* name = nullptr;
+    const char* oldOwner = nullptr;
+    const char* newOwner = nullptr;
+    if (message && sd_bus_message_is_signal(message.get(), BUS_NAME, OWNER_NOTICE) > 0 && IsSentBy(message, BUS_NAME) &&
+        sd_bus_message_read(message.get(), "sss", &name, &oldOwner, &newOwner) > 0 &&
+        std::string_view(name) == SERVICE_NAME) {
+        owner_ = newOwner;
+    }
 }
 
 void BusConnection::Wait(Deadline deadline)
 {
-    const auto left = std::chrono::duration_cast<microseconds>(deadline - steady_clock::now());
+    const microseconds left = TimeUntil(deadline);
     if (left > microseconds::zero()) {
         sd_bus_wait(bus_.get(), static_cast<uint64_t>(left.count()));
     }
 }
 
 // Follows the notices first and asks afterwards, so that no change falls in between.
-bool BusConnection::WatchService(Deadline deadline)
+int BusConnection::WatchService(Deadline deadline)
 {
     const std::string rule = std::string("type='signal',sender='") + BUS_NAME + "',interface='" + BUS_NAME +
                              "',member='" + OWNER_NOTICE + "',arg0='" + SERVICE_NAME + "'";
     BusMessage answer;
     const BusMessage match = NewBusCall("AddMatch");
-    const BusMessage query = NewBusCall("NameHasOwner");
-    if (sd_bus_message_append(match.get(), "s", rule.c_str()) < 0 ||
-        sd_bus_message_append(query.get(), "s", SERVICE_NAME) < 0 || Call(match, deadline, answer) != IPC_OK ||
-        Call(query, deadline, answer) != IPC_OK) {
-        return false;
+    if (sd_bus_message_append(match.get(), "s", rule.c_str()) < 0) {
+        return -ENOMEM;
     }
-    int owned = 0;
-    const bool read = sd_bus_message_read(answer.get(), "b", &owned) > 0;
-    owned_ = owned != 0;
-    return read;
+    const IpcCode code = Call(match, deadline, answer);
+    if (code != IPC_OK && error_ == 0) {
+        return code == IPC_TIMEOUT ? -ETIMEDOUT : -EIO;
+    }
+    QueryOwner(deadline);
+    return error_;
+}
+
+void BusConnection::QueryOwner(Deadline deadline)
+{
+    BusMessage answer;
+    const BusMessage query = NewBusCall("GetNameOwner");
+    const char* owner = nullptr;
+    if (sd_bus_message_append(query.get(), "s", SERVICE_NAME) >= 0 && Call(query, deadline, answer) == IPC_OK &&
+        sd_bus_message_read(answer.get(), "s", &owner) > 0) {
+        owner_ = owner;
+    }
 }
 
 BusMessage BusConnection::NewBusCall(const char* method) const

@@ -2,7 +2,9 @@
 #ifndef HOST_DBUS_BUS_HANDLES_H
 #define HOST_DBUS_BUS_HANDLES_H
 
+#include <chrono>
 #include <memory>
+#include <string>
 
 #include <systemd/sd-bus.h>
 
@@ -27,6 +29,10 @@ struct BusDeleter {
 using BusHandle = std::unique_ptr<sd_bus, BusDeleter>;
 using BusMessage = std::unique_ptr<sd_bus_message, BusDeleter>;
 using BusSlot = std::unique_ptr<sd_bus_slot, BusDeleter>;
+
+// Starts a connection to the bus at `address`, whose own calls may take up to `limit`. Gives a negative errno when that
+// fails, -EINVAL for text that is not an address.
+int OpenBus(const std::string& address, std::chrono::microseconds limit, BusHandle& bus);
 
 } // namespace OHOS::Host
 

@@ -1,5 +1,8 @@
 #include "bus_pool.h"
 
+#include <cerrno>
+#include <utility>
+
 namespace OHOS::Host {
 
 namespace {
@@ -8,18 +11,31 @@ constexpr size_t MAX_IDLE = 16;
 
 }
 
-std::unique_ptr<BusConnection> BusPool::Take(Deadline deadline)
+BusPool::BusPool(std::string address, void (*onInvalid)()) : address_(std::move(address)), onInvalid_(onInvalid)
 {
-    // A connection that the bus has closed meanwhile, for example because it was restarted, falls away here.
-    while (std::unique_ptr<BusConnection> idle = TakeIdle()) {
-        if (idle->Update()) {
-            return idle;
-        }
-    }
-    return BusConnection::Open(bus_, deadline);
+    idle_.reserve(MAX_IDLE); // So that Release takes no memory.
 }
 
-void BusPool::Return(std::unique_ptr<BusConnection> connection)
+int BusPool::Acquire(Deadline deadline, std::unique_ptr<BusConnection>& connection)
+{
+    // A connection that the bus has closed meanwhile, for example because it was restarted, falls away here.
+    while (std::unique_ptr<BusConnection> idle = AcquireIdle()) {
+        const int result = idle->ProcessPending(deadline);
+        if (result == 0) {
+            connection = std::move(idle);
+        }
+        if (result == 0 || result == -ETIMEDOUT) {
+            return result;
+        }
+    }
+    const int result = BusConnection::Open(address_, deadline, connection);
+    if (result == -EINVAL) {
+        onInvalid_();
+    }
+    return result;
+}
+
+void BusPool::Release(std::unique_ptr<BusConnection> connection)
 {
     const std::lock_guard<std::mutex> lock(mutex_);
     if (idle_.size() < MAX_IDLE) {
@@ -28,7 +44,7 @@ void BusPool::Return(std::unique_ptr<BusConnection> connection)
 }
 
 // The one that was used last: the others need not even be awake while calls come one after the other.
-std::unique_ptr<BusConnection> BusPool::TakeIdle()
+std::unique_ptr<BusConnection> BusPool::AcquireIdle()
 {
     const std::lock_guard<std::mutex> lock(mutex_);
     if (idle_.empty()) {

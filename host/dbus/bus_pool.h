@@ -16,18 +16,20 @@ namespace OHOS::Host {
 // a limit; none before the first call. May be used from any thread.
 class BusPool {
 public:
-    explicit BusPool(std::string bus) : bus_(std::move(bus)) {}
+    // `onInvalid` is called, on any thread, each time libsystemd refuses the bus's address.
+    BusPool(std::string address, void (*onInvalid)());
 
-    // An open connection for the caller alone, or null when the bus cannot be reached in time.
-    std::unique_ptr<BusConnection> Take(Deadline deadline);
+    // Gives the caller an open connection for itself; or a negative errno when the bus cannot be reached in time.
+    int Acquire(Deadline deadline, std::unique_ptr<BusConnection>& connection);
 
     // Gives it back for the next caller.
-    void Return(std::unique_ptr<BusConnection> connection);
+    void Release(std::unique_ptr<BusConnection> connection);
 
 private:
-    std::unique_ptr<BusConnection> TakeIdle();
+    std::unique_ptr<BusConnection> AcquireIdle();
 
-    const std::string bus_;
+    const std::string address_;
+    void (*const onInvalid_)();
     std::mutex mutex_; // Guards idle_.
     std::vector<std::unique_ptr<BusConnection>> idle_;
 };

@@ -1,4 +1,6 @@
 // The one function of libzelk_dbus.so; the client library looks it up by name.
+#include <new>
+
 #include "dbus_library.h"
 #include "log_service_proxy.h"
 
@@ -9,10 +11,14 @@ constexpr std::chrono::milliseconds LIMIT(24800);
 
 } // namespace
 
-extern "C" __attribute__((visibility("default"))) void ZelkDbusProxySource(const std::string& bus,
-                                                                           OHOS::Host::ProxySource& source)
+extern "C" __attribute__((visibility("default"))) void
+ZelkDbusProxySource(const std::string& address, void (*onInvalid)(), OHOS::Host::ProxySource& source)
 {
-    source = [pool = std::make_shared<OHOS::Host::BusPool>(bus)] {
-        return OHOS::Host::LogServiceProxy::Find(pool, LIMIT);
-    };
+    try {
+        source = [pool = std::make_shared<OHOS::Host::BusPool>(address, onInvalid)] {
+            return OHOS::Host::LogServiceProxy::Find(pool, LIMIT);
+        };
+    } catch (const std::bad_alloc&) {
+        source = nullptr;
+    }
 }

@@ -1,5 +1,6 @@
 #include "log_service_proxy.h"
 
+#include <new>
 #include <utility>
 
 #include "message_values.h"
@@ -36,42 +37,70 @@ bool ReadAnswer(const BusMessage& reply, int32_t& code, Answer& answer)
     return true;
 }
 
+// Sends a call of `method` and waits for what is answered.
+template <typename... Arguments>
+IpcCode Send(BusConnection& connection, Deadline deadline, BusMessage& reply, const char* method,
+             const Arguments&... arguments)
+{
+    if (!connection.EnsureService(deadline)) {
+        return steady_clock::now() < deadline ? IPC_SERVICE_GONE : IPC_TIMEOUT;
+    }
+    const BusMessage call = connection.NewCall(method);
+    return (Append(call.get(), arguments) && ...) ? connection.Call(call, deadline, reply) : IPC_ERROR_ANSWER;
+}
+
+// Calls `method` and reads its answer. The messages belong to the connection: they are gone when this returns.
+template <typename Answer, typename... Arguments>
+int32_t CallOver(BusConnection& connection, Deadline deadline, const char* method, Answer& answer,
+                 const Arguments&... arguments)
+{
+    BusMessage reply;
+    int32_t code = Send(connection, deadline, reply, method, arguments...);
+    if (code == IPC_SERVICE_GONE && reply &&
+        sd_bus_message_is_method_error(reply.get(), SD_BUS_ERROR_SERVICE_UNKNOWN) > 0) {
+        // The owner has left before the call reached it, and another may be there already.
+        code = Send(connection, deadline, reply, method, arguments...);
+    }
+    if (code == IPC_OK && !ReadAnswer(reply, code, answer)) {
+        code = IPC_WRONG_TYPES;
+    }
+    return code;
+}
+
 } // namespace
 
 sptr<IZelkLogService> LogServiceProxy::Find(const std::shared_ptr<BusPool>& pool, Duration limit)
 {
     const steady_clock::time_point start = steady_clock::now();
-    std::unique_ptr<BusConnection> connection = pool->Take(start + limit);
-    if (!connection) {
+    try {
+        std::unique_ptr<BusConnection> connection;
+        if (pool->Acquire(start + limit, connection) < 0) {
+            return nullptr;
+        }
+        const bool isFound = connection->EnsureService(start + limit);
+        pool->Release(std::move(connection));
+        return isFound ? new LogServiceProxy(pool, limit, steady_clock::now() - start) : nullptr;
+    } catch (const std::bad_alloc&) {
         return nullptr;
     }
-    const bool found = connection->FindService(start + limit);
-    pool->Return(std::move(connection));
-    return found ? new LogServiceProxy(pool, limit, steady_clock::now() - start) : nullptr;
 }
 
 template <typename Answer, typename... Arguments>
 int32_t LogServiceProxy::Call(const char* method, Answer& answer, const Arguments&... arguments)
 {
     const Deadline deadline = steady_clock::now() + limit_ - spent_.exchange(Duration::zero());
-    std::unique_ptr<BusConnection> connection = pool_->Take(deadline);
-    if (!connection) {
-        return IPC_SERVICE_GONE;
-    }
-    // The messages belong to the connection: they go before it is given back.
-    int32_t code = IPC_ERROR_ANSWER;
-    {
-        const BusMessage call = connection->NewCall(method);
-        BusMessage reply;
-        if ((Append(call.get(), arguments) && ...)) {
-            code = connection->Call(call, deadline, reply);
+    try {
+        std::unique_ptr<BusConnection> connection;
+        const int error = pool_->Acquire(deadline, connection);
+        if (error < 0) {
+            return CodeOfError(error);
         }
-        if (code == IPC_OK && !ReadAnswer(reply, code, answer)) {
-            code = IPC_WRONG_TYPES;
-        }
+        const int32_t code = CallOver(*connection, deadline, method, answer, arguments...);
+        pool_->Release(std::move(connection));
+        return code;
+    } catch (const std::bad_alloc&) {
+        return IPC_ERROR_ANSWER;
     }
-    pool_->Return(std::move(connection));
-    return code;
 }
 
 int32_t LogServiceProxy::GetModemLogConfig(std::vector<std::string>& keys, std::vector<std::string>& values)

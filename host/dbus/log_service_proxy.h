@@ -12,7 +12,7 @@
 namespace OHOS::Host {
 
 // Every operation returns the service's code, or an IpcCode when the call breaks off. It takes no longer than
-// the limit, the time that finding the service took included.
+// the limit, the time that finding the service took included. Nothing here throws std::bad_alloc.
 class LogServiceProxy : public HiviewDFX::IZelkLogService {
 public:
     using Duration = std::chrono::steady_clock::duration;

@@ -80,25 +80,18 @@ void HandleSignals()
     sigaction(SIGPIPE, &action, nullptr);
 }
 
-int OpenAddress(const std::string& address, sd_bus** bus)
-{
-    int result = sd_bus_new(bus);
-    if (result >= 0) {
-        result = sd_bus_set_address(*bus, address.c_str());
-    }
-    if (result >= 0) {
-        result = sd_bus_set_bus_client(*bus, 1);
-    }
-    return result < 0 ? result : sd_bus_start(*bus);
-}
-
 BusHandle Connect(const std::string& name)
 {
-    sd_bus* raw = nullptr;
-    const int result = name == "session"  ? sd_bus_open_user(&raw)
-                       : name == "system" ? sd_bus_open_system(&raw)
-                                          : OpenAddress(name, &raw);
-    BusHandle bus(raw);
+    constexpr std::chrono::seconds LIMIT(25);
+    BusHandle bus;
+    int result = 0;
+    if (name == "session" || name == "system") {
+        sd_bus* raw = nullptr;
+        result = name == "session" ? sd_bus_open_user(&raw) : sd_bus_open_system(&raw);
+        bus.reset(raw);
+    } else {
+        result = OpenBus(name, LIMIT, bus);
+    }
     Checked(result, "cannot reach the bus");
     return bus;
 }

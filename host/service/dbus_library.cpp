@@ -28,7 +28,7 @@ std::string LoaderError()
 
 } // namespace
 
-ProxySource OpenDbusLibrary(const std::string& bus, std::string& error)
+ProxySource OpenDbusLibrary(const std::string& address, void (*onInvalid)(), std::string& error)
 {
     void* library = dlopen((OwnFolder() + LIBRARY).c_str(), RTLD_NOW | RTLD_LOCAL);
     void* symbol = library == nullptr ? nullptr : dlsym(library, DBUS_SOURCE_FUNCTION);
@@ -37,7 +37,10 @@ ProxySource OpenDbusLibrary(const std::string& bus, std::string& error)
         return {};
     }
     ProxySource source;
-    reinterpret_cast<DbusSourceFunction>(symbol)(bus, source);
+    reinterpret_cast<DbusSourceFunction>(symbol)(address, onInvalid, source);
+    if (!source) {
+        error = "memory is short";
+    }
     return source;
 }
 

@@ -1,4 +1,4 @@
-// The reference log service as its callers see it, and where the client library finds a service.
+// The reference log service as its callers see it, and the client library's base class.
 #include <array>
 #include <gtest/gtest.h>
 #include <optional>
@@ -151,33 +151,6 @@ TEST_F(Limits, OfALogsKeysAndValues)
     EXPECT_EQ(Change({ItemOfSize("last", 65 * frame)}), "0 true");
     EXPECT_EQ(Change({ItemOf("a", "")}), "2 false");
     EXPECT_EQ(Change({ItemOf("last", ""), ItemOf("a", "")}), "0 true"); // What is replaced gives way.
-}
-
-// Ends the process with 0 when there is a service that answers, with 1 when the proxy is null.
-void ExitAsTheServiceIsFound(const char* setting)
-{
-    setenv("ZELK_LOG_SERVICE", setting, 1);
-    Client client;
-    const auto first = client.GetProxy();
-    setenv("ZELK_LOG_SERVICE", "read only once", 1);
-    const auto second = Client().GetProxy();
-    bool on = false;
-    const bool found = first && second && first->HandleModemLogSwitch(true, on) == 0;
-    std::exit(found && second->GetModemLogStatus(on = false) == 0 && on ? 0 : 1);
-}
-
-TEST(ServiceSetting, Values)
-{
-    const struct { const char* setting; int status; const char* errors; } cases[] = {
-        {"", 0, "^$"}, {"embedded", 0, "^$"}, {"none", 1, "^$"}, {"unix:path=/nonexistent", 1, "^$"},
-        {":", 1, "no service\n$"}, {"sesion:path=/x", 1, "no service\n$"}, {"unix:path=", 1, "no service\n$"},
-        {"tcp:host=localhost,port=1;unix:path=/nonexistent", 1, "^$"},
-        {"Session", 1, "^[^\n]*ZELK_LOG_SERVICE=\"Session\"[^\n]*no service\n$"},
-    };
-    testing::GTEST_FLAG(death_test_style) = "threadsafe";
-    for (const auto& [setting, status, errors] : cases) {
-        EXPECT_EXIT(ExitAsTheServiceIsFound(setting), testing::ExitedWithCode(status), errors) << setting;
-    }
 }
 
 TEST(Client, TakesAProxySourceAndTellsDeathToThoseWhoAsked)

@@ -1,0 +1,12 @@
+// Replaces `new`, so that memory can be made short.
+#ifndef TEST_CPP_FAILING_NEW_H
+#define TEST_CPP_FAILING_NEW_H
+
+namespace ZelkTest {
+
+// How often `new` still succeeds on this thread; any number of times while it is negative.
+extern thread_local int g_allocationsLeft;
+
+} // namespace ZelkTest
+
+#endif // TEST_CPP_FAILING_NEW_H
