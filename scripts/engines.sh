@@ -35,6 +35,15 @@ try() {
         "$(sed -n -E 's/^(# |ℹ )((pass|fail|skipped) [0-9]+)$/\2/p; /^(note: |[0-9]+ passed, )/p' "$log" | paste -sd ';')")")
 }
 
+# What the tour shows of answers and errors.
+tour_answers() {
+    "$@" examples/tour.mjs | grep -E '^    (→|and it threw)|^All sixteen'
+}
+
+same_tour() {
+    diff <(tour_answers node) <(tour_answers "$@")
+}
+
 for release in 18 20 22 24 26; do
     fetch "node-$release" "node-linux-$arch@$release"
     program=$engines/node-$release/node_modules/node-linux-$arch/bin/node
@@ -47,11 +56,11 @@ case $arch in
 esac
 fetch deno "$deno"
 program=$engines/deno/node_modules/$deno/deno
-try "Deno $("$program" --version | sed -n 's/^deno \([0-9.]*\).*/\1/p')" 'each of the 16 functions' \
-    "$program" run --allow-all test/engines/smoke.mjs
+try "Deno $("$program" --version | sed -n 's/^deno \([0-9.]*\).*/\1/p')" 'the tour, as on Node.js' \
+    same_tour "$program" run --allow-all
 fetch bun "$bun"
 program=$engines/bun/node_modules/$bun/bin/bun
-try "Bun $("$program" --version)" 'each of the 16 functions' "$program" test/engines/smoke.mjs
+try "Bun $("$program" --version)" 'the tour, as on Node.js' same_tour "$program"
 
 echo
 printf '%s\n' "${results[@]}"
