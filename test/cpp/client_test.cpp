@@ -1,4 +1,5 @@
-// The service client: codes of its own, and the slots of the interfaces that it shares with the service.
+// The service client: the codes and lines that are its own, and the slots of the interfaces that it shares with the
+// service.
 #include <cstring>
 #include <type_traits>
 
@@ -10,15 +11,19 @@
 
 namespace OHOS::HiviewDFX {
 
+namespace {
+
 using Texts = std::vector<std::string>;
 using Codes = std::vector<int32_t>;
 
-// The slots of virtual operations, counted from one: a member pointer to one holds one more than the slot's offset.
-template <typename... Operations>
-std::vector<size_t> SlotsOf(Operations... operations)
+// The slot of a virtual operation, counted from one. A member pointer to it holds the slot's offset, on some processors
+// plus one.
+template <typename Operation>
+size_t SlotOf(Operation operation)
 {
     size_t pointer = 0;
-    return {(std::memcpy(&pointer, &operations, sizeof(pointer)), (pointer - 1) / sizeof(void*) + 1)...};
+    std::memcpy(&pointer, &operation, sizeof(pointer));
+    return pointer / sizeof(void*) + 1;
 }
 
 TEST(Client, HasThePlatformsBinaryInterface)
@@ -26,53 +31,118 @@ TEST(Client, HasThePlatformsBinaryInterface)
     using S = IZelkLogService;
     using Switch = int32_t (S::*)(bool, bool&);
     using ItemSwitch = int32_t (S::*)(bool, Texts&, bool&);
-    EXPECT_EQ(SlotsOf(&S::GetModemLogConfig, &S::GetModemLogDirectPackConfig, &S::GetModemLogLogMasks,
-                      &S::GetModemLogStatus, Switch{&S::HandleModemLogSwitch}, ItemSwitch{&S::HandleModemLogSwitch},
-                      &S::SendModemLogCommand, &S::ChangeModemLogConfig, &S::GetTcpdumpStatus, &S::GetTcpdumpConfig,
-                      &S::ChangeTcpdumpConfig, Switch{&S::HandleTcpdumpSwitch}, ItemSwitch{&S::HandleTcpdumpSwitch},
-                      &S::HandleBluetoothCallPcmLogSwitch, &S::FetchRemoteDevicesLogs, &S::QueryRemoteDevicesLogs,
-                      &S::GetRemoteDevicesList, &S::QueryProtocolData, &Client::GetProxy, &Client::OnRemoteDied,
-                      &Client::RegisterRemotedDied),
-              (std::vector<size_t>{4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 21, 22, 23, 24, 25, 1, 2, 5}));
-    // The base of the singleton can destroy the client.
+    const std::vector<size_t> slots = {SlotOf(&S::GetModemLogConfig),
+                                       SlotOf(&S::GetModemLogDirectPackConfig),
+                                       SlotOf(&S::GetModemLogLogMasks),
+                                       SlotOf(&S::GetModemLogStatus),
+                                       SlotOf(Switch{&S::HandleModemLogSwitch}),
+                                       SlotOf(ItemSwitch{&S::HandleModemLogSwitch}),
+                                       SlotOf(&S::SendModemLogCommand),
+                                       SlotOf(&S::ChangeModemLogConfig),
+                                       SlotOf(&S::GetTcpdumpStatus),
+                                       SlotOf(&S::GetTcpdumpConfig),
+                                       SlotOf(&S::ChangeTcpdumpConfig),
+                                       SlotOf(Switch{&S::HandleTcpdumpSwitch}),
+                                       SlotOf(ItemSwitch{&S::HandleTcpdumpSwitch}),
+                                       SlotOf(&S::HandleBluetoothCallPcmLogSwitch),
+                                       SlotOf(&S::FetchRemoteDevicesLogs),
+                                       SlotOf(&S::QueryRemoteDevicesLogs),
+                                       SlotOf(&S::GetRemoteDevicesList),
+                                       SlotOf(&S::QueryProtocolData)};
+    EXPECT_EQ(slots, (std::vector<size_t>{4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 21, 22, 23, 24, 25}));
+    EXPECT_EQ(SlotOf(&Client::GetProxy), 1);
+    EXPECT_EQ(SlotOf(&Client::OnRemoteDied), 2);
+    EXPECT_EQ(SlotOf(&Client::RegisterRemotedDied), 5);
+    // Destroys the client through either base.
+    EXPECT_TRUE(std::has_virtual_destructor_v<Client>);
     EXPECT_TRUE(std::has_virtual_destructor_v<DelayedSingleton<ZelkLogServiceClient>>);
 }
 
-TEST(Client, HasCodesOfItsOwn)
-{
+// A client without a service; asking for it is counted.
+class ClientAlone : public testing::Test {
+protected:
+    ClientAlone()
+    {
+        Host::SetProxySource([this] {
+            ++proxies;
+            return sptr<IZelkLogService>();
+        });
+        Host::SetLogCapture([this](const Host::LogRecord& record) {
+            if (record.tag == "FRAMEWORK") {
+                lines.push_back(std::to_string(record.level) + ' ' + record.message);
+            }
+        });
+    }
+
+    ~ClientAlone() override
+    {
+        Host::SetLogCapture({});
+        Host::SetProxySource({});
+    }
+
+    // The reference arguments stay as they are.
+    void ExpectUntouched() const
+    {
+        EXPECT_EQ(values, Texts{"kept"});
+        EXPECT_EQ(text, "kept");
+        EXPECT_TRUE(flag);
+    }
+
     int proxies = 0;
     Texts lines;
-    Host::SetProxySource([&] { return ++proxies, sptr<IZelkLogService>(); });
-    Host::SetLogCapture([&](const Host::LogRecord& record) { lines.push_back(record.tag + record.message); });
     ZelkLogServiceClient client;
-    Texts none, keys = {"key"}, values = {"kept"};
-    std::vector<std::shared_ptr<ConfigInfo>> noConfigs, configs = {std::make_shared<ConfigInfo>("key")};
+    Texts values = {"kept"};
     std::string text = "kept";
     bool flag = true;
-    EXPECT_EQ((Codes{client.GetModemLogConfig(none, values), client.GetTcpdumpConfig(none, values),
-                     client.ChangeModemLogConfig(noConfigs, flag), client.HandleModemLogSwitch(true, noConfigs, flag),
-                     client.HandleTcpdumpSwitch(true, noConfigs, flag), client.ChangeTcpdumpConfig(noConfigs, flag)}),
-              Codes(6, 7));
+};
+
+TEST_F(ClientAlone, RefusesAnEmptyListBeforeItAsksForTheService)
+{
+    Texts keys;
+    std::vector<std::shared_ptr<ConfigInfo>> configs;
+    const Codes codes = {
+        client.GetModemLogConfig(keys, values),          client.GetTcpdumpConfig(keys, values),
+        client.ChangeModemLogConfig(configs, flag),      client.HandleModemLogSwitch(true, configs, flag),
+        client.HandleTcpdumpSwitch(true, configs, flag), client.ChangeTcpdumpConfig(configs, flag),
+    };
+    EXPECT_EQ(codes, Codes(6, 7));
     EXPECT_EQ(proxies, 0);
     const auto line = [](const char* method) {
-        return "FRAMEWORK[" + std::string(method) + "]\"configs is empty.\"";
+        return "5 [" + std::string(method) + "]\"configs is empty.\"";
     };
+    // The last method logs nothing.
     EXPECT_EQ(lines, (Texts{line("GetModemLogConfig"), line("GetTcpdumpConfig"), line("ChangeModemLogConfig"),
-                            line("HandleModemLogSwitch"), line("HandleTcpdumpSwitch")})); // The last call is silent.
-    EXPECT_EQ((Codes{client.GetModemLogConfig(keys, values), client.GetModemLogDirectPackConfig(text),
-                     client.GetModemLogLogMasks(values), client.GetModemLogStatus(flag),
-                     client.HandleModemLogSwitch(true, flag), client.HandleModemLogSwitch(true, configs, flag),
-                     client.SendModemLogCommand(configs[0], flag), client.ChangeModemLogConfig(configs, flag),
-                     client.GetTcpdumpStatus(flag), client.GetTcpdumpConfig(keys, values),
-                     client.ChangeTcpdumpConfig(configs, flag), client.HandleTcpdumpSwitch(true, flag),
-                     client.HandleTcpdumpSwitch(true, configs, flag), client.HandleBluetoothCallPcmLogSwitch(true)}),
-              Codes(14, 3));
-    EXPECT_EQ((Codes{client.FetchRemoteDevicesLogs(text, text, 1), client.QueryRemoteDevicesLogs(text, text),
-                     client.GetRemoteDevicesList(text), client.QueryProtocolData(text, text)}),
-              Codes(4, 1));
-    EXPECT_TRUE(proxies == 18 && flag && values == Texts{"kept"} && text == "kept");
-    Host::SetLogCapture({});
-    Host::SetProxySource({});
+                            line("HandleModemLogSwitch"), line("HandleTcpdumpSwitch")}));
+    ExpectUntouched();
 }
+
+TEST_F(ClientAlone, ReportsAServiceThatCannotBeReached)
+{
+    Texts keys = {"key"};
+    std::vector<std::shared_ptr<ConfigInfo>> configs = {std::make_shared<ConfigInfo>("key")};
+    const Codes codes = {client.GetModemLogConfig(keys, values),
+                         client.GetModemLogDirectPackConfig(text),
+                         client.GetModemLogLogMasks(values),
+                         client.GetModemLogStatus(flag),
+                         client.HandleModemLogSwitch(true, flag),
+                         client.HandleModemLogSwitch(true, configs, flag),
+                         client.SendModemLogCommand(configs[0], flag),
+                         client.ChangeModemLogConfig(configs, flag),
+                         client.GetTcpdumpStatus(flag),
+                         client.GetTcpdumpConfig(keys, values),
+                         client.ChangeTcpdumpConfig(configs, flag),
+                         client.HandleTcpdumpSwitch(true, flag),
+                         client.HandleTcpdumpSwitch(true, configs, flag),
+                         client.HandleBluetoothCallPcmLogSwitch(true)};
+    EXPECT_EQ(codes, Codes(14, 3));
+    const Codes remoteCodes = {client.FetchRemoteDevicesLogs(text, text, 1), client.QueryRemoteDevicesLogs(text, text),
+                               client.GetRemoteDevicesList(text), client.QueryProtocolData(text, text)};
+    EXPECT_EQ(remoteCodes, Codes(4, 1));
+    EXPECT_EQ(proxies, 18);
+    EXPECT_EQ(lines.size(), 18);
+    ExpectUntouched();
+}
+
+} // namespace
 
 } // namespace OHOS::HiviewDFX
