@@ -82,7 +82,8 @@ export interface LogService {
   join(): void;
   /**
    * Takes the service away: what was there before is back. Calls that wait for a handler end within 100 ms with code
-   * 1001, as when the service is gone. A second time does nothing. `using` does the same at the end of its block.
+   * 1001, as when the service is gone; those that no worker thread has begun yet go to the service that is there then.
+   * A second time does nothing. `using` does the same at the end of its block.
    *
    * @throws {AggregateError} Of {@link errors}, when there are any. The service is restored nevertheless.
    * @throws {Error} `ERR_ZELK_RESTORE_ORDER`: a later service stands in front of this one. Nothing is restored.

@@ -41,7 +41,9 @@ napi_value MakeExternal(napi_env env, T value)
 {
     napi_value external = nullptr;
     auto owned = std::make_unique<T>(std::move(value));
-    const auto destroy = [](napi_env, void* data, void*) { delete static_cast<T*>(data); };
+    const auto destroy = [](napi_env, void* data, void*) {
+        delete static_cast<T*>(data);
+    };
     if (napi_create_external(env, owned.get(), destroy, nullptr, &external) == napi_ok) {
         static_cast<void>(owned.release());
     }
@@ -70,8 +72,8 @@ bool Boolean(napi_env env, napi_value value)
     return isTrue;
 }
 
-// When the process ends, Node.js waits for its pool and runs no JavaScript meanwhile. `process` is the real one, whatever
-// a test runner shows to its tests.
+// When the process ends, Node.js waits for its pool and runs no JavaScript meanwhile. `process` is the real one,
+// whatever a test runner shows to its tests.
 void EndServicesAtExit(napi_env env)
 {
     napi_value global = nullptr;
@@ -96,10 +98,9 @@ std::shared_ptr<Environment> TheEnvironment(napi_env env)
     napi_get_instance_data(env, &data);
     auto& instance = *static_cast<Instance*>(data);
     if (!instance.environment) {
-        instance.environment = Environment::Create(env, [](Environment& ended) {
-            ServiceStack::Instance().RemoveAllOf(ended);
-        });
-        if (gettid() == getpid()) {
+        instance.environment =
+            Environment::Create(env, [](Environment& ended) { ServiceStack::Instance().RemoveAllOf(ended); });
+        if (instance.environment && gettid() == getpid()) {
             EndServicesAtExit(env);
         }
     }
@@ -126,13 +127,18 @@ void CallHandler(napi_env env, napi_ref function, uint64_t id, const HandlerServ
 napi_value Open(napi_env env, napi_callback_info info)
 {
     const auto [function, milliseconds] = Arguments<2>(env, info);
+    const std::shared_ptr<Environment> environment = TheEnvironment(env);
+    if (!environment) {
+        napi_throw_error(env, nullptr, "the runtime refuses to make a thread-safe function");
+        return nullptr;
+    }
     napi_ref reference = nullptr;
     napi_create_reference(env, function, 1, &reference);
     const auto handler = [reference](napi_env home, uint64_t id, const HandlerService::Request& request) {
         CallHandler(home, reference, id, request);
     };
     const std::chrono::duration<double, std::milli> limit(Number(env, milliseconds));
-    const sptr<HandlerService> service(new HandlerService(TheEnvironment(env), handler, MakeReferenceService(), limit));
+    const sptr<HandlerService> service(new HandlerService(environment, handler, MakeReferenceService(), limit));
     if (!ServiceStack::Instance().Push(service)) {
         napi_delete_reference(env, reference);
         return nullptr;
@@ -255,7 +261,9 @@ constexpr std::array FUNCTIONS = {
 NAPI_MODULE_INIT()
 {
     using namespace OHOS::Host;
-    const auto destroy = [](napi_env, void* data, void*) { delete static_cast<Instance*>(data); };
+    const auto destroy = [](napi_env, void* data, void*) {
+        delete static_cast<Instance*>(data);
+    };
     napi_set_instance_data(env, new Instance, destroy, nullptr);
     napi_add_env_cleanup_hook(env, ForgetEnvironment, env);
     napi_define_properties(env, exports, FUNCTIONS.size(), FUNCTIONS.data());

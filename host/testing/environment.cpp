@@ -10,7 +10,8 @@ bool CanRunJavaScript(napi_env env)
 {
     napi_value global = nullptr;
     bool unused = false;
-    return napi_get_global(env, &global) == napi_ok && napi_has_named_property(env, global, "Object", &unused) == napi_ok;
+    return napi_get_global(env, &global) == napi_ok &&
+           napi_has_named_property(env, global, "Object", &unused) == napi_ok;
 }
 
 } // namespace
@@ -21,9 +22,8 @@ std::shared_ptr<Environment> Environment::Create(napi_env env, std::function<voi
     auto owner = std::make_unique<std::shared_ptr<Environment>>(environment);
     napi_value name = nullptr;
     napi_create_string_utf8(env, "zelklogservice/testing", NAPI_AUTO_LENGTH, &name);
-    const napi_status status =
-        napi_create_threadsafe_function(env, nullptr, nullptr, name, 0, 1, owner.get(), Finalize, environment.get(),
-                                        RunTask, &environment->function_);
+    const napi_status status = napi_create_threadsafe_function(env, nullptr, nullptr, name, 0, 1, owner.get(), Finalize,
+                                                               environment.get(), RunTask, &environment->function_);
     if (status != napi_ok) {
         return nullptr;
     }

@@ -175,8 +175,7 @@ int32_t HandlerService::HandleTcpdumpSwitch(bool on, std::vector<std::string>& c
 int32_t HandlerService::HandleBluetoothCallPcmLogSwitch(bool on)
 {
     std::monostate none;
-    return Call({__func__, {on}}, none,
-                [&](Service& service) { return service.HandleBluetoothCallPcmLogSwitch(on); });
+    return Call({__func__, {on}}, none, [&](Service& service) { return service.HandleBluetoothCallPcmLogSwitch(on); });
 }
 
 int32_t HandlerService::FetchRemoteDevicesLogs(const std::string& request, std::string& response, int64_t value)

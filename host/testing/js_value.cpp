@@ -116,10 +116,7 @@ Value FromJs(napi_env env, napi_value value)
     }
     bool isArray = false;
     napi_is_array(env, value, &isArray);
-    if (isArray) {
-        return TextsFromJs(env, value);
-    }
-    return TextFromJs(env, value);
+    return isArray ? Value(TextsFromJs(env, value)) : Value(TextFromJs(env, value));
 }
 
 } // namespace OHOS::Host
