@@ -5,7 +5,9 @@
 // Groups: calls values text payload log bus memory load kit; all of them by default. With --json the table is a JSON array.
 // Exit status: 0 when every target is reached or missed by no more than the noise of its own measuring, 1 otherwise.
 import { execFileSync } from 'node:child_process';
-import { mkdtempSync, rmSync, statSync } from 'node:fs';
+import {
+  copyFileSync, existsSync, mkdirSync, mkdtempSync, readFileSync, rmSync, statSync, writeFileSync,
+} from 'node:fs';
 import { tmpdir } from 'node:os';
 import path from 'node:path';
 import { fileURLToPath } from 'node:url';
@@ -68,19 +70,43 @@ async function bus() {
   return [...ready, ...slow];
 }
 
-function load() {
-  const milliseconds = (file) =>
-    Number(run(process.execPath, [script('load.mjs'), file], { ZELKLOGSERVICE_BUILD: 'bench' }));
-  const rounds = [];
-  for (let round = 0; round < 21; ++round) {
-    rounds.push([milliseconds(root), milliseconds(program('empty.node'))]);
+// Makes the package unless it is that of these sources already.
+function pack() {
+  const stamp = path.join(root, 'build/pack/commit');
+  const wanted = run(path.join(root, 'scripts/prepack.sh'), ['--stamp']);
+  if (!existsSync(stamp) || readFileSync(stamp, 'utf8') !== wanted) {
+    run('make', ['-C', root, 'pack']);
   }
-  const size = inFolder((folder) => {
-    const stripped = path.join(folder, 'stripped.so');
-    execFileSync('strip', ['-o', stripped, program('libzelklogservice.so')]);
-    return statSync(stripped).size / 1000;
+}
+
+// Puts the package as its user has it into `folder`, and beside it one of the same package.json with an empty
+// addon. Gives the paths of both.
+function installPackages(folder) {
+  pack();
+  const { name, version } = JSON.parse(readFileSync(path.join(root, 'package.json'), 'utf8'));
+  const file = path.join(root, `build/pack/${name}-${version}.tgz`);
+  run('npm', ['install', '--prefix', folder, '--offline', '--no-audit', '--loglevel=error', file]);
+  const installed = path.join(folder, 'node_modules', name);
+  const empty = path.join(folder, 'node_modules/empty');
+  mkdirSync(empty);
+  copyFileSync(path.join(installed, 'package.json'), path.join(empty, 'package.json'));
+  copyFileSync(program('empty.node'), path.join(empty, 'empty.node'));
+  writeFileSync(path.join(empty, 'index.js'), `module.exports = require('./empty.node');\n`);
+  return { installed, empty };
+}
+
+function load() {
+  return inFolder((folder) => {
+    const { installed, empty } = installPackages(folder);
+    const milliseconds = (file) => Number(run(process.execPath, [script('load.mjs'), file]));
+    const rounds = [];
+    for (let round = 0; round < 41; ++round) {
+      rounds.push([milliseconds(installed), milliseconds(empty)]);
+    }
+    const module = path.join(installed, `lib/linux-${process.arch}/zelklogservice.node`);
+    const size = statSync(module).size / 1000;
+    return [{ measure: 'load', rounds }, { measure: 'size', rounds: [[size]] }];
   });
-  return [{ measure: 'load', rounds }, { measure: 'size', rounds: [[size]] }];
 }
 
 const logFiles = (folder) => measures(program('bench_log'), [path.join(folder, 'theirs')],
