@@ -22,7 +22,7 @@ packages_of() {
         test) echo libgtest-dev dbus-daemon systemd python3-dbus python3-gi ;;
         lint) echo clang clang-format clang-tidy generate-ninja ;;
         bench) echo binutils dbus-daemon libspdlog-dev rapidjson-dev ;;
-        fuzz) echo clang libclang-rt-14-dev ;;
+        fuzz) echo clang "libclang-rt-$(. /etc/os-release; [ "${VERSION_ID:-}" != 12 ] || echo 14-)dev" ;;
         device) echo clang lld libc++-dev libc++abi-dev googletest dpkg-dev ;;
         pack)
             local other=aarch64

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Tries the two commands of the README as a new user would: `make demo` and `make test` on a fresh minimal Debian, first
 # as root, then on another fresh one as a normal user with sudo, whose checkout has a path with unusual letters in it.
-# At last both once more without a network.
+# After that the service is installed and called on the system bus, and both commands run again, without a network. At
+# last the release's other compilers build everything.
 #
 #   scripts/try_fresh.sh 12|13 [root|user]
 #
@@ -16,8 +17,8 @@ fail() {
 }
 
 case ${1:-} in
-    12) release=bookworm ;;
-    13) release=trixie ;;
+    12) release=bookworm compilers='clang++-14 clang++-16' ;;
+    13) release=trixie compilers=clang++-19 ;;
     *) fail "say which release of Debian: 12 or 13" ;;
 esac
 users=${2:-root user}
@@ -103,6 +104,36 @@ step() {
     fi
 }
 
+as_root() {
+    chroot "$system" "$@" >"$work/prepare.log" 2>&1 || fail "that failed: see $work/prepare.log"
+}
+
+# Installs everything, and calls the service, which the system bus starts, as those who may and as one who may not.
+try_installed() {
+    local sudo=()
+    [ "$user" = root ] || sudo=(sudo)
+    as_root apt-get install -y --no-install-recommends dbus
+    as_root sh -c 'mkdir -p /run/dbus && dbus-daemon --system'
+    step install "${sudo[@]}" make install
+    if [ "$user" != root ] && inside find . -user root | grep .; then
+        fail "files of root were left in the checkout"
+    fi
+    as_root useradd --groups zelklog member
+    as_root useradd stranger
+    local caller answer
+    for caller in root member stranger; do
+        answer=$(chroot "$system" setpriv --reuid="$caller" --regid=nogroup --init-groups \
+            env ZELK_LOG_SERVICE=system /usr/local/bin/zelklog modem on 2>&1) || true
+        echo "  $caller on the system bus: $answer"
+        case $caller:$answer in
+            stranger:accepted) fail "a stranger may call the service" ;;
+            *:accepted | stranger:*) ;;
+            *) fail "$caller may not call the service" ;;
+        esac
+    done
+    chroot "$system" ps -o user= -C zelk-log-service | grep -qx zelklog || fail "the service does not run as zelklog"
+}
+
 for user in $users; do
     system=$work/system
     network=
@@ -117,8 +148,7 @@ for user in $users; do
         packages='make sudo'
     fi
     # shellcheck disable=SC2086 # Several words.
-    chroot "$system" sh -c 'apt-get update && apt-get install -y --no-install-recommends "$@"' sh $packages \
-        >"$work/prepare.log" 2>&1 || fail "that failed: see $work/prepare.log"
+    as_root sh -c 'apt-get update && apt-get install -y --no-install-recommends "$@"' sh $packages
     if [ "$user" != root ]; then
         chroot "$system" useradd --create-home --uid "$uid" --shell /bin/bash "$user"
         echo "$user ALL=(ALL) NOPASSWD: ALL" >"$system/etc/sudoers.d/$user"
@@ -131,10 +161,21 @@ for user in $users; do
     before=$(chroot "$system" dpkg-query -W | wc -l)
     step demo make demo
     echo "  the demo installed $(($(chroot "$system" dpkg-query -W | wc -l) - before)) packages"
+    step zelklog bin/zelklog modem status
     step test make test
+    try_installed
     network='unshare --net'
     step demo-offline make demo
     step test-offline make test
+    network=
+    if [ "$user" = root ]; then
+        # shellcheck disable=SC2086 # Several words.
+        as_root apt-get install -y --no-install-recommends ${compilers//++/}
+        for compiler in $compilers; do
+            step "$compiler" sh -c "cmake -G Ninja -B build/$compiler -DCMAKE_CXX_COMPILER=$compiler && \
+                cmake --build build/$compiler"
+        done
+    fi
     umount -R "$system/dev" "$system/proc" "$system/sys"
     rm -rf --one-file-system "$system"
 done
