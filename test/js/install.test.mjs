@@ -1,7 +1,9 @@
 // `make install` and `make uninstall`, below a prefix with unusual letters in it.
 import assert from 'node:assert/strict';
 import { spawnSync } from 'node:child_process';
-import { existsSync, mkdtempSync, readFileSync, readdirSync, rmSync, statSync } from 'node:fs';
+import {
+  existsSync, mkdirSync, mkdtempSync, readFileSync, readdirSync, rmSync, statSync, symlinkSync,
+} from 'node:fs';
 import { tmpdir } from 'node:os';
 import { join } from 'node:path';
 import { after, test } from 'node:test';
@@ -76,10 +78,23 @@ test('all of it can be removed again', () => {
   assert.equal(existsSync(installed('lib/zelklogservice')), false);
 });
 
+const INEXPRESSIBLE = ['a"b', 'a;b', 'a\\b', 'a${b}', 'a\nb'];
+
 test('a prefix that cannot be written down in the installed files is refused in one line', () => {
-  for (const prefix of ['/a"b', '/a;b', '/a\\b', '/a${b}', '/a\nb', 'a/b']) {
+  for (const prefix of [...INEXPRESSIBLE.map((name) => `/${name}`), 'not/absolute']) {
     const { status, stdout, stderr } = change('install', prefix);
     assert.deepEqual([status, stdout], [1, '']);
     assert.match(stderr, /^scripts\/install\.sh: PREFIX.*\n$/);
+  }
+});
+
+test('a checkout in a folder that CMake cannot name is refused in one line', () => {
+  for (const name of INEXPRESSIBLE) {
+    const checkout = join(DESTDIR, name);
+    mkdirSync(checkout);
+    symlinkSync(join(root, 'scripts'), join(checkout, 'scripts'));
+    const { status, stdout, stderr } = run(join(checkout, 'scripts/setup.sh'), ['build']);
+    assert.deepEqual([status, stdout], [1, '']);
+    assert.match(stderr, /^scripts\/setup\.sh: the path of this checkout .*\n$/);
   }
 });
