@@ -1,6 +1,7 @@
 # Every target does its own set-up first; where nothing is missing that is only a look.
 SHELL := bash
-.SHELLFLAGS := -euo pipefail -c
+# Bash reads its start-up file where its input is a socket.
+.SHELLFLAGS := --norc -euo pipefail -c
 .DEFAULT_GOAL := help
 
 # As they were given: a dollar sign in a path is one.
