@@ -21,8 +21,8 @@ export type Answer<T> = T | undefined | void | PromiseLike<T | undefined | void>
  * - anything else: code 1003. An answer of the wrong type is code 1004. Both are mistakes of the test: they are kept in
  *   {@link LogService.errors} and thrown by {@link LogService.restore}.
  *
- * A handler that is missing is stood in for by a reference service, one for each {@link logService}, which starts from
- * its initial state.
+ * Without a handler, a reference service answers. Each {@link logService} has its own, which starts from its initial
+ * state.
  */
 export interface Handlers {
   /** @param keys The keys that are asked for. Answer: one text per item, `{"configKey":"KEY","value":"TEXT"}`. */
@@ -66,14 +66,14 @@ export interface ServiceRequest {
 export interface LogService {
   /** What arrived, in that order, requests without a handler too. `requests.length = 0` empties it. */
   readonly requests: ServiceRequest[];
-  /** The mistakes of handlers: what they threw that is no {@link ServiceError}, and answers of the wrong type. */
+  /** The mistakes of handlers: what they threw that is not a {@link ServiceError}, and answers of the wrong type. */
   readonly errors: unknown[];
   /** Empties {@link requests}. */
   clear(): void;
   /**
    * Sets one handler, or removes it.
    *
-   * @throws {TypeError} The service has no operation of this name, or the handler is no function.
+   * @throws {TypeError} The service has no operation of this name, or the handler is not a function.
    */
   handle<Name extends keyof Handlers>(name: Name, handler: Handlers[Name] | undefined): void;
   /** From now on there is no service: calls do not reach it. Those that wait for a handler go on. */
@@ -86,10 +86,10 @@ export interface LogService {
    * A second time does nothing. `using` does the same at the end of its block.
    *
    * @throws {AggregateError} Of {@link errors}, when there are any. The service is restored nevertheless.
-   * @throws {Error} `ERR_ZELK_RESTORE_ORDER`: a later service stands in front of this one. Nothing is restored.
+   * @throws {Error} `ERR_ZELK_RESTORE_ORDER`: a later service is in front of this one. Nothing is restored.
    */
   restore(): void;
-  /** {@link restore}; there where the runtime has `Symbol.dispose`. */
+  /** {@link restore}, where the runtime has `Symbol.dispose`. */
   [Symbol.dispose](): void;
 }
 
@@ -100,15 +100,15 @@ declare global {
 }
 
 /**
- * Puts a log service in the place of the process's own, until it is restored. Calls from all threads reach it; a second
- * one in the same thread stands in front of the first until it is restored.
+ * Puts a log service in the place of the process's own until it is restored. Calls from all threads reach it. A second
+ * one in the same thread is in front of the first until it is restored.
  *
  * A call that waits for its handler holds one of the runtime's worker threads: four, unless `UV_THREADPOOL_SIZE` says
  * otherwise. A handler that waits for such a thread itself, as one that reads a file does, while all of them wait for
- * handlers, waits for its time limit. A handler that never answers holds its call no longer than that limit, and ends
- * with its environment: with code 1001, within 100 ms.
+ * handlers, waits for its time limit. A handler that never answers holds its call until that limit, or until the
+ * environment of the handler ends: then the call ends with code 1001 within 100 ms.
  *
- * @throws {TypeError} An unknown operation (the message lists the known ones), or a handler that is no function.
+ * @throws {TypeError} An unknown operation (the message lists the known ones), or a handler that is not a function.
  * @throws {RangeError} A time limit that is out of range.
  * @throws {Error} `ERR_ZELK_SERVICE_IN_USE`: a log service of another thread is in force.
  */
@@ -119,8 +119,8 @@ export class ServiceError extends Error {
   /**
    * @param code An int32 other than 0.
    * @param answer The answer that goes with the code, of the operation's own type. Without it there is none.
-   * @throws {TypeError} The code is no number.
-   * @throws {RangeError} The code is 0 or no int32.
+   * @throws {TypeError} The code is not a number.
+   * @throws {RangeError} The code is 0 or not an int32.
    */
   constructor(code: number, answer?: boolean | AnswerText | readonly AnswerText[]);
   readonly code: number;

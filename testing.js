@@ -218,7 +218,7 @@ function logService(handlers = {}, options = {}) {
     }
     if (!addon.close(native)) {
       throw codedError('ERR_ZELK_RESTORE_ORDER',
-        'a later log service stands in front of this one: restore that one first');
+        'a later log service is in front of this one: restore that one first');
     }
     isRestored = true;
     if (errors.length > 0) {

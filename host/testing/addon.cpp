@@ -146,7 +146,7 @@ napi_value Open(napi_env env, napi_callback_info info)
     return MakeExternal(env, OpenService{service, reference});
 }
 
-// close(service): false when another one stands in front of it. Not to be called again after true.
+// close(service): false when another one is in front of it. Not to be called again after true.
 napi_value Close(napi_env env, napi_callback_info info)
 {
     const auto [external] = Arguments<1>(env, info);

@@ -1,4 +1,4 @@
-// Which handler service stands in the place of the process's log service.
+// Which handler service is in the place of the process's log service.
 #ifndef HOST_TESTING_SERVICE_STACK_H
 #define HOST_TESTING_SERVICE_STACK_H
 
@@ -18,7 +18,7 @@ public:
     // Puts `service` in front. False when a service of another environment is in force.
     bool Push(const sptr<HandlerService>& service);
 
-    // Takes `service` away and ends it. False when another one stands in front of it.
+    // Takes `service` away and ends it. False when another one is in front of it.
     bool Remove(const sptr<HandlerService>& service);
 
     // Whether the service can be found; it can at first. Calls that it has already are not affected.

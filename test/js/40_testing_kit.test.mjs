@@ -122,7 +122,7 @@ test('mistakes are refused where they are made', () => {
   }
 });
 
-test('a service stands in front of the one before, each with its own reference service', async () => {
+test('a service is put in front of the one before, each with its own reference service', async () => {
   const first = serve();
   await zelk.handleModemLogSwitch(true, items);
   const second = logService();
