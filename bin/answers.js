@@ -23,9 +23,11 @@ const done = (answer, { good }) => good('done');
 
 const text = (answer) => visible(answer);
 
+// A service may leave out what it should have said.
+const word = (value) => visibleInLine(value ?? '(missing)');
+
 const masks = (items, { strong }) =>
-  items.map(({ configKey, value }) => `${strong(visibleInLine(configKey))} ${visibleInLine(value)}`)
-    .join('\n');
+  items.map(({ configKey, value }) => `${strong(word(configKey))} ${word(value)}`).join('\n');
 
 const json = (value) => visibleInLine(JSON.stringify(value));
 
@@ -34,7 +36,7 @@ function configs(items, { strong, weak }) {
     const parameters = Object.entries(value)
       .map(([name, setting]) => `  ${visibleInLine(name)} = ${json(setting)}`);
     const lines = parameters.length > 0 ? parameters : [weak('  (nothing set)')];
-    return [strong(visibleInLine(configKey)), ...lines].join('\n');
+    return [strong(word(configKey)), ...lines].join('\n');
   }).join('\n');
 }
 

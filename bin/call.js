@@ -5,7 +5,7 @@ const path = require('node:path');
 const { complain } = require('./output.js');
 
 // From the lowest level to X, which writes nothing.
-const LEVELS = 'DIWEFX';
+const LEVELS = [...'DIWEFX'];
 const LOG_LINE = /^\d\d-\d\d [\d:.]{12} +\d+ +\d+ ([DIWEF]) C/;
 // What the module logs, at level W, when it finds no log service.
 const NO_SERVICE_LINE = /^\S+ \S+ +\d+ +\d+ W C02d19\/FRAMEWORK: \[\w+\]"get proxy fail\."$/;

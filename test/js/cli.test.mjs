@@ -138,6 +138,8 @@ test('the queries that throw are answered all the same, with a note', () => {
     assert.deepEqual([status, stdout], [0, `${text}\n`]);
     assert.match(stderr, /^zelklog: note: getModemLog\w+ is marked as not supported at present.*\n$/);
   }
+  const incomplete = answering({ GetModemLogLogMasks: { code: 0, answer: ['{}'] } });
+  assert.equal(zelklog(['modem', 'masks'], incomplete).stdout, '(missing) (missing)\n');
 });
 
 // The words of an item, and the text that the service gets.
@@ -271,8 +273,9 @@ const hasTerminals = spawnSync('script', ['-qec', 'true', '/dev/null']).status =
 
 test('colours appear on a terminal only, and not with NO_COLOR', { skip: !hasTerminals }, () => {
   const onTerminal = (env) => {
-    const options = { encoding: 'utf8', env: { ...process.env, NODE: process.execPath, PROGRAM: program, ...env } };
-    return spawnSync('script', ['-qec', '"$NODE" "$PROGRAM" modem on 2>/dev/null', '/dev/null'], options).stdout;
+    const settings = { ...process.env, NODE: process.execPath, PROGRAM: program, ...env };
+    const command = '"$NODE" "$PROGRAM" modem on 2>/dev/null';
+    return spawnSync('script', ['-qec', command, '/dev/null'], { encoding: 'utf8', env: settings }).stdout;
   };
   assert.equal(onTerminal({ NO_COLOR: '' }), '\u001b[32maccepted\u001b[39m\r\n');
   assert.equal(onTerminal({ NO_COLOR: '1' }), 'accepted\r\n');

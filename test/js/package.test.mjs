@@ -80,7 +80,8 @@ const REFUSALS = [
     'ERR_ZELK_LIBRARY', /libgcc_s\.so\.1 is missing: .*`apt-get install libgcc-s1`/, /^libgcc_s/],
   ['a library of the package missing', incomplete, '', 'ERR_ZELK_LOAD',
     /libzelk_service_api\.so: cannot open.*install it anew/, /libzelk_service_api/],
-  ['a file that is not a library', garbage, '', 'ERR_ZELK_LOAD', /cannot load .*zelklogservice\.node \(/, /./],
+  ['a file that is not a library', garbage, '', 'ERR_ZELK_LOAD',
+    /cannot load .*zelklogservice\.node \(/, /./],
   ['an error of the module itself', whole, `const { dlopen } = process;
     process.dlopen = (module, file) => dlopen({ exports: Object.freeze({}) }, file);`,
   'ERR_ZELK_INIT', /was loaded, but could not set itself up \(Unknown failure\)$/, /^Unknown failure$/],
