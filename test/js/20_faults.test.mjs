@@ -279,6 +279,7 @@ for (const name of names) {
   });
 }
 
-test('every place of the table has failed', () => {
+// Some fail only in cleaning up after another, which a short reach leaves out.
+test('every place of the table has failed', { skip: PAIR_REACH < 4 }, () => {
   assert.deepEqual(Object.keys(PLACES).filter((place) => !failed.has(place)), []);
 });
