@@ -134,12 +134,11 @@ int LogSink::Put(LogLevel level, unsigned int domain, const char* tag, std::stri
         Show(level, domain, tag, std::string_view(line).substr(messageStart));
         return 0;
     }
-    const bool mayWait = lost_ == 0;
-    const Deadline deadline = mayWait && !isRegularFile_ ? steady_clock::now() + LONGEST_WAIT_FOR_READER : Deadline();
+    const Deadline deadline = isRegularFile_ ? Deadline() : steady_clock::now() + LONGEST_WAIT_FOR_READER;
     std::unique_lock<std::timed_mutex> lock(outputMutex_, std::try_to_lock);
     if (!lock) {
         // By the system's clock: ThreadSanitizer misses a lock that is waited for by the steady one.
-        lock.try_lock_until(system_clock::now() + (mayWait ? LONGEST_WAIT_FOR_READER : SHORT_WAIT_FOR_LOCK));
+        lock.try_lock_until(system_clock::now() + (lost_ == 0 ? LONGEST_WAIT_FOR_READER : SHORT_WAIT_FOR_LOCK));
     }
     // With the lock, so that a capture sees lines in the order in which they are written; without it if they are lost.
     Show(level, domain, tag, std::string_view(line).substr(messageStart));
@@ -167,7 +166,8 @@ int LogSink::Write(std::string& line, Deadline deadline)
     const size_t lost = lost_;
     const std::string report = lost == 0 ? "" : LossReport(lost);
     line.insert(0, report);
-    const size_t written = isRegularFile_ ? WriteToFile(descriptor_, line) : WriteUntil(descriptor_, line, deadline);
+    const size_t written = isRegularFile_ ? WriteToFile(descriptor_, line)
+                                          : WriteUntil(descriptor_, line, lost == 0 ? deadline : Deadline());
     if (written > 0) {
         isBrokenOff_ = line[written - 1] != '\n';
     }
