@@ -58,8 +58,8 @@ TEST(Format, PrintsByPrivacy)
         {Printed("%{public}s%{public}1s", big.c_str(), big.c_str()), big + big},
         {Printed("a%{public}nb%nc%{public}d", &stored, &stored, 1), "ab<private>c1"},
         {Printed("%{public}d %{public}1$d %{foo}d %y %{public}Q %lm", 1), "1 %{public}1$d %{foo}d %y %{public}Q %lm"},
-        {Printed("%{public}99999999999d %{public}lc %5%{public}d", 1, wint_t{0x110000}, 3),
-         "%{public}99999999999d %{public}lc %53"},
+        {Printed("%{public}99999999999d %{public}lc %5%{public}m", 1, wint_t{0x110000}),
+         "%{public}99999999999d %{public}lc %5Interrupted system call"},
         {Printed("end %{public}"), "end %{public}"},
         {Printed("end %-08.3l"), "end %-08.3l"},
     };
@@ -153,8 +153,8 @@ void PrintInFork()
     }
 }
 
-// Lines of several threads, while captures and children come and go. A child hangs when a line that another thread was
-// writing keeps it from logging.
+// Lines of several threads, while captures and children come and go. A child must be able to log although another
+// thread of its parent was writing.
 void PrintInThreads()
 {
     std::array<std::future<void>, 4> writers;
@@ -171,7 +171,9 @@ void PrintInThreads()
         if (fork() == 0) {
             alarm(10);
             dup2(open("/dev/null", O_WRONLY), STDERR_FILENO);
-            Print("");
+            if (HiLogPrint(LOG_CORE, LOG_ERROR, 1, "T", "child") < 0) {
+                _exit(1);
+            }
             SetLogCapture(nullptr);
             execl("/bin/true", "true", nullptr); // ThreadSanitizer would miss the other threads at an exit.
         }
@@ -384,6 +386,7 @@ TEST(Line, StaysWhole)
         }
     }
     EXPECT_EQ(lost, expected.size());
+    EXPECT_LT(lost, 50U);
 }
 
 } // namespace

@@ -46,15 +46,36 @@ TEST(Identity, CanBeGiven)
     EXPECT_EQ(IPCSkeleton::GetCallingFullTokenID(), 12);
 }
 
-TEST(Identity, ReportsOnceWhatIsNotAccepted)
+TEST(Identity, IsANumberOf64Bits)
 {
+    const std::pair<const char*, uint64_t> cases[] = {
+        {"0", 0},
+        {"4294967296", 0x100000000},
+        {"0x1fffffffF", 0x1FFFFFFFF},
+        {"00000000000000000000000012", 12},
+        {"18446744073709551615", UINT64_MAX},
+        {"0xffffffffffffffff", UINT64_MAX},
+        // Not accepted: no rights.
+        {"18446744073709551616", 0},
+        {"0x10000000100000001", 0},
+        {"0x", 0},
+        {"0X100000001", 0},
+        {"0x+100000001", 0},
+        {"0x0x100000001", 0},
+        {"+4294967297", 0},
+        {" 4294967297", 0},
+        {"4294967297\n", 0},
+        {"4294967297.0", 0},
+        {"system", 0},
+    };
     testing::internal::CaptureStderr();
-    for (const char* text : {"0x10000000100000001", "system"}) {
+    for (const auto& [text, token] : cases) {
         SetTokenVariable(text);
-        EXPECT_EQ(IPCSkeleton::GetCallingFullTokenID(), 0);
+        EXPECT_EQ(IPCSkeleton::GetCallingFullTokenID(), token) << text;
     }
+    // Only the first is reported.
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "zelklogservice: OHOS_FULL_TOKEN_ID=\"0x10000000100000001\": not a 64-bit token id; no rights\n");
+              "zelklogservice: OHOS_FULL_TOKEN_ID=\"18446744073709551616\": not a 64-bit token id; no rights\n");
 }
 
 struct Counted : IRemoteObject {

@@ -1,11 +1,15 @@
 // Who may call what. The caller's identity is asked for on every call and decides before anything else is
 // looked at.
 import assert from 'node:assert/strict';
+import { spawnSync } from 'node:child_process';
 import { test } from 'node:test';
+import { fileURLToPath } from 'node:url';
 import { setCaller } from 'zelklogservice/testing';
 import { E } from '../support/cases.mjs';
 import { answering, forms, operation } from '../support/forms.mjs';
 import { gatedNames, keeps, names, run, service, zelk } from '../support/zelk.mjs';
+
+const ROOT = fileURLToPath(new URL('../../', import.meta.url));
 
 // Alternately, because rights once had must not last.
 const CALLERS = [
@@ -52,4 +56,12 @@ test('a call once made is answered although the rights are gone', async () => {
     });
     assert.deepEqual([thrown ? thrown.code : '6', answers.length], ['6', 1], name);
   }
+});
+
+test('a worker thread that loads the module has the identity of the environment', () => {
+  const call = `console.log(require(${JSON.stringify(ROOT)}).getModemLogStatus())`;
+  const code = `new (require('node:worker_threads').Worker)(${JSON.stringify(call)}, { eval: true })`;
+  const env = { ...process.env, OHOS_FULL_TOKEN_ID: '0' };
+  const { stdout } = spawnSync(process.execPath, ['-e', code], { env, encoding: 'utf8' });
+  assert.equal(stdout, 'undefined\n');
 });
