@@ -7,6 +7,8 @@
 
 namespace {
 
+bool g_isLoaded = false;
+
 bool IsServed()
 {
     const OHOS::sptr<OHOS::HiviewDFX::IZelkLogService> proxy = OHOS::HiviewDFX::Client().GetProxy();
@@ -16,11 +18,20 @@ bool IsServed()
 
 } // namespace
 
+// What libsystemd reads the environment with.
+extern "C" __attribute__((visibility("default"))) char* secure_getenv(const char* name) noexcept
+{
+    if (g_isLoaded) {
+        std::abort();
+    }
+    return std::getenv(name);
+}
+
 int main(int argc, char**)
 {
-    // The libraries are loaded: what changes from here on is not looked at.
-    for (const char* name : {"ZELK_LOG_SERVICE", "DBUS_SESSION_BUS_ADDRESS", "DBUS_SYSTEM_BUS_ADDRESS",
-                             "XDG_RUNTIME_DIR", "SYSTEMD_BUS_TIMEOUT"}) {
+    g_isLoaded = true;
+    for (const char* name :
+         {"ZELK_LOG_SERVICE", "DBUS_SESSION_BUS_ADDRESS", "DBUS_SYSTEM_BUS_ADDRESS", "XDG_RUNTIME_DIR"}) {
         setenv(name, "changed", 1);
     }
     if (argc > 1) {

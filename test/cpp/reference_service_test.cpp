@@ -1,8 +1,10 @@
 // The reference log service as its callers see it, and the client library's base class.
-#include <array>
 #include <gtest/gtest.h>
 #include <optional>
+#include <string>
 #include <thread>
+#include <utility>
+#include <vector>
 
 #include "item_text.h"
 #include "reference_service.h"
@@ -14,17 +16,23 @@ namespace OHOS::Host {
 using HiviewDFX::Client;
 using Texts = std::vector<std::string>;
 
-// clang-format off
 TEST(ItemText, FramesAndTheirParts)
 {
     const char* const refused = "refused";
     const std::pair<std::string, std::string> cases[] = {
-        {R"({"configKey":"a","value":1})", "a|1"}, {R"({"configKey":"","value":})", "|"},
+        {R"({"configKey":"a","value":1})", "a|1"},
+        {R"({"configKey":"","value":})", "|"},
         {R"({"configKey":"a","value":{"b":"","value":2}})", R"(a|{"b":"","value":2})"},
-        {R"({"configKey":"q"q","value":not json})", R"(q"q|not json)"}, {R"({"configKey":","value":1})", refused},
-        {R"({"configKey":"a","value":1} )", refused}, {R"( {"configKey":"a","value":1})", refused},
-        {R"({"configKey":"a","value":)", refused}, {R"({"configKey":"a","value": )", refused}, {"", refused},
-        {R"({"configKey":"a", "value":1})", refused}, {R"({"value":1,"configKey":"a"})", refused}, {"}", refused},
+        {R"({"configKey":"q"q","value":not json})", R"(q"q|not json)"},
+        {R"({"configKey":","value":1})", refused},
+        {R"({"configKey":"a","value":1} )", refused},
+        {R"( {"configKey":"a","value":1})", refused},
+        {R"({"configKey":"a","value":)", refused},
+        {R"({"configKey":"a","value": )", refused},
+        {R"({"configKey":"a", "value":1})", refused},
+        {R"({"value":1,"configKey":"a"})", refused},
+        {"}", refused},
+        {"", refused},
     };
     for (const auto& [text, parts] : cases) {
         const std::optional<Item> item = ParseItem(text);
@@ -38,21 +46,27 @@ TEST(ItemText, FramesAndTheirParts)
 TEST(ReferenceService, CallsOfSeveralThreadsTakeEffectAsAWhole)
 {
     ReferenceService service;
-    std::array<std::thread, 4> threads;
-    for (std::thread& thread : threads) {
-        thread = std::thread([&service, name = std::to_string(&thread - threads.data())] {
-            for (int round = 0; round < 500; ++round) {
-                const std::string item = R"({"configKey":"k","value":)";
-                Texts keys = {"k", "k"}, items = {item + "other}", item + name + std::to_string(round) + "}"}, values;
-                bool done = false;
-                service.HandleModemLogSwitch(true, items, done);
-                service.GetModemLogConfig(keys, values);
-                ASSERT_TRUE(values[0] == values[1] && values[0].find("other") == std::string::npos) << values[0];
-                ASSERT_TRUE(done && service.GetModemLogStatus(done) == 0 && done);
-            }
-        });
+    const auto call = [&service](const std::string& name) {
+        const std::string item = R"({"configKey":"k","value":)";
+        for (int round = 0; round < 500; ++round) {
+            Texts keys = {"k", "k"};
+            Texts items = {item + "other}", item + name + std::to_string(round) + "}"};
+            Texts values;
+            bool done = false;
+            service.HandleModemLogSwitch(true, items, done);
+            service.GetModemLogConfig(keys, values);
+            ASSERT_TRUE(done);
+            ASSERT_EQ(values[0], values[1]);
+            ASSERT_EQ(values[0].find("other"), std::string::npos);
+        }
+    };
+    std::vector<std::thread> threads;
+    for (const char* name : {"a", "b", "c", "d"}) {
+        threads.emplace_back(call, name);
     }
-    for (std::thread& thread : threads) { thread.join(); }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
 }
 
 std::string ItemOf(const std::string& key, const std::string& value)
@@ -153,21 +167,39 @@ TEST_F(Limits, OfALogsKeysAndValues)
     EXPECT_EQ(Change({ItemOf("last", ""), ItemOf("a", "")}), "0 true"); // What is replaced gives way.
 }
 
-TEST(Client, TakesAProxySourceAndTellsDeathToThoseWhoAsked)
+TEST(Client, TakesAProxySource)
 {
     Client client;
     SetProxySource([] { return nullptr; });
     EXPECT_EQ(client.GetProxy(), nullptr);
     SetProxySource({});
     EXPECT_NE(client.GetProxy(), nullptr);
-    std::string told;
-    const auto tells = [&told](const char* text) { return [&told, text] { told += text; }; };
+}
+
+TEST(Client, CallsBackThoseWhoAskedToHearOfADeath)
+{
+    Client client;
+    std::string called;
     const std::pair<const char*, std::function<void()>> callbacks[] = {
-        {"b", tells("2")}, {"a", tells("replaced")}, {"a", tells("1")}, {"c", {}},
+        {"b",
+         [&called] {
+             called += "2";
+         }},
+        {"a",
+         [&called] {
+             called += "replaced";
+         }},
+        {"a",
+         [&called] {
+             called += "1";
+         }},
+        {"c", {}},
     };
-    for (auto [name, callback] : callbacks) { client.RegisterRemotedDied(name, callback); }
+    for (auto [name, callback] : callbacks) {
+        client.RegisterRemotedDied(name, callback);
+    }
     client.OnRemoteDied(nullptr);
-    EXPECT_EQ(told, "12");
+    EXPECT_EQ(called, "12");
 }
 
 } // namespace OHOS::Host
