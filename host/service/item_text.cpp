@@ -48,11 +48,14 @@ std::optional<Item> ParseItem(std::string_view text)
     return Item{text.substr(0, middle), rest.substr(0, rest.size() - TAIL.size())};
 }
 
-std::string JsonString(std::string_view text)
+std::string JsonString(std::string_view text, size_t most)
 {
     std::string json = "\"";
     json.reserve(text.size() + 2);
     for (const char character : text) {
+        if (json.size() > most) {
+            break;
+        }
         AppendEscaped(json, character);
     }
     json += '"';

@@ -18,8 +18,9 @@ struct Item {
 // ","value": in between. Key and value are whatever stands there, empty included. Nothing when the frame is not there.
 std::optional<Item> ParseItem(std::string_view text);
 
-// `text` as a JSON string with its quotes. Bytes that are not UTF-8 stay as they are.
-std::string JsonString(std::string_view text);
+// `text` as a JSON string with its quotes. Bytes that are not UTF-8 stay as they are. A string that becomes longer than
+// `most` is left off there.
+std::string JsonString(std::string_view text, size_t most = std::string::npos);
 
 } // namespace OHOS::Host
 

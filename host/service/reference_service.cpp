@@ -17,7 +17,7 @@ int32_t Echo(const std::string& request, const std::string& tail, std::string& r
     if (request.size() > MAX_REQUEST_SIZE) {
         return CODE_REFUSED;
     }
-    std::string text = R"({"request":)" + JsonString(request) + tail;
+    std::string text = R"({"request":)" + JsonString(request, MAX_ANSWER_SIZE) + tail;
     if (text.size() > MAX_ANSWER_SIZE) {
         return CODE_REFUSED;
     }
@@ -175,7 +175,8 @@ int32_t ReferenceService::Query(const Log& log, const std::vector<std::string>& 
         }
         const auto found = log.values.find(key);
         const std::string_view value = found == log.values.end() ? std::string_view("{}") : found->second;
-        answer.push_back(R"({"configKey":)" + JsonString(key) + R"(,"value":)" + JsonString(value) + "}");
+        answer.push_back(R"({"configKey":)" + JsonString(key, MAX_ANSWER_SIZE) + R"(,"value":)" + JsonString(value) +
+                         "}");
         size += answer.back().size();
     }
     if (size > MAX_ANSWER_SIZE) {

@@ -35,6 +35,8 @@ int main(int argc, char**)
         setenv(name, "changed", 1);
     }
     if (argc > 1) {
+        OHOS::HiviewDFX::Client().OnRemoteDied(
+            nullptr); // A sanitizer needs descriptors to check a class the first time.
         rlimit usual = {};
         getrlimit(RLIMIT_NOFILE, &usual);
         const rlimit none = {0, usual.rlim_max};

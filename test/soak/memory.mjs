@@ -1,6 +1,6 @@
 // What the soak programs share: the module as built for users, its calls, and the memory that they use.
 import { createRequire } from 'node:module';
-import { forms } from '../../test/support/forms.mjs';
+import { forms } from '../support/forms.mjs';
 
 export const zelk = createRequire(import.meta.url)('../../index.js');
 export const names = Object.getOwnPropertyNames(zelk);

@@ -1,5 +1,5 @@
 // What a call keeps that is never answered, per function and form: without a service, most functions never answer.
-//   ZELK_LOG_SERVICE=none node --expose-gc --max-semi-space-size=1 bench/soak/keeping.mjs [calls per line]
+//   ZELK_LOG_SERVICE=none node --expose-gc --max-semi-space-size=1 test/soak/keeping.mjs [calls per line]
 import assert from 'node:assert/strict';
 import { call, isRemote, memory, names, turn } from './memory.mjs';
 

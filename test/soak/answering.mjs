@@ -1,5 +1,5 @@
 // Mixed calls on the paths that answer, with the reference service: resident memory must be flat after the warm-up.
-//   node --expose-gc --max-semi-space-size=1 bench/soak/answering.mjs [calls]
+//   node --expose-gc --max-semi-space-size=1 test/soak/answering.mjs [calls]
 // The second flag keeps the size of the JavaScript heap's nursery, which otherwise changes by 16 MiB when it pleases.
 import assert from 'node:assert/strict';
 import { call, isRemote, mebibytes, memory, names } from './memory.mjs';
