@@ -59,8 +59,8 @@ private:
     // Applies the items and then, if `on` is given, the switch.
     int32_t Change(Log& log, std::optional<bool> on, const std::vector<std::string>& configs, bool& result);
 
-    std::mutex
-        mutex_; // Guards everything below. The Bluetooth switch and commands have no state that could be asked for.
+    // The Bluetooth switch and the last command are not among the members: no operation asks for them.
+    std::mutex mutex_; // Guards everything below.
     Log modem_;
     Log tcpdump_;
 };
