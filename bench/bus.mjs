@@ -1,5 +1,5 @@
-// The status query over D-Bus. ZELK_LOG_SERVICE is the address of a bus with a log service on it. With `slow` as the
-// argument, that service takes 100 ms for an answer.
+// The status query over D-Bus. ZELK_LOG_SERVICE is the address of a bus with a log service on it. With `slow`
+// as the argument, that service takes 100 ms for an answer.
 import { addon, compare, now, report } from './lib/rounds.mjs';
 
 const zelk = addon('zelklogservice');

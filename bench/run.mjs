@@ -2,8 +2,9 @@
 //
 //   node bench/run.mjs [--json] [GROUP…]
 //
-// Groups: calls values text payload log bus memory load kit; all of them by default. With --json the table is a JSON array.
-// Exit status: 0 when every target is reached or missed by no more than the noise of its own measuring, 1 otherwise.
+// Groups: calls values text payload log bus memory load kit; all of them by default. With --json the table is
+// a JSON array. Exit status: 0 when every target is reached or missed by no more than the noise of its own
+// measuring, 1 otherwise.
 import { execFileSync } from 'node:child_process';
 import {
   copyFileSync, existsSync, mkdirSync, mkdtempSync, readFileSync, rmSync, statSync, writeFileSync,
@@ -35,7 +36,8 @@ function run(file, args, settings = {}) {
 
 // Lines of {measure, rounds}.
 const measures = (...call) => run(...call).trim().split('\n').map((line) => JSON.parse(line));
-const node = (name, args = [], settings = {}) => measures(process.execPath, [script(name), ...args], settings);
+const node = (name, args = [], settings = {}) =>
+  measures(process.execPath, [script(name), ...args], settings);
 
 function inFolder(use) {
   const folder = mkdtempSync(path.join(tmpdir(), 'zelk-bench-'));

@@ -1,5 +1,5 @@
-// Arguments that become items, and replies that become objects. All of it happens on the JavaScript thread, whose own
-// time is measured.
+// Arguments that become items, and replies that become objects. All of it happens on the JavaScript thread,
+// whose own time is measured.
 import { addon, average, compare } from './lib/rounds.mjs';
 
 const zelk = addon('zelklogservice');
@@ -40,7 +40,9 @@ const itemsOf = (length, item) => Array.from({ length }, (_, i) => item(i));
 // The items are complete when the call returns; the rest of it is waited for and not counted.
 const toItems = (items) => async () => {
   let answer;
-  const time = timeOf(() => { answer = zelk.changeModemLogConfig(items); });
+  const time = timeOf(() => {
+    answer = zelk.changeModemLogConfig(items);
+  });
   await answer.catch(() => {}); // The service refuses more items than it keeps.
   await turn();
   return time / items.length;
@@ -74,12 +76,14 @@ const parse = (text) => JSON.parse(text);
 await compare('reply', ROUNDS, toObject(parts.convertReply, SOME), toObject(bareReply.setMembers, SOME));
 await compare('reply-json-parse', ROUNDS, toObject(parts.convertReply, SOME), toObject(parse, SOME));
 
-for (const [name, convert] of [['', parts.convertReply], ['-bare', bareReply.setMembers], ['-json-parse', parse]]) {
+const CONVERTERS = [['', parts.convertReply], ['-bare', bareReply.setMembers], ['-json-parse', parse]];
+for (const [name, convert] of CONVERTERS) {
   const few = toObject(convert, FEW);
   await compare(`reply-growth${name}`, 5, toObject(convert, MANY), () => average(REPEATS, few));
 }
 
-// The same growth in the number of replies, by a service of our own: the reference service's answers are smaller.
+// The same growth in the number of replies, by a service of our own: the reference service's answers are
+// smaller.
 const answered = (count) => async () => {
   answerWith(count);
   const answer = zelk.getModemLogConfig(['key']);

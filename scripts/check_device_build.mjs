@@ -1,5 +1,5 @@
-// Checks what no desktop build sees: that the module's sources include nothing that the platform lacks, that BUILD.gn and
-// bundle.json name the same component and dependencies, and that BUILD.gn is formatted.
+// Checks what no desktop build sees: that the module's sources include nothing that the platform lacks, that
+// BUILD.gn and bundle.json name the same component and dependencies, and that BUILD.gn is formatted.
 import { spawnSync } from 'node:child_process';
 import { existsSync, readFileSync } from 'node:fs';
 import { dirname, join } from 'node:path';
@@ -48,7 +48,8 @@ function checkIncludes() {
       }
     }
   }
-  problems.push(...[...files].filter((file) => file.startsWith('host/')).map((file) => `the module includes ${file}`));
+  const strangers = [...files].filter((file) => file.startsWith('host/'));
+  problems.push(...strangers.map((file) => `the module includes ${file}`));
 }
 
 function checkFormat() {

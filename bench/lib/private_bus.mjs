@@ -34,12 +34,15 @@ async function end(child) {
   }
 }
 
-// `service(address)` is the service's program and arguments; `isReady(address, child)` settles when it can be called.
+// `service(address)` is the service's program and arguments; `isReady(address, child)` settles when it can be
+// called.
 export async function withService(service, isReady, use) {
   const folder = mkdtempSync(path.join(tmpdir(), 'zelk-bench-'));
   // The daemon remarks on this machine's limits, which are no concern of a benchmark.
-  const bus = start('dbus-daemon', [`--config-file=${CONFIGURATION}`, '--nofork', '--nopidfile', '--print-address',
-    `--address=unix:path=${path.join(folder, 'bus')}`], 'ignore');
+  const bus = start('dbus-daemon', [
+    `--config-file=${CONFIGURATION}`, '--nofork', '--nopidfile', '--print-address',
+    `--address=unix:path=${path.join(folder, 'bus')}`,
+  ], 'ignore');
   let child;
   try {
     const address = await firstLine(bus);

@@ -1,6 +1,7 @@
-// Mixed calls on the paths that answer, with the reference service: resident memory must be flat after the warm-up.
+// Mixed calls on the paths that answer, with the reference service: resident memory must be flat after the
+// warm-up.
 //   node --expose-gc --max-semi-space-size=1 test/soak/answering.mjs [calls]
-// The second flag keeps the size of the JavaScript heap's nursery, which otherwise changes by 16 MiB when it pleases.
+// The second flag fixes the size of the JavaScript heap's nursery, which may change by 16 MiB otherwise.
 import assert from 'node:assert/strict';
 import { call, isRemote, mebibytes, memory, names } from './memory.mjs';
 
@@ -22,6 +23,7 @@ const warm = await memory();
 const started = Date.now();
 await run(CALLS);
 const end = await memory();
-console.log(`${CALLS} answered calls in ${Date.now() - started} ms: resident ${mebibytes(warm.rss)} after the warm-up, ` +
-  `${mebibytes(end.rss)} at the end; JavaScript heap ${mebibytes(warm.heap)}, ${mebibytes(end.heap)}`);
+console.log(`${CALLS} answered calls in ${Date.now() - started} ms: ` +
+  `resident ${mebibytes(warm.rss)} after the warm-up, ${mebibytes(end.rss)} at the end; ` +
+  `JavaScript heap ${mebibytes(warm.heap)}, ${mebibytes(end.heap)}`);
 assert.ok(end.rss - warm.rss < LIMIT, 'resident memory grows');

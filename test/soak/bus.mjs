@@ -15,7 +15,8 @@ export async function start(program, ...args) {
 }
 
 export async function startBus() {
-  const [address, daemon] = await start('dbus-daemon', `--config-file=${path('scripts/private_bus.conf')}`, '--nofork',
+  const [address, daemon] = await start('dbus-daemon',
+    `--config-file=${path('scripts/private_bus.conf')}`, '--nofork',
     '--nopidfile', '--print-address');
   return { address, daemon };
 }

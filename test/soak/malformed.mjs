@@ -22,7 +22,8 @@ const calls = [
   () => zelk.changeModemLogConfig([item]),
   () => zelk.getRemoteDevicesList(),
   () => zelk.fetchRemoteDevicesLogs('r', 5),
-  () => Promise.race([zelk.getModemLogConfig(['k']), zelk.getRemoteDevicesList()]), // The first may never answer.
+  // The first may never answer.
+  () => Promise.race([zelk.getModemLogConfig(['k']), zelk.getRemoteDevicesList()]),
 ];
 
 const counts = { resolved: 0, rejected: 0 };
@@ -38,6 +39,7 @@ const warm = await run(CALLS / 2);
 const end = await run(CALLS / 2);
 fake.stdin.end();
 console.log(`${CALLS} calls over a bus with malformed messages, seed ${SEED}: ${counts.resolved} resolved, ` +
-  `${counts.rejected} rejected; resident ${mebibytes(warm)} after half of them, ${mebibytes(end)} at the end`);
+  `${counts.rejected} rejected; ` +
+  `resident ${mebibytes(warm)} after half of them, ${mebibytes(end)} at the end`);
 assert.ok(counts.resolved > 0 && counts.rejected > 0);
 assert.ok(end - warm < LIMIT, 'resident memory grows');
