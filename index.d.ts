@@ -2,20 +2,20 @@
  * Control of device-side diagnostic logging: the modem log, network packet capture (tcpdump), the Bluetooth call PCM
  * log, and the logs and protocol data of remote devices. Every answer comes from the system's log service.
  *
- * Words used below:
+ * Terms used below:
  *
- * - **System application**: a process whose full token id has bit 32 set. The first twelve functions serve nobody else;
- *   the last four serve everyone.
- * - **Refused**: the log says why, nothing is thrown, no request is made, and the function returns `undefined`. This is
- *   why the promise forms of the first twelve may return `undefined`.
+ * - **System application**: a process whose full token id has bit 32 set. The first twelve functions serve system
+ *   applications only; the last four serve every caller.
+ * - **Refused**: the reason is logged, nothing is thrown, no request is made, and the function returns `undefined`.
+ *   This is why the promise forms of the first twelve may return `undefined`.
  * - **Failed**: the service answered with a code other than 0, or could not be reached. The code is not delivered.
  * - **Never settles**: the promise stays pending, or the callback is never called. Set your own time limit.
- *   `zelklogservice/testing` makes a log service that never answers, for tests; see docs/testing.md.
+ *   `zelklogservice/testing` provides a log service that never answers, for tests; see docs/testing.md.
  *
- * A callback gets the answer as its only argument; there is no error argument. What it throws surfaces as an
- * `uncaughtException`. Where this file names no exception, a function throws only what a getter of the caller's own
- * objects throws, or when the runtime itself fails. A getter that throws does not stop the call: what could be read
- * until then is sent, a callback still gets the answer, and the promise is lost with the exception.
+ * A callback gets the answer as its only argument; there is no error argument. An exception that it throws surfaces as
+ * an `uncaughtException`. Unless an entry says otherwise, a function throws only what a getter of the caller's own
+ * objects throws, or when the runtime itself fails. A getter that throws does not stop the call: it goes on with what
+ * could be read until then, a callback still gets the answer, and the promise is lost with the exception.
  */
 
 /**
@@ -23,8 +23,8 @@
  *
  * - a number becomes an int32: the fraction is cut off, the low 32 bits are kept, NaN and infinities become 0;
  * - a string longer than 8194 bytes of UTF-8 becomes `""`, and any string ends at its first NUL; nothing is escaped;
- * - an array of strings arrives empty, and what follows it in the item's text runs into it;
- * - an array must hold one type only, otherwise it is left out; an empty one is left out as well.
+ * - an array of strings arrives empty and without a comma after it, so the item's text is not JSON;
+ * - an array must hold one type only, otherwise it is left out; an empty array is left out as well.
  */
 export type ConfigValue = boolean | number | string | readonly boolean[] | readonly number[] | readonly string[];
 
@@ -35,15 +35,15 @@ export interface ConfigParameters {
 
 /** One setting to be changed. */
 export interface ConfigItem {
-  /** Names the setting: 1 to 8194 bytes of UTF-8; anything else is sent as `""`. */
+  /** The setting's name: 1 to 8194 bytes of UTF-8; anything else is sent as `""`. */
   readonly configKey: string;
   readonly value: ConfigParameters;
 }
 
-/** One command for the modem log. Its form is that of an item. */
+/** One command for the modem log, in the form of an item. */
 export type ModemLogCommand = ConfigItem;
 
-/** A stored parameter as it comes back. Lists and nested objects do not come back at all. */
+/** A stored parameter as a query returns it. Lists and nested objects are not returned. */
 export type ConfigAnswerValue = boolean | number | string | null;
 
 /** One answer to a configuration query. */
@@ -51,8 +51,8 @@ export interface ConfigEntry {
   /** Missing when the service's answer has no such string. */
   configKey?: string;
   /**
-   * The members of the service's JSON text, names in ascending byte order, those that look like integers first; empty
-   * when it gave no usable text.
+   * The members of the service's JSON text: names that look like integers first, then the others in ascending byte
+   * order. Empty when the service gave no usable text.
    */
   value: { [name: string]: ConfigAnswerValue };
 }
@@ -63,7 +63,7 @@ export interface LogMask {
   value?: string;
 }
 
-/** What the two functions that are not supported at present throw. */
+/** The error that the two functions that are not supported at present throw. */
 export interface NotSupportedError extends Error {
   readonly code: '6';
 }
@@ -77,19 +77,19 @@ export type AnswerCallback<T> = (answer: T) => void;
  * Reads the modem log's configuration.
  *
  * - Rights: system application.
- * - Answer: one entry per text that the service's `GetModemLogConfig` gives, in its order.
+ * - Answer: one entry per text that the service's `GetModemLogConfig` returns, in the same order.
  * - Refused: more than two arguments; keys that are not an array.
  * - Throws: `Invalid argument` without any argument.
  * - Never settles: the request failed; `keys` is empty; the answer is empty; one of its texts is not JSON or is nested
- *   about 1,000 levels deep; a setting is an integer that fits neither int32 nor uint32. Longer than 64 bits, such an
- *   integer arrives as a double; inside a list or a nested object it is left out.
+ *   about 1,000 levels deep; a setting is an integer of up to 64 bits that fits neither int32 nor uint32. A larger
+ *   integer arrives as a double; one inside a list or a nested object is left out.
  *
- * @param keys The settings to read. A key that is not 1 to 8194 bytes long is asked for as `""`.
+ * @param keys The settings to read. A key that is not a string of 1 to 8194 bytes is sent as `""`.
  */
 export function getModemLogConfig(keys: readonly string[]): Promise<ConfigEntry[]> | undefined;
 /**
  * Reads the modem log's configuration, see above; the callback gets the entries. It is never called where the promise
- * would never settle. An argument in its place that is not a function is ignored: the call answers by promise.
+ * would never settle. A second argument that is not a function is ignored: the call answers by promise.
  */
 export function getModemLogConfig(keys: readonly string[], callback: AnswerCallback<ConfigEntry[]>): undefined;
 
@@ -123,8 +123,8 @@ export function getModemLogDirectPackConfig(callback: AnswerCallback<string>): u
 export function getModemLogLogMasks(): undefined;
 /**
  * Throws a {@link NotSupportedError} on every call, see above, and later calls back with the log masks. Not called when
- * the request failed, the answer is empty or one of its texts is not JSON. With more than one argument no callback is
- * used.
+ * the request failed, the answer is empty, or one of its texts is not JSON or is nested about 1,000 levels deep. With
+ * more than one argument no callback is used.
  *
  * @throws {NotSupportedError}
  */
@@ -135,13 +135,13 @@ export function getModemLogLogMasks(callback: AnswerCallback<LogMask[]>): undefi
  *
  * - Rights: system application.
  * - Answer: the state, from the service's `GetModemLogStatus`.
- * - Failed: rejected with a boolean, not an Error: the state that the service gave, otherwise `false`.
+ * - Failed: rejected with a boolean, not an Error: the state if the service gave one, otherwise `false`.
  * - Refused: more than one argument.
  */
 export function getModemLogStatus(): Promise<boolean> | undefined;
 /**
- * Asks whether the modem log is on, see above. The callback is called after a failure too and cannot tell it from an
- * answer. An argument that is not a function is ignored: the call answers by promise.
+ * Asks whether the modem log is on, see above. The callback is also called after a failure and cannot distinguish it
+ * from an answer. An argument that is not a function is ignored: the call answers by promise.
  */
 export function getModemLogStatus(callback: AnswerCallback<boolean>): undefined;
 
@@ -149,8 +149,8 @@ export function getModemLogStatus(callback: AnswerCallback<boolean>): undefined;
  * Turns the modem log on or off.
  *
  * - Rights: system application.
- * - Answer: what the service's `HandleModemLogSwitch` says, `true` when it has switched.
- * - Failed: rejected with a boolean, not an Error: the answer that the service gave, otherwise `false`.
+ * - Answer: the result of the service's `HandleModemLogSwitch`, `true` when it has switched.
+ * - Failed: rejected with a boolean, not an Error: the result if the service gave one, otherwise `false`.
  * - Refused: more than three arguments.
  * - Throws: `Invalid argument` without any argument.
  *
@@ -159,18 +159,18 @@ export function getModemLogStatus(callback: AnswerCallback<boolean>): undefined;
 export function handleModemLogSwitch(on: boolean, configs?: undefined): Promise<boolean> | undefined;
 /**
  * Turns the modem log on or off, see above, and applies `configs` with the switch (`HandleModemLogSwitchWithConfigs`;
- * an empty list is sent as no list).
+ * an empty list makes the request without items).
  */
 export function handleModemLogSwitch(on: boolean, configs: readonly ConfigItem[]): Promise<boolean> | undefined;
 /**
- * Turns the modem log on or off, see above. The callback is called after a failure too and cannot tell it from an
- * answer. Its type is not checked: a second argument that is neither an array nor `undefined` is the callback, and one
- * that cannot be called ends in an `uncaughtException`.
+ * Turns the modem log on or off, see above. The callback is also called after a failure and cannot distinguish it from
+ * an answer. Its type is not checked: a second argument that is neither an array nor `undefined` is the callback, and
+ * one that cannot be called ends in an `uncaughtException`.
  */
 export function handleModemLogSwitch(on: boolean, callback: AnswerCallback<boolean>): undefined;
 /**
- * Turns the modem log on or off and applies `configs`, see above. The callback comes second and the items third. The
- * other order takes the array for the callback.
+ * Turns the modem log on or off and applies `configs`, see above. The callback comes second and the items third; in the
+ * other order the array is taken for the callback.
  */
 export function handleModemLogSwitch(
   on: boolean,
@@ -182,17 +182,17 @@ export function handleModemLogSwitch(
  * Changes the modem log's configuration.
  *
  * - Rights: system application.
- * - Answer: what the service's `ChangeModemLogConfig` says, `true` when it has applied the items.
- * - Failed: rejected with a boolean, not an Error: the answer that the service gave, otherwise `false`. So is an empty
- *   list, without a request.
+ * - Answer: the result of the service's `ChangeModemLogConfig`, `true` when it has applied the items.
+ * - Failed: rejected with a boolean, not an Error: the result if the service gave one, otherwise `false`. An empty list
+ *   fails too, without a request.
  * - Refused: a first argument that is not an array.
  * - Throws: `Invalid argument` without any argument.
  */
 export function changeModemLogConfig(configs: readonly ConfigItem[]): Promise<boolean> | undefined;
 /**
- * Changes the modem log's configuration, see above. The callback is called after a failure too and cannot tell it from
- * an answer. It is used only when it is a function and there are exactly two arguments; otherwise the call answers by
- * promise.
+ * Changes the modem log's configuration, see above. The callback is also called after a failure and cannot distinguish
+ * it from an answer. It is used only when it is a function and there are exactly two arguments; otherwise the call
+ * answers by promise.
  */
 export function changeModemLogConfig(configs: readonly ConfigItem[], callback: AnswerCallback<boolean>): undefined;
 
@@ -200,18 +200,18 @@ export function changeModemLogConfig(configs: readonly ConfigItem[], callback: A
  * Sends one command to the modem log.
  *
  * - Rights: system application.
- * - Answer: what the service's `SendModemLogCommand` says.
+ * - Answer: the result of the service's `SendModemLogCommand`.
  * - Refused: a command that is not an object.
  * - Throws: `Invalid argument` without any argument.
- * - Never settles: the request failed. The log names the service that cannot be reached, and no other failure.
+ * - Never settles: the request failed. That the service cannot be reached is logged; no other failure is.
  *
  * @param command Sent even when incomplete: without a usable `configKey` as `""`, without `value` with no parameters.
  */
 export function sendModemLogCommand(command: ModemLogCommand): Promise<boolean> | undefined;
 /**
  * Sends one command to the modem log, see above. The callback is not called when the request failed. The second of two
- * arguments is the callback whatever its type, and one that cannot be called ends in an `uncaughtException`; with three
- * or more the call answers by promise.
+ * arguments is the callback, whatever its type, and one that cannot be called ends in an `uncaughtException`; with
+ * three or more arguments the call answers by promise.
  */
 export function sendModemLogCommand(command: ModemLogCommand, callback: AnswerCallback<boolean>): undefined;
 
@@ -236,19 +236,19 @@ export function getTcpdumpStatus(callback: AnswerCallback<boolean>): undefined;
  * Reads the configuration of packet capture.
  *
  * - Rights: system application.
- * - Answer: one entry per text that the service's `GetTcpdumpConfig` gives, in its order.
+ * - Answer: one entry per text that the service's `GetTcpdumpConfig` returns, in the same order.
  * - Refused: more than two arguments; keys that are not an array.
  * - Throws: `Invalid argument` without any argument.
  * - Never settles: the request failed; `keys` is empty; the answer is empty; one of its texts is not JSON or is nested
- *   about 1,000 levels deep; a setting is an integer that fits neither int32 nor uint32. Longer than 64 bits, such an
- *   integer arrives as a double; inside a list or a nested object it is left out.
+ *   about 1,000 levels deep; a setting is an integer of up to 64 bits that fits neither int32 nor uint32. A larger
+ *   integer arrives as a double; one inside a list or a nested object is left out.
  *
- * @param keys The settings to read. A key that is not 1 to 8194 bytes long is asked for as `""`.
+ * @param keys The settings to read. A key that is not a string of 1 to 8194 bytes is sent as `""`.
  */
 export function getTcpdumpConfig(keys: readonly string[]): Promise<ConfigEntry[]> | undefined;
 /**
  * Reads the configuration of packet capture, see above; the callback gets the entries. It is never called where the
- * promise would never settle. An argument in its place that is not a function is ignored: the call answers by promise.
+ * promise would never settle. A second argument that is not a function is ignored: the call answers by promise.
  */
 export function getTcpdumpConfig(keys: readonly string[], callback: AnswerCallback<ConfigEntry[]>): undefined;
 
@@ -256,11 +256,11 @@ export function getTcpdumpConfig(keys: readonly string[], callback: AnswerCallba
  * Changes the configuration of packet capture.
  *
  * - Rights: system application.
- * - Answer: what the service's `ChangeTcpdumpConfig` says, `true` when it has applied the items.
+ * - Answer: the result of the service's `ChangeTcpdumpConfig`, `true` when it has applied the items.
  * - Refused: a first argument that is not an array.
  * - Throws: `Invalid argument` without any argument.
- * - Never settles: the request failed; `configs` is empty. The log names the service that cannot be reached, and
- *   neither of these otherwise.
+ * - Never settles: the request failed; `configs` is empty. That the service cannot be reached is logged; no other
+ *   failure is, nor an empty list.
  */
 export function changeTcpdumpConfig(configs: readonly ConfigItem[]): Promise<boolean> | undefined;
 /**
@@ -274,7 +274,7 @@ export function changeTcpdumpConfig(configs: readonly ConfigItem[], callback: An
  * Starts or stops packet capture.
  *
  * - Rights: system application.
- * - Answer: what the service's `HandleTcpdumpSwitch` says, `true` when it has switched.
+ * - Answer: the result of the service's `HandleTcpdumpSwitch`, `true` when it has switched.
  * - Refused: more than three arguments.
  * - Throws: `Invalid argument` without any argument.
  * - Never settles: the request failed.
@@ -284,7 +284,7 @@ export function changeTcpdumpConfig(configs: readonly ConfigItem[], callback: An
 export function handleTcpdumpSwitch(on: boolean, configs?: undefined): Promise<boolean> | undefined;
 /**
  * Starts or stops packet capture, see above, and applies `configs` with the switch (`HandleTcpdumpSwitchWithConfigs`;
- * an empty list is sent as no list).
+ * an empty list makes the request without items).
  */
 export function handleTcpdumpSwitch(on: boolean, configs: readonly ConfigItem[]): Promise<boolean> | undefined;
 /**
@@ -294,8 +294,8 @@ export function handleTcpdumpSwitch(on: boolean, configs: readonly ConfigItem[])
  */
 export function handleTcpdumpSwitch(on: boolean, callback: AnswerCallback<boolean>): undefined;
 /**
- * Starts or stops packet capture and applies `configs`, see above. The callback comes second and the items third. The
- * other order takes the array for the callback.
+ * Starts or stops packet capture and applies `configs`, see above. The callback comes second and the items third; in
+ * the other order the array is taken for the callback.
  */
 export function handleTcpdumpSwitch(
   on: boolean,
@@ -309,7 +309,7 @@ export function handleTcpdumpSwitch(
  * Turns the Bluetooth call PCM log on or off, with the service's `HandleBluetoothCallPcmLogSwitch`.
  *
  * - Rights: system application.
- * - Answer: **`false` on success**: the service answers this switch with its code alone. A fulfilled promise
+ * - Answer: **`false` on success**, because the service answers this switch with its code alone. A fulfilled promise
  *   means success.
  * - Refused: more than three arguments.
  * - Throws: `Invalid argument` without any argument.
@@ -318,7 +318,7 @@ export function handleTcpdumpSwitch(
  * @param on A state that is not a boolean means off.
  */
 export function handleBluetoothCallPcmLogSwitch(on: boolean, configs?: undefined): Promise<false> | undefined;
-/** Turns the Bluetooth call PCM log on or off, see above. `configs` is read and then not sent. */
+/** Turns the Bluetooth call PCM log on or off, see above. `configs` is read but not sent. */
 export function handleBluetoothCallPcmLogSwitch(
   on: boolean,
   configs: readonly ConfigItem[]
@@ -330,8 +330,8 @@ export function handleBluetoothCallPcmLogSwitch(
  */
 export function handleBluetoothCallPcmLogSwitch(on: boolean, callback: AnswerCallback<false>): undefined;
 /**
- * Turns the Bluetooth call PCM log on or off, see above. The callback comes second; the items, third, are read and then
- * not sent.
+ * Turns the Bluetooth call PCM log on or off, see above. The callback comes second; the items, third, are read but not
+ * sent.
  */
 export function handleBluetoothCallPcmLogSwitch(
   on: boolean,
@@ -342,17 +342,17 @@ export function handleBluetoothCallPcmLogSwitch(
 // ---- Remote devices -------------------------------------------------------------------------------------------------
 
 /**
- * Has the logs of remote devices fetched.
+ * Fetches the logs of remote devices.
  *
  * - Rights: none.
  * - Answer: the reply text of the service's `FetchRemoteDevicesLogs`, unchanged.
  * - Failed: rejected with a string, not an Error: the reply that came with the failure, `""` when there was none.
  * - Refused: not exactly two arguments.
  *
- * @param request The service's own text. `""` is sent for one longer than 8194 bytes of UTF-8 and for anything that is
- * not a string; a text ends at its first NUL.
- * @param value A number whose meaning is the service's. Sent as an int64: the fraction is cut off, a number out of
- * range becomes the nearest in range, NaN, infinities and anything that is not a number become 0.
+ * @param request A text in the service's own format, up to its first NUL. One longer than 8194 bytes of UTF-8, or
+ * anything that is not a string, is sent as `""`.
+ * @param value A number that the service defines. Sent as an int64: the fraction is cut off, a number out of range
+ * becomes the nearest in range, NaN, infinities and anything that is not a number become 0.
  */
 export function fetchRemoteDevicesLogs(request: string, value: number): Promise<string>;
 
@@ -378,7 +378,7 @@ export function queryRemoteDevicesLogs(request: string): Promise<string>;
 export function getRemoteDevicesList(): Promise<string>;
 
 /**
- * Sends a request for protocol data. Request and reply are logged whole.
+ * Sends a request for protocol data. The request and the reply are logged in full.
  *
  * - Rights: none.
  * - Answer: the reply text of the service's `QueryProtocolData`, unchanged.
