@@ -16,7 +16,7 @@ namespace OHOS::HiviewDFX {
 // The process-wide client of the log service, reached through DelayedSingleton<ZelkLogServiceClient>::GetInstance().
 //
 // Each method asks for the service's proxy anew, makes one request and returns the service's code unchanged: 0 for
-// success. Codes of the client itself, which leave the reference arguments untouched:
+// success. The client itself returns these codes, and then leaves the reference arguments untouched:
 //   7  an empty list of keys or items; no request is made;
 //   3  the service cannot be reached, 1 in the four methods for remote devices.
 // Otherwise the service fills the reference arguments, whatever its code.
@@ -35,7 +35,7 @@ public:
     int32_t HandleTcpdumpSwitch(bool on, bool& result);
     int32_t HandleBluetoothCallPcmLogSwitch(bool on);
 
-    // Each item travels as its JSON parameter text (ConfigInfo::GetJsonParams), one text per item, in list order.
+    // Each item is sent as its JSON parameter text (ConfigInfo::GetJsonParams), one text per item, in list order.
     // Only ChangeTcpdumpConfig does not log an empty list.
     int32_t HandleModemLogSwitch(bool on, std::vector<std::shared_ptr<ConfigInfo>> configs, bool& result);
     int32_t ChangeModemLogConfig(std::vector<std::shared_ptr<ConfigInfo>> configs, bool& result);
@@ -43,14 +43,14 @@ public:
     int32_t HandleTcpdumpSwitch(bool on, std::vector<std::shared_ptr<ConfigInfo>>& configs, bool& result);
     int32_t ChangeTcpdumpConfig(std::vector<std::shared_ptr<ConfigInfo>>& configs, bool& result);
 
-    // The texts are the service's own and pass through unchanged.
+    // The texts are in the service's own format and passed on unchanged.
     int32_t FetchRemoteDevicesLogs(const std::string& request, std::string& response, int64_t value);
     int32_t QueryRemoteDevicesLogs(const std::string& request, std::string& response);
     int32_t GetRemoteDevicesList(std::string& response);
     int32_t QueryProtocolData(const std::string& request, std::string& response);
 
 private:
-    // Makes `request` of the service; `unreachable` when there is none.
+    // Makes `request` of the service and returns its code; returns `unreachable` when there is no service.
     template <typename Request>
     int32_t Ask(const char* method, int32_t unreachable, Request request);
 };

@@ -17,11 +17,11 @@ constexpr const char* TAG_PROTOCOL = "PROTOCOL";
 } // namespace OHOS::HiviewDFX
 
 // Macros, because the compiler checks a format against its arguments only where HiLogPrint itself is called with it.
-// The format is HiLog's: printf conversions, each marked %{public} or %{private}. The empty string in front of it lets
-// nothing but a literal pass: a text that is known at run time only is the argument of "%{public}s".
+// The format is HiLog's: printf conversions, each marked %{public} or %{private}. The empty string before it rejects
+// anything but a literal: a text known only at run time is an argument of "%{public}s".
 #define ZELK_LOG(level, tag, ...) HiLogPrint(LOG_CORE, level, OHOS::HiviewDFX::MODULE_LOG_DOMAIN, tag, "" __VA_ARGS__)
 
-// Lines under TAG_SERVICE, by far the most.
+// Lines under TAG_SERVICE, which most lines have.
 #define ZELK_ERROR(...) ZELK_LOG(LOG_ERROR, OHOS::HiviewDFX::TAG_SERVICE, __VA_ARGS__)
 #define ZELK_INFO(...) ZELK_LOG(LOG_INFO, OHOS::HiviewDFX::TAG_SERVICE, __VA_ARGS__)
 #define ZELK_DEBUG(...) ZELK_LOG(LOG_DEBUG, OHOS::HiviewDFX::TAG_SERVICE, __VA_ARGS__)

@@ -4,7 +4,7 @@ namespace OHOS::HiviewDFX {
 
 namespace {
 
-// Complete before the item has it, so that running out of memory leaves the item as it was.
+// The parameter is complete before it is added, so that running out of memory leaves the item unchanged.
 template <typename T>
 void Append(std::list<ConfigInfoParam>& params, const std::string& name, ConfigInfoParamType type,
             T ConfigInfoParamValue::*member, const T& value)

@@ -1,4 +1,4 @@
-// A configuration item: the unit in which the log service is asked to change a setting.
+// A configuration item: the unit in which settings are sent to the log service.
 #ifndef ZELKLOGSERVICE_CONFIG_CONFIG_INFO_H
 #define ZELKLOGSERVICE_CONFIG_CONFIG_INFO_H
 
@@ -12,13 +12,13 @@
 namespace OHOS::HiviewDFX {
 
 // A key that names the setting, and its parameters in the order in which they were added. An item is filled on one
-// thread, handed over, and from then on only read; there is no lock. Nothing here fails except by std::bad_alloc,
-// which leaves the item as it was.
+// thread, handed over, and from then on only read; there is no lock. Nothing here fails except with std::bad_alloc,
+// which leaves the item unchanged.
 class ConfigInfo {
 public:
     explicit ConfigInfo(const std::string& itemKey);
 
-    // Appends a parameter. A name may be added more than once; every one of them is kept and sent.
+    // Appends a parameter. A name may be added more than once; all of them are kept and sent.
     // A string literal would become a bool: pass a std::string.
     void AddParam(const std::string& name, bool value);
     void AddParam(const std::string& name, int value);
@@ -27,11 +27,11 @@ public:
     void AddParam(const std::string& name, const std::vector<int>& value);
     void AddParam(const std::string& name, const std::vector<std::string>& value);
 
-    // The text that the log service receives for this item, the same at every call; it is also logged. It looks
-    // like JSON but is a format of its own: nothing is escaped, and lists are written as config_info_json.cpp shows.
+    // The text that the log service receives for this item, the same on every call; it is also logged. It looks
+    // like JSON but is not: nothing is escaped, and lists are written as config_info_json.cpp shows.
     std::string GetJsonParams() const;
 
-    // The writers of list values, which append to `stream`. Every list but an empty one ends in a comma.
+    // The writers of list values, which append to `stream`. Every list except an empty one ends in a comma.
     // A type that is not a list is written by its placeholder: `[],` for TYPE_NONE, `"",` for any other.
     void AddVectorToJson(std::stringstream& stream, ConfigInfoParam param) const;
     void ConvertBoolVectorToJson(std::stringstream& stream, const std::vector<bool>& values) const;

@@ -2,12 +2,12 @@
 //
 //   {"configKey":"KEY","value":{"NAME":VALUE,"NAME":VALUE}}
 //
-// Nothing is escaped. Every value brings its own comma, and the closing braces replace the last one. Two things follow
-// that the service knows: an item without parameters loses the brace after "value":, and an empty list, which brings no
-// comma, runs into the next name or loses its bracket at the end.
+// Nothing is escaped. Every value is written with its own comma, and the closing braces replace the last one. This has
+// two consequences, which the service knows: an item without parameters loses the brace after "value":, and an empty
+// list, which has no comma, runs into the next name or loses its bracket at the end.
 //
-// The text is built in a string. A stream takes longer to make than the text of a usual item, and would group the
-// digits of integers where the process's locale does.
+// The text is built in a string. Constructing a stream takes longer than writing a typical item, and a stream would
+// group the digits of integers if the process's locale does.
 #include "config/config_info.h"
 
 #include <charconv>

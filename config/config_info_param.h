@@ -9,7 +9,7 @@
 namespace OHOS::HiviewDFX {
 
 // The numbers are fixed. The underlying type is fixed too, so that a number outside the list is still a valid value:
-// such a parameter holds nothing, can be copied and has a text of its own.
+// such a parameter holds nothing, can be copied, and is written as its own placeholder.
 enum ConfigInfoParamType : int32_t {
     TYPE_NONE = 0,
     TYPE_BOOL = 1,

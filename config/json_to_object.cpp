@@ -41,7 +41,7 @@ napi_value ScalarToJs(napi_env env, const Json::Value& member)
 
 } // namespace
 
-// NOLINTNEXTLINE(performance-unnecessary-value-param): callers may hand over a text that they do not keep.
+// NOLINTNEXTLINE(performance-unnecessary-value-param): callers may pass a temporary text.
 void ConvertJsonToObject(napi_env env, std::string text, napi_value object)
 {
     Json::Value root;
@@ -57,7 +57,7 @@ void ConvertJsonToObject(napi_env env, std::string text, napi_value object)
         const Json::Value key = member.key();
         napi_value name = nullptr;
         napi_create_string_utf8(env, key.asCString(), NAPI_AUTO_LENGTH, &name);
-        // Refused for a null value: that member is left out.
+        // Fails for a null value: that member is left out.
         napi_set_property(env, object, name, value);
     }
 }

@@ -1,4 +1,4 @@
-// Copying JSON replies onto JavaScript objects.
+// Copying JSON replies into JavaScript objects.
 #ifndef ZELKLOGSERVICE_CONFIG_JSON_TO_OBJECT_H
 #define ZELKLOGSERVICE_CONFIG_JSON_TO_OBJECT_H
 
@@ -9,15 +9,15 @@
 namespace OHOS::HiviewDFX {
 
 // Sets one property of `object` per member of the JSON object `text`: null, booleans, numbers and strings (up to their
-// first NUL). They are set in ascending byte order of the names; JavaScript lists names that look like integers first
-// all the same. Arrays and objects among the members are left out, and a text that is not a JSON object sets nothing;
-// neither is logged. A text that cannot be parsed is logged and sets nothing.
+// first NUL). They are set in ascending byte order of the names; JavaScript still lists names that look like integers
+// first. Arrays and objects among the members are left out, and a text that is not a JSON object sets nothing; neither
+// is logged. A text that cannot be parsed is logged and sets nothing.
 //
 // JavaScript thread only. The status of Node-API calls is ignored: a member that cannot be set is missing.
 //
-// Throws what jsoncpp throws; properties set before stay. It throws for a text nested too deep, and for a member that
-// is an integer beyond 32 bits (signed for a negative one, unsigned for any other) but within 64; one beyond 64 bits is
-// a double. Integers inside of arrays and objects are not read.
+// Throws what jsoncpp throws; properties set before stay. It throws for a text nested too deeply, and for a member that
+// is an integer beyond 32 bits (signed if negative, unsigned otherwise) but within 64; one beyond 64 bits is a double.
+// Integers inside arrays and objects are not read.
 void ConvertJsonToObject(napi_env env, std::string text, napi_value object);
 
 } // namespace OHOS::HiviewDFX

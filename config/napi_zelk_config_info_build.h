@@ -22,8 +22,8 @@ namespace OHOS::HiviewDFX {
 //   any other value, any other array   nothing, with a log line; for the array `errorCode` becomes 7
 //
 // Problems become log lines and a smaller item; nothing is thrown. An exception of the caller's own getter or proxy
-// stays pending: from there on nothing can be read, so that what follows, further elements included, comes out empty.
-// JavaScript thread only; the builder lives for one item.
+// stays pending: from then on nothing can be read, so everything that follows, even further elements, is empty.
+// JavaScript thread only; a builder is for one item.
 class NapiZelkConfigInfoBuild {
 public:
     // Shares ownership of the item with the caller.
@@ -34,7 +34,7 @@ public:
     void AddParamToList(napi_env env, const std::string& name, napi_value value);
     void AddArrayParamToList(napi_env env, const std::string& name, napi_value value);
 
-    // 7 once an array could not be used. Part of the class for others: nothing in the module reads it.
+    // 7 once an array could not be used. Part of the class's interface, though nothing in the module reads it.
     int32_t errorCode = 0;
     std::shared_ptr<ConfigInfo> configInfo;
 };
@@ -42,10 +42,10 @@ public:
 // The item that one object {configKey, value} describes.
 std::shared_ptr<ConfigInfo> BuildConfigInfo(napi_env env, napi_value object);
 
-// Appends one item per element of `array`, each an object {configKey, value}; whatever is wrong with an element, it
-// yields an item, at worst one with the key "" and no parameters. A value that is not an array is logged and appends
-// nothing. There is no limit on the number of elements, and JavaScript waits while they are read: an element costs
-// about a microsecond and as much again per property, and the memory of its item.
+// Appends one item per element of `array`, each an object {configKey, value}. Every element yields an item, at worst
+// one with the key "" and no parameters. A value that is not an array is logged and appends nothing. There is no limit
+// on the number of elements, and JavaScript waits while they are read: an element costs about a microsecond, as much
+// again per property, and the memory of its item.
 void FillConfigInfoVector(napi_env env, napi_value array, std::vector<std::shared_ptr<ConfigInfo>>& items);
 
 // Appends one string per element of `array`, "" for an element that is not a string of 1 to MAX_STRING_LENGTH bytes. A

@@ -1,9 +1,10 @@
 // The sixteen functions of the module, in the order of the table in module.cpp.
 //
-// A function of the first twelve has three steps. It reads its arguments on the JavaScript thread and returns a promise
-// or, with a callback, `undefined`; it returns null, which is `undefined` for JavaScript, when it refuses the call or a
-// Node-API call fails. Its Native step makes the request, on a worker. Its Callback step answers, on the JavaScript
-// thread. The `data` of these two is the call's context; null is logged and otherwise ignored. `status` is not read.
+// Each of the first twelve has three steps. The function itself reads its arguments on the JavaScript thread and
+// returns a promise or, with a callback, `undefined`; it returns null, which is `undefined` in JavaScript, when it
+// refuses the call or a Node-API call fails. Its Native step makes the request, on a worker. Its Callback step answers,
+// on the JavaScript thread. The `data` of these two is the call's context; null is logged and otherwise ignored.
+// `status` is not read.
 //
 // The first twelve serve system applications only: any other caller gets a log line and `undefined`. The last four
 // serve every caller, take no callback, and leave their other steps to NapiExecutor.

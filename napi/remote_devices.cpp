@@ -21,7 +21,7 @@ bool ReadExactly(napi_env env, napi_callback_info info, const char* function, Ar
         return false;
     }
     if (arguments.count != N) {
-        // One line for all: it says that 1 was expected, whatever N is, and "uz" prints the number and a z.
+        // The line says 1 for every N, and "uz" prints the number and a z, on purpose.
         ZELK_LOG(LOG_WARN, TAG_FRAMEWORK,
                  "[%{public}s]\"param count is incorrect. expected=%{public}uz actual=%{public}zu\"", function, 1U,
                  arguments.count);
@@ -30,7 +30,7 @@ bool ReadExactly(napi_env env, napi_callback_info info, const char* function, Ar
     return true;
 }
 
-// Makes `request` of the client on a worker. It writes the reply, which the promise gets, and returns the code.
+// Makes `request` through the client on a worker. It writes the reply, which the promise gets, and returns the code.
 template <typename Request>
 napi_value Run(napi_env env, const char* function, Request request)
 {
@@ -87,7 +87,7 @@ napi_value QueryProtocolData(napi_env env, napi_callback_info info)
     return Run(env, "QueryProtocolData",
                [text = NapiUtil::GetString(env, arguments[0])](ZelkLogServiceClient& client, std::string& reply) {
                    const int32_t code = client.QueryProtocolData(text, reply);
-                   // The line names the function "operator()".
+                   // The function's name in this line is "operator()", on purpose.
                    ZELK_LOG(LOG_INFO, TAG_PROTOCOL, "[%{public}s]\"napi callback into response : %{public}s\"",
                             "operator()", reply.c_str());
                    return code;

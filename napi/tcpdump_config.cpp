@@ -10,7 +10,7 @@ namespace OHOS::HiviewDFX {
 
 namespace {
 
-// "value" is read as text whatever its type, and always converted. An array or object counts as the empty text.
+// "value" is read as text, whatever its type, and always converted. An array or object counts as the empty text.
 void ExpandAnyValue(napi_env env, const Json::Value& value, napi_value item)
 {
     const bool hasText = !value.isArray() && !value.isObject();

@@ -46,8 +46,8 @@ const WriterTable& Writers()
 // of another unit that runs earlier still finds it complete, as the table is only reached through Writers().
 [[maybe_unused]] const WriterTable& g_writersAtLoad = Writers();
 
-// std::quoted makes a string stream for every call. Only text that has something to escape, or a field to fill, pays
-// for it.
+// std::quoted creates a string stream on every call. It is used only for text that has something to escape or a field
+// to fill.
 void WriteQuoted(std::ostream& stream, const std::string& text)
 {
     const bool escapes = std::any_of(text.begin(), text.end(), [](char c) { return c == '"' || c == '\\'; });
@@ -127,8 +127,8 @@ std::ostream& operator<<(std::ostream& stream, const Value& value)
 std::ostream& operator<<(std::ostream& stream, const Payload& payload)
 {
     stream << "{";
-    // A string stream in two parts: it is cheaper to make than std::ostringstream, and what needs no formatting goes
-    // straight into the buffer.
+    // A string stream in two parts: it is cheaper to construct than std::ostringstream, and text that needs no
+    // formatting goes straight into the buffer.
     std::stringbuf buffer(std::ios_base::out);
     std::ostream entries(&buffer);
     for (const auto& [key, value] : payload.entries_) {

@@ -23,13 +23,13 @@
 //                 .Add("none", Value());
 //     // {"name":"modem","size":4096,"levels":[1,200],"last":{"ok":1,"load":0.5},"none":null}
 //
-// Formatting: a Payload writes its entries with the formatting of a new string stream, whatever the flags and the
+// Formatting: a Payload writes its entries with the formatting of a new string stream, regardless of the flags and the
 // precision of the stream it is written to. A Value or a vector written on its own follows its stream. A field width
 // applies to the first thing written.
 //
 // Streams: a vector is closed by moving the put position back over the last comma, so it needs a stream that can seek,
-// such as a string stream; on another one failbit is set and the "]" is missing. A Payload can be written to any
-// stream, its vectors included.
+// such as a string stream; on any other failbit is set and the "]" is missing. A Payload, with its vectors, can be
+// written to any stream.
 //
 // Threads: every operation only reads what it is given; any number of threads may write at the same time.
 //
@@ -113,8 +113,8 @@ struct Value {
 
     explicit Value(std::string_view text) : Value(std::string(text)) {}
 
-    // Takes both as they are. A content of another type than the kind's is written as nothing at all, so that an entry
-    // comes out as its key and a colon; a number that is not a kind is written as "null".
+    // Takes both as they are. Content whose type is not the kind's is not written at all, so that an entry is only its
+    // key and a colon; a number that is not a kind is written as "null".
     Value(ValueType kind, std::any content) : type(kind), holder(std::move(content)) {}
 
     bool IsWritable() const
@@ -126,7 +126,7 @@ struct Value {
     std::any holder;
 };
 
-// Named values in the order in which they were added. A key may occur more than once. Owns copies of all it holds.
+// Named values in the order in which they were added. A key may occur more than once. Owns copies of all its values.
 class Payload {
 public:
     // content: a Value, or anything that a Value can be made from.
@@ -156,8 +156,8 @@ std::ostream& operator<<(std::ostream& stream, const Value& value);
 // Ends an array whose elements are each followed by a comma: "]" takes the place of the last one.
 std::ostream& CloseArray(std::ostream& stream, bool empty);
 
-// Outside of this namespace the three below need `using OHOS::HiviewDFX::operator<<`: a vector of numbers does not make
-// the compiler look here.
+// Outside this namespace the three below need `using OHOS::HiviewDFX::operator<<`, because argument-dependent lookup
+// does not find them for a vector of numbers.
 template <typename T, typename = std::enable_if_t<KIND_OF<std::vector<T>> != ValueType::NONE &&
                                                   KIND_OF<std::vector<T>> != ValueType::STRING_ARRAY>>
 std::ostream& operator<<(std::ostream& stream, const std::vector<T>& elements)

@@ -24,7 +24,7 @@ microseconds TimeUntil(Deadline deadline)
     return std::max(duration_cast<microseconds>(deadline - steady_clock::now()), microseconds::zero());
 }
 
-// The bus sees to it that nobody sends in another's name.
+// The bus ensures that no peer sends in another's name.
 bool IsSentBy(const BusMessage& message, const char* name)
 {
     const char* sender = sd_bus_message_get_sender(message.get());
@@ -38,8 +38,8 @@ bool IsAnswer(const BusMessage& message, const BusMessage& call, uint64_t cookie
            (IsSentBy(message, BUS_NAME) || IsSentBy(message, sd_bus_message_get_destination(call.get())));
 }
 
-// The bus answers in the service's place when the latter has died, is not there or cannot be started. An error that the
-// service sends itself is an answer, whatever its name.
+// The bus answers in the service's place when the service has died, does not exist or cannot be started. An error that
+// the service itself sends is an answer, whatever its name.
 IpcCode CodeOf(const BusMessage& answer)
 {
     const sd_bus_error* error = sd_bus_message_get_error(answer.get());

@@ -1,4 +1,4 @@
-// sd-bus's objects, released when their owner goes.
+// Owning pointers for sd-bus's objects.
 #ifndef HOST_DBUS_BUS_HANDLES_H
 #define HOST_DBUS_BUS_HANDLES_H
 
@@ -11,7 +11,7 @@
 namespace OHOS::Host {
 
 struct BusDeleter {
-    // Closes the connection; what is still queued for the bus is dropped.
+    // Closes the connection; messages still queued for the bus are dropped.
     void operator()(sd_bus* bus) const
     {
         sd_bus_close_unref(bus);
@@ -30,8 +30,8 @@ using BusHandle = std::unique_ptr<sd_bus, BusDeleter>;
 using BusMessage = std::unique_ptr<sd_bus_message, BusDeleter>;
 using BusSlot = std::unique_ptr<sd_bus_slot, BusDeleter>;
 
-// Starts a connection to the bus at `address`, whose own calls may take up to `limit`. Gives a negative errno when that
-// fails, -EINVAL for text that is not an address.
+// Opens a connection to the bus at `address`, whose own calls may take up to `limit`. Returns a negative errno when
+// that fails, -EINVAL for text that is not an address.
 int OpenBus(const std::string& address, std::chrono::microseconds limit, BusHandle& bus);
 
 } // namespace OHOS::Host

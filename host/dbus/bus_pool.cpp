@@ -13,12 +13,12 @@ constexpr size_t MAX_IDLE = 16;
 
 BusPool::BusPool(std::string address, void (*onInvalid)()) : address_(std::move(address)), onInvalid_(onInvalid)
 {
-    idle_.reserve(MAX_IDLE); // So that Release takes no memory.
+    idle_.reserve(MAX_IDLE); // So that Release does not allocate.
 }
 
 int BusPool::Acquire(Deadline deadline, std::unique_ptr<BusConnection>& connection)
 {
-    // A connection that the bus has closed meanwhile, for example because it was restarted, falls away here.
+    // A connection that the bus has closed meanwhile, for example because it was restarted, is dropped here.
     while (std::unique_ptr<BusConnection> idle = AcquireIdle()) {
         const int result = idle->ProcessPending(deadline);
         if (result == 0) {
@@ -43,7 +43,7 @@ void BusPool::Release(std::unique_ptr<BusConnection> connection)
     }
 }
 
-// The one that was used last: the others need not even be awake while calls come one after the other.
+// The connection that was used last, so that calls one after the other leave the others alone.
 std::unique_ptr<BusConnection> BusPool::AcquireIdle()
 {
     const std::lock_guard<std::mutex> lock(mutex_);

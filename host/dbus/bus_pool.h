@@ -11,18 +11,18 @@
 
 namespace OHOS::Host {
 
-// Every call has a connection for itself while it lasts, so that calls of several threads are in flight at once and
-// nobody needs a thread to read for all. There are as many connections as there have been calls at the same time, up to
-// a limit; none before the first call. May be used from any thread.
+// Every call has a connection to itself while it lasts, so that calls of several threads are in flight at once and no
+// extra thread has to read for all of them. There are as many connections as there have been calls at the same time, up
+// to a limit; none before the first call. May be used from any thread.
 class BusPool {
 public:
     // `onInvalid` is called, on any thread, each time libsystemd refuses the bus's address.
     BusPool(std::string address, void (*onInvalid)());
 
-    // Gives the caller an open connection for itself; or a negative errno when the bus cannot be reached in time.
+    // Lends the caller an open connection; or returns a negative errno when the bus cannot be reached in time.
     int Acquire(Deadline deadline, std::unique_ptr<BusConnection>& connection);
 
-    // Gives it back for the next caller.
+    // Returns the connection to the pool.
     void Release(std::unique_ptr<BusConnection> connection);
 
 private:

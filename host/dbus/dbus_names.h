@@ -1,4 +1,4 @@
-// Where the log service stands on D-Bus.
+// The log service's names on D-Bus.
 #ifndef HOST_DBUS_DBUS_NAMES_H
 #define HOST_DBUS_DBUS_NAMES_H
 

@@ -6,7 +6,7 @@
 
 namespace {
 
-// A little less than the 25 s that are promised, for the way back to the caller.
+// A little less than the promised 25 s, which include the way back to the caller.
 constexpr std::chrono::milliseconds LIMIT(24800);
 
 } // namespace

@@ -28,7 +28,7 @@ std::tuple<std::decay_t<Parameters>...> ValuesOf(int32_t (IZelkLogService::*oper
 template <typename... Parameters>
 std::tuple<std::decay_t<Parameters>...> ValuesOf(int32_t (*operation)(IZelkLogService&, Parameters...));
 
-// Reads the arguments of a call. What is past the service's limits stays in the message, so that a call cannot take
+// Reads the arguments of a call. Anything past the service's limits stays in the message, so that a call cannot take
 // much more memory than they allow.
 class ArgumentReader {
 public:
@@ -143,8 +143,7 @@ constexpr auto OnQueryRemoteDevicesLogs = OnCall<&IZelkLogService::QueryRemoteDe
 constexpr auto OnGetRemoteDevicesList = OnCall<&IZelkLogService::GetRemoteDevicesList>;
 constexpr auto OnQueryProtocolData = OnCall<&IZelkLogService::QueryProtocolData>;
 
-// The rows of the methods are made, when this is built, of the interface's description in
-// data/dev.zelk.LogService1.xml.
+// The build generates the rows of the methods from data/dev.zelk.LogService1.xml.
 constexpr sd_bus_vtable VTABLE[] = {
     SD_BUS_VTABLE_START(0),
 #include "dev.zelk.LogService1.rows"

@@ -10,11 +10,11 @@
 
 namespace OHOS::Host {
 
-// Told of each call that was served: the method's name and the code that was answered.
+// Called after each call that was served, with the method's name and the code that was answered.
 using CallObserver = std::function<void(const char* method, int32_t code)>;
 
-// Exports a log service. Its calls are served in the thread that processes the bus's messages, and nothing is thrown
-// into that: a call for which memory is short is answered with a D-Bus error.
+// Exports a log service. Its calls are served in the thread that processes the bus's messages. Nothing is thrown there:
+// a call that runs out of memory is answered with a D-Bus error.
 class LogServiceAdaptor {
 public:
     LogServiceAdaptor(HiviewDFX::IZelkLogService& service, CallObserver observer)
@@ -24,11 +24,11 @@ public:
     LogServiceAdaptor(const LogServiceAdaptor&) = delete;
     LogServiceAdaptor& operator=(const LogServiceAdaptor&) = delete;
 
-    // Offers the service at its path on `bus` for as long as this object lives. Gives a negative errno if it cannot.
+    // Offers the service at its path on `bus` for as long as this object lives. Returns a negative errno on failure.
     int Export(sd_bus* bus);
 
     // Serves `call`, of a method whose arguments and answer are those of OPERATION, a member function of the service or
-    // a function that takes it first; the answer comes last. Gives what a handler of sd-bus has to.
+    // a function that takes it first; the answer comes last. Returns what a handler of sd-bus must return.
     template <auto OPERATION>
     int Serve(sd_bus_message* call);
 

@@ -37,7 +37,7 @@ bool ReadAnswer(const BusMessage& reply, int32_t& code, Answer& answer)
     return true;
 }
 
-// Sends a call of `method` and waits for what is answered.
+// Sends a call of `method` and waits for the answer.
 template <typename... Arguments>
 IpcCode Send(BusConnection& connection, Deadline deadline, BusMessage& reply, const char* method,
              const Arguments&... arguments)
@@ -58,7 +58,7 @@ int32_t CallOver(BusConnection& connection, Deadline deadline, const char* metho
     int32_t code = Send(connection, deadline, reply, method, arguments...);
     if (code == IPC_SERVICE_GONE && reply &&
         sd_bus_message_is_method_error(reply.get(), SD_BUS_ERROR_SERVICE_UNKNOWN) > 0) {
-        // The owner has left before the call reached it, and another may be there already.
+        // The owner left before the call reached it, and there may be another one already.
         code = Send(connection, deadline, reply, method, arguments...);
     }
     if (code == IPC_OK && !ReadAnswer(reply, code, answer)) {

@@ -11,13 +11,13 @@
 
 namespace OHOS::Host {
 
-// Every operation returns the service's code, or an IpcCode when the call breaks off. It takes no longer than
-// the limit, the time that finding the service took included. Nothing here throws std::bad_alloc.
+// Every operation returns the service's code, or an IpcCode when the call fails on the way. It takes no longer than
+// the limit, including the time that finding the service took. Nothing here throws std::bad_alloc.
 class LogServiceProxy : public HiviewDFX::IZelkLogService {
 public:
     using Duration = std::chrono::steady_clock::duration;
 
-    // The service on the bus of `pool`, started if the bus can; null when nobody owns its name or there is no bus.
+    // The service on the bus of `pool`, started if the bus can; null when its name has no owner or there is no bus.
     static sptr<HiviewDFX::IZelkLogService> Find(const std::shared_ptr<BusPool>& pool, Duration limit);
 
     int32_t GetModemLogConfig(std::vector<std::string>& keys, std::vector<std::string>& values) override;

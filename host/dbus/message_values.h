@@ -11,11 +11,11 @@
 
 namespace OHOS::Host {
 
-// Stands for the answer of a method that has none besides its code.
+// The answer of a method that answers only its code.
 struct NoValue {};
 
-// Each appends one value to `message`, and is false when a message cannot carry it: text that is not UTF-8 or has a NUL
-// in it, or more than fits.
+// Each appends one value to `message`, and returns false when a message cannot carry it: text that is not UTF-8 or
+// contains a NUL, or more than fits.
 bool Append(sd_bus_message* message, NoValue value);
 bool Append(sd_bus_message* message, bool value);
 bool Append(sd_bus_message* message, int32_t value);
@@ -23,8 +23,8 @@ bool Append(sd_bus_message* message, int64_t value);
 bool Append(sd_bus_message* message, const std::string& value);
 bool Append(sd_bus_message* message, const std::vector<std::string>& value);
 
-// Each reads the next value of `message` into `value`, and is false when something else is there. A list is appended
-// to.
+// Each reads the next value of `message` into `value`, and returns false when the next value has another type. Lists
+// are appended to.
 bool Read(sd_bus_message* message, NoValue& value);
 bool Read(sd_bus_message* message, bool& value);
 bool Read(sd_bus_message* message, int32_t& value);
@@ -32,8 +32,8 @@ bool Read(sd_bus_message* message, int64_t& value);
 bool Read(sd_bus_message* message, std::string& value);
 bool Read(sd_bus_message* message, std::vector<std::string>& value);
 
-// Hands each text of the list that comes next to `take`, until that returns false. False then, or when something else
-// is there.
+// Passes each text of the list that comes next to `take`, until `take` returns false. Returns false then, or when the
+// next value is not a list.
 bool ReadEach(sd_bus_message* message, const std::function<bool(const char* text)>& take);
 
 } // namespace OHOS::Host

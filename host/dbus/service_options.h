@@ -27,7 +27,7 @@ Exit status: 0 after SIGTERM, SIGINT or --help; 1 when the bus cannot be reached
 already; 2 for a wrong command line.
 )";
 
-// Reads the command line's words, without the program's own name. Where they are wrong, `error` says why; of several
+// Reads the words of the command line, without the program's own name. If they are wrong, `error` says why; of several
 // buses the last one counts.
 ServiceOptions ParseServiceOptions(const std::vector<std::string>& words, std::string& error);
 

@@ -31,7 +31,7 @@ void Say(const std::string& text)
     std::cerr << "zelk-log-service: " + text + "\n";
 }
 
-// `result` of a function that gives a negative errno when it fails. Throws std::system_error then.
+// `result` of a function that returns a negative errno when it fails. Throws std::system_error then.
 int Checked(int result, const char* failure)
 {
     if (result < 0) {
@@ -40,10 +40,10 @@ int Checked(int result, const char* failure)
     return result;
 }
 
-// What is left to do after SIGTERM or SIGINT gets this long, whatever it waits for.
+// After SIGTERM or SIGINT the process may go on for this long, whatever it waits for.
 constexpr itimerval PATIENCE = {{}, {0, 500'000}};
 
-// Whether SIGTERM or SIGINT has come, and an eventfd that can be read then.
+// Whether SIGTERM or SIGINT has arrived, and an eventfd that becomes readable then.
 volatile std::sig_atomic_t g_isEnding = 0;
 int g_endRequested = -1;
 
@@ -60,7 +60,7 @@ void OnEndSignal(int)
     errno = callersError;
 }
 
-// The call that is being served, or the bus, did not let the process end in time.
+// The call being served, or the bus, kept the process from ending in time.
 void OnPatienceLost(int)
 {
     _exit(0);
@@ -75,7 +75,7 @@ void HandleSignals()
     sigaction(SIGINT, &action, nullptr);
     action.sa_handler = OnPatienceLost;
     sigaction(SIGALRM, &action, nullptr);
-    // Nobody reads what is said here: no reason to leave a caller without an answer.
+    // No one may be reading the output; callers must still get their answers.
     action.sa_handler = SIG_IGN;
     sigaction(SIGPIPE, &action, nullptr);
 }
@@ -115,13 +115,13 @@ int WaitTime(sd_bus* bus)
     return static_cast<int>(std::max(left, milliseconds::zero()).count());
 }
 
-// Serves calls one after the other until the end is requested, which callers without a pause do not keep off. Throws
+// Serves calls one after the other until the end is requested, which callers that never pause cannot delay. Throws
 // std::system_error when the bus goes away.
 void Serve(sd_bus* bus)
 {
     while (true) {
         const bool more = Checked(sd_bus_process(bus, nullptr), "the bus was lost") > 0;
-        // The bus takes an answer before the next call is served: answers that pile up would take all memory.
+        // Each answer is sent before the next call is served: answers that pile up could use all memory.
         Checked(sd_bus_flush(bus), "the bus was lost");
         const auto events = static_cast<int16_t>(Checked(sd_bus_get_events(bus), "the bus was lost"));
         std::array<pollfd, 2> descriptors = {pollfd{g_endRequested, POLLIN, 0}, pollfd{sd_bus_get_fd(bus), events, 0}};
@@ -150,7 +150,7 @@ void Run(const ServiceOptions& options)
         Say(std::string("serves ") + SERVICE_NAME + " on " + options.bus);
     }
     Serve(bus.get());
-    // Waits for the bus, so that nobody finds the service after its process has ended.
+    // Waits for the bus, so that the service cannot be found after its process has ended.
     sd_bus_release_name(bus.get(), SERVICE_NAME);
 }
 
@@ -173,7 +173,7 @@ int main(int argc, char** argv)
         Run(options);
     } catch (const std::exception& failure) {
         if (g_isEnding != 0) {
-            return 0; // The signal broke a call to the bus off.
+            return 0; // The signal interrupted a call to the bus.
         }
         Say(std::string("cannot serve ") + SERVICE_NAME + " on " + options.bus + ": " + failure.what());
         return STATUS_FAILED;

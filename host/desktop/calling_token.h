@@ -7,8 +7,8 @@
 
 namespace OHOS::Host {
 
-// From now on IPCSkeleton::GetCallingFullTokenID answers `token` on every thread, whatever OHOS_FULL_TOKEN_ID says.
-// Without a value the variable counts again. Any thread may call this.
+// From now on IPCSkeleton::GetCallingFullTokenID returns `token` on every thread, regardless of OHOS_FULL_TOKEN_ID.
+// Without a value the variable is used again. Any thread may call this.
 __attribute__((visibility("default"))) void SetCallingToken(std::optional<uint64_t> token);
 
 } // namespace OHOS::Host

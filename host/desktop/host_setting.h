@@ -7,12 +7,12 @@
 namespace OHOS::Host {
 
 // The variable's value now; empty when it is unset. To be called while a library is loaded, or on the process's first
-// thread: this is where Node.js changes the environment, and no other thread may look at it meanwhile. The view is good
-// until the environment changes.
+// thread: Node.js changes the environment there, and no other thread may read it meanwhile. The view is valid until the
+// environment changes.
 __attribute__((visibility("default"))) std::string_view Setting(const char* name);
 
-// Says on standard error, in one line, that a variable's value is not accepted and what happens instead. Returns true,
-// so that a static can hold "has been said".
+// Reports on standard error, in one line, that a variable's value is not accepted and what happens instead. Returns
+// true, so that a static variable can make it happen once.
 __attribute__((visibility("default"))) bool ReportSetting(const char* name, std::string_view value,
                                                           const char* consequence);
 

@@ -20,7 +20,7 @@ struct Arguments {
 
 enum class Type { UNKNOWN, NONE, INT, LONG, LONG_LONG, DOUBLE, LONG_DOUBLE, WIDE_CHARACTER, TEXT, WIDE_TEXT, POINTER };
 
-// Integers of one size are taken alike, whatever their name and sign.
+// Integers of one size are read the same way, whatever their name and sign.
 static_assert(sizeof(size_t) == sizeof(long) && sizeof(ptrdiff_t) == sizeof(long));
 static_assert(sizeof(intmax_t) == sizeof(long long));
 
@@ -171,7 +171,7 @@ bool AppendArgument(std::string& out, const std::string& format, Type type, bool
     return false;
 }
 
-// What nearly every line is made of, without the way through snprintf, which prints no text above INT_MAX either.
+// The conversions that nearly every line uses, without snprintf, which cannot print a text longer than INT_MAX either.
 bool AppendUsual(std::string& out, const char*& text, Arguments& args)
 {
     if (Skip(text, "{public}s")) {

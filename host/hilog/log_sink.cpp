@@ -30,7 +30,7 @@ constexpr milliseconds SHORT_WAIT_FOR_LOCK{10};
 // Made when the library is loaded, and never destroyed: other threads may log until the very end.
 LogSink* const g_sink = new LogSink;
 
-// What a capture calls may be gone by then.
+// The capture's function may no longer exist by then.
 struct CaptureEndsWithProcess {
     ~CaptureEndsWithProcess()
     {
@@ -64,11 +64,11 @@ LogSink& LogSink::Instance()
 
 LogSink::LogSink()
 {
-    tzset(); // localtime_r does not look at TZ then, which other threads may not do.
+    tzset(); // After this localtime_r does not read TZ, which threads other than the first may not do.
     ReadLevel();
     OpenFile();
     lowestWanted_ = level_;
-    // Else a child made while another thread is writing could never write.
+    // Otherwise a child forked while another thread is writing could never write.
     const auto lock = [] {
         g_sink->outputMutex_.lock();
         g_sink->captureMutex_.lock();
@@ -97,7 +97,7 @@ void LogSink::OpenFile()
     if (name.empty()) {
         return;
     }
-    // O_NONBLOCK: a pipe that nobody reads yet cannot be opened, rather than holding up the program.
+    // O_NONBLOCK: opening a pipe that has no reader yet fails instead of blocking the program.
     const int file = open(name.data(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, FILE_MODE);
     if (file < 0) {
         ReportSetting(FILE_VARIABLE, name, "cannot be opened; lines go to standard error");
@@ -115,7 +115,7 @@ void LogSink::SetCapture(LogCapture capture)
         std::swap(capture_, capture);
         lowestWanted_ = capture_ ? LOG_LEVEL_MIN : level_;
     }
-    // The previous capture is destroyed here, with the lock free for what its destructor logs.
+    // The previous capture is destroyed here, without the lock, because its destructor may log.
 }
 
 void SetLogCapture(LogCapture capture)
@@ -137,10 +137,10 @@ int LogSink::Put(LogLevel level, unsigned int domain, const char* tag, std::stri
     const Deadline deadline = isRegularFile_ ? Deadline() : steady_clock::now() + LONGEST_WAIT_FOR_READER;
     std::unique_lock<std::timed_mutex> lock(outputMutex_, std::try_to_lock);
     if (!lock) {
-        // By the system's clock: ThreadSanitizer misses a lock that is waited for by the steady one.
+        // With the system clock: ThreadSanitizer does not see a lock that is waited for with the steady clock.
         lock.try_lock_until(system_clock::now() + (lost_ == 0 ? LONGEST_WAIT_FOR_READER : SHORT_WAIT_FOR_LOCK));
     }
-    // With the lock, so that a capture sees lines in the order in which they are written; without it if they are lost.
+    // With the lock, so that a capture gets lines in the order in which they are written; without it if they are lost.
     Show(level, domain, tag, std::string_view(line).substr(messageStart));
     const int written = lock ? Write(line, deadline) : -1;
     if (written < 0) {

@@ -16,18 +16,18 @@
 
 namespace OHOS::Host {
 
-// The one way out of the process: stamps lines, shows them to the capture, and writes them one after the other. Any
-// thread may call any method. Lives from the load of the library, where the settings are read, to the end of the
-// process.
+// All lines of the process pass through it: it stamps them, passes them to the capture, and writes them one after the
+// other. Any thread may call any method. Lives from the load of the library, when the settings are read, to the end of
+// the process.
 //
-// A program is not to wait for whoever reads its log: a line waits for 100 ms at most, for the lines before it and for
-// the reader together, and then is lost. From there on no line waits until one is written again; a report of how many
-// were lost precedes it. This is why the sink is not spdlog, whose sinks wait as long as it takes.
+// A program must not be held up by the reader of its log: a line waits at most 100 ms, for the lines before it and for
+// the reader together, and is then lost. After that no line waits until one is written again; a report of how many were
+// lost precedes it. This is why the sink is not spdlog, whose sinks wait as long as it takes.
 class LogSink {
 public:
     static LogSink& Instance();
 
-    // The lowest level that somebody wants to see.
+    // The lowest level that the log or the capture wants.
     static const std::atomic<int>& LowestWanted()
     {
         return lowestWanted_;

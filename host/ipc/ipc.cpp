@@ -50,7 +50,7 @@ uint64_t TokenOfEnvironment()
     return token.value_or(0);
 }
 
-// What the environment said when it was last looked at: at the load of the library, or on the first thread since.
+// The environment's value when it was last read: at the load of the library, or later on the first thread.
 std::atomic<uint64_t> g_token{TokenOfEnvironment()};
 
 bool IsFirstThread()

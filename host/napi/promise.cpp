@@ -1,6 +1,6 @@
 #include "runtime.h"
 
-// The platform makes a promise while an error is pending and leaves the error pending; desktop runtimes refuse.
+// The platform creates a promise while an error is pending and leaves the error pending; desktop runtimes refuse.
 napi_status napi_create_promise(napi_env env, napi_deferred* deferred, napi_value* promise)
 {
     return OHOS::Host::WithoutPendingException(

@@ -45,7 +45,7 @@ napi_status napi_get_named_property(napi_env env, napi_value object, const char*
 
 napi_status napi_get_element(napi_env env, napi_value object, uint32_t index, napi_value* result)
 {
-    // What is read by index is nearly always an array, which is quicker to find out than the type.
+    // Values read by index are nearly always arrays, and napi_is_array is quicker than napi_typeof.
     bool isArray = false;
     const bool isKnown = TheRuntime().isArray(env, object, &isArray) == napi_ok && isArray;
     const napi_status status = isKnown ? napi_ok : RequireObject(env, object);

@@ -6,9 +6,9 @@
 
 namespace OHOS::Host {
 
-// The module is written for the platform's Node-API; desktop runtimes answer a few calls differently. The files beside
-// this one define those calls, under their plain names, inside the module's shared object, where the module's own calls
-// bind to them. Each calls the runtime through this table.
+// The module is written for the platform's Node-API; desktop runtimes answer a few calls differently. The other files
+// in this folder define those calls, under their plain names, inside the module's shared object, where the module's own
+// calls bind to them. Each calls the runtime through this table.
 struct Runtime {
     decltype(&napi_typeof) typeOf;
     decltype(&napi_is_array) isArray;
@@ -36,7 +36,7 @@ inline const Runtime& TheRuntime()
     return Runtime::instance;
 }
 
-// Makes `calls`, which return a status, without the exception that is pending, if there is one. It is pending again
+// Runs `calls`, which returns a status, with no exception pending. An exception that was pending is pending again
 // afterwards.
 template <typename Calls>
 napi_status WithoutPendingException(napi_env env, Calls calls)

@@ -13,7 +13,7 @@ namespace {
 
 using HiviewDFX::IZelkLogService;
 
-// What a test or a program has put in the place of the setting. Never destroyed: workers may outlive static objects.
+// Set by a test or a program in place of the setting. Never destroyed: workers may outlive static objects.
 struct Override {
     std::mutex mutex;
     Host::ProxySource source;

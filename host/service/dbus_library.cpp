@@ -8,7 +8,7 @@ namespace {
 
 constexpr const char* LIBRARY = "libzelk_dbus.so";
 
-// The folder, with its slash, of the library that this code stands in.
+// The folder, with its slash, of the library that contains this code.
 std::string OwnFolder()
 {
     static const char inThisLibrary = 0;

@@ -1,4 +1,4 @@
-// Opens libzelk_dbus.so, which only those pay for who reach the log service over D-Bus.
+// Opens libzelk_dbus.so, so that only programs that reach the log service over D-Bus pay for it.
 #ifndef HOST_SERVICE_DBUS_LIBRARY_H
 #define HOST_SERVICE_DBUS_LIBRARY_H
 
@@ -9,13 +9,13 @@
 namespace OHOS::Host {
 
 // The function that libzelk_dbus.so exports under this name sets `source` to the proxies of the log service on the bus
-// at `address`; it stays empty when memory is short. It connects to nothing by itself. `onInvalid` is called, on any
-// thread, each time a proxy is asked for and libsystemd refuses the address.
+// at `address`; it stays empty when memory is short. It does not connect. `onInvalid` is called, on any thread, each
+// time a proxy is asked for and libsystemd refuses the address.
 constexpr const char* DBUS_SOURCE_FUNCTION = "ZelkDbusProxySource";
 using DbusSourceFunction = void (*)(const std::string& address, void (*onInvalid)(), ProxySource& source);
 
-// The source that the library gives; the library is looked for beside this one. Empty, with `error` saying why, when it
-// cannot be opened. The library stays open for the life of the process.
+// The source that the library returns; it must be in the same folder as this library. Empty, with the reason in
+// `error`, when the library cannot be opened. It stays open for the life of the process.
 ProxySource OpenDbusLibrary(const std::string& address, void (*onInvalid)(), std::string& error);
 
 } // namespace OHOS::Host

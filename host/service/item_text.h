@@ -15,7 +15,7 @@ struct Item {
 };
 
 // The frame of an item is text, not JSON: it starts with {"configKey":" and ends with }, and the key ends at the first
-// ","value": in between. Key and value are whatever stands there, empty included. Nothing when the frame is not there.
+// ","value": in between. Key and value may be any text, even empty. Nothing when the text does not have this frame.
 std::optional<Item> ParseItem(std::string_view text);
 
 // `text` as a JSON string with its quotes. Bytes that are not UTF-8 stay as they are. A string that becomes longer than

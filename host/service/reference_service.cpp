@@ -169,7 +169,7 @@ int32_t ReferenceService::Query(const Log& log, const std::vector<std::string>& 
     size_t size = 0;
     const std::lock_guard<std::mutex> lock(mutex_);
     for (const std::string& key : keys) {
-        // A key is part of its answer, so what is too large to be asked for is too large to be answered.
+        // A key is part of its answer, so a request that is too large has an answer that is too large.
         if (size + key.size() > MAX_ANSWER_SIZE) {
             return CODE_REFUSED;
         }
@@ -199,7 +199,7 @@ int32_t ReferenceService::Change(Log& log, std::optional<bool> on, const std::ve
     if (!size) {
         return CODE_REFUSED;
     }
-    // Nothing below takes memory, so the items are applied together.
+    // Nothing below allocates, so either all items are applied or none.
     for (auto& [key, value] : *items) {
         const auto kept = log.values.find(key);
         if (kept != log.values.end()) {

@@ -1,4 +1,4 @@
-// The reference log service: keeps what it is told in memory.
+// The reference log service, which keeps its state in memory.
 #ifndef HOST_SERVICE_REFERENCE_SERVICE_H
 #define HOST_SERVICE_REFERENCE_SERVICE_H
 
@@ -13,8 +13,8 @@
 namespace OHOS::Host {
 
 // Every operation answers 0; or CODE_REFUSED, with `false` or an empty answer, for a text that is not a configuration
-// item and past the limits of service_limits.h. Nothing of a refused call takes effect. Operations may be called from
-// any thread; each takes effect as a whole, or not at all when it throws std::bad_alloc.
+// item or a call that exceeds the limits of service_limits.h. A refused call has no effect. Operations may be called
+// from any thread; each takes effect as a whole, or not at all when it throws std::bad_alloc.
 class ReferenceService : public HiviewDFX::IZelkLogService {
 public:
     int32_t GetModemLogConfig(std::vector<std::string>& keys, std::vector<std::string>& values) override;
@@ -49,9 +49,9 @@ private:
         size_t size = 0; // Of all keys and values.
     };
 
-    // The items that `texts` hold, the last one of each key; nothing when they are refused.
+    // The items in `texts`, the last one of each key; nothing when they are refused.
     static std::optional<Values> ParseItems(const std::vector<std::string>& texts);
-    // The size that `log` has once `items` are applied; nothing when it would be past a limit.
+    // The size that `log` would have with `items` applied; nothing when it would exceed a limit.
     static std::optional<size_t> SizeWith(const Log& log, const Values& items);
 
     int32_t Status(const Log& log, bool& status);
@@ -59,7 +59,7 @@ private:
     // Applies the items and then, if `on` is given, the switch.
     int32_t Change(Log& log, std::optional<bool> on, const std::vector<std::string>& configs, bool& result);
 
-    // The Bluetooth switch and the last command are not among the members: no operation asks for them.
+    // The Bluetooth switch and the last command are not stored: no operation queries them.
     std::mutex mutex_; // Guards everything below.
     Log modem_;
     Log tcpdump_;

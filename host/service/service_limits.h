@@ -1,4 +1,4 @@
-// What the reference service takes at most. A call that goes past a limit is refused as a whole.
+// The limits of the reference service. A call that exceeds one is refused as a whole.
 #ifndef HOST_SERVICE_SERVICE_LIMITS_H
 #define HOST_SERVICE_SERVICE_LIMITS_H
 
@@ -7,7 +7,7 @@
 
 namespace OHOS::Host {
 
-// The code of a refused call: a text is not an item, or a limit is passed. Its answer is `false` or empty.
+// The code of a refused call: a text is not an item, or a limit is exceeded. Its answer is `false` or empty.
 constexpr int32_t CODE_REFUSED = 2;
 
 // In bytes.

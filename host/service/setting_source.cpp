@@ -20,7 +20,7 @@ constexpr const char* SESSION_VARIABLE = "DBUS_SESSION_BUS_ADDRESS";
 constexpr const char* SYSTEM_VARIABLE = "DBUS_SYSTEM_BUS_ADDRESS";
 constexpr const char* SYSTEM_ADDRESS = "unix:path=/run/dbus/system_bus_socket";
 
-// The address of a bus and the variable that it comes from; empty where there is none.
+// The address of a bus and the variable that it comes from; empty if there is none.
 struct BusSetting {
     const char* variable = SERVICE_VARIABLE;
     std::string address;
@@ -87,8 +87,8 @@ void ReportBus()
                    : "not a D-Bus address that is accepted");
 }
 
-// Whether libsystemd may be asked for a bus at `address`: its grammar is left to libsystemd. `unixexec:` starts a
-// program, which no limit of time would end.
+// Whether libsystemd may be asked for a bus at `address`; it checks the grammar itself. `unixexec:` starts a program,
+// which no time limit would end.
 bool IsAccepted(const std::string& address)
 {
     return address.find(':') != std::string::npos && (";" + address).find(";unixexec:") == std::string::npos;
@@ -101,7 +101,7 @@ ProxySource NoService()
     };
 }
 
-// Empty when the source cannot be made now.
+// Empty when the source cannot be created now.
 ProxySource MakeSource()
 {
     const auto& [service, bus] = g_environment;
@@ -125,7 +125,7 @@ ProxySource MakeSource()
     return source;
 }
 
-// The source, once it could be made.
+// The source, once it has been created.
 const ProxySource* SourceOfSetting()
 {
     static std::atomic<const ProxySource*> made{nullptr};

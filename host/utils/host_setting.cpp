@@ -21,7 +21,7 @@ bool ReportSetting(const char* name, std::string_view value, const char* consequ
         line += character == '\n' ? ' ' : character;
     }
     line += std::string("\": ") + consequence + "\n";
-    // A standard error that takes nothing leaves nobody to tell.
+    // If standard error cannot be written to, there is nowhere to report that.
     WriteUntil(STDERR_FILENO, line, std::chrono::steady_clock::now() + LONGEST_WAIT_FOR_READER);
     return true;
 }

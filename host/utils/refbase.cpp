@@ -42,7 +42,7 @@ void RefCounter::DecWeak()
 
 RefBase::RefBase() : counter_(new RefCounter) {}
 
-// A copy is a new object: nobody refers to it yet.
+// A copy is a new object, which has no references yet.
 RefBase::RefBase(const RefBase&) : RefBase() {}
 
 RefBase& RefBase::operator=(const RefBase&) // NOLINT(bugprone-unhandled-self-assignment): nothing is assigned.

@@ -24,7 +24,7 @@ sigset_t BrokenPipeSignal()
     return signals;
 }
 
-// While it lives, a write to a pipe whose reader has gone fails on this thread and does not end the process.
+// While it lives, a write to a pipe whose reader is gone fails on this thread instead of ending the process.
 class BrokenPipeGuard {
 public:
     BrokenPipeGuard()
@@ -61,7 +61,7 @@ private:
     sigset_t previous_{};
 };
 
-// False when the deadline has passed. The time left is rounded up, so that no turn before it goes without a wait.
+// False when the deadline has passed. The time left is rounded up, so that a loop never spins without waiting.
 bool WaitForRoom(int descriptor, Deadline deadline)
 {
     using std::chrono::milliseconds;
@@ -108,7 +108,7 @@ size_t WriteBy(TryWrite tryWrite, int descriptor, std::string_view text, Deadlin
     return written;
 }
 
-// Opened anew each time: one that stays open would keep the pipe's reader from its end of file.
+// Opened anew each time: a descriptor that stays open would keep the pipe's reader from seeing the end of file.
 size_t WriteToOwnDescription(int descriptor, std::string_view text, Deadline deadline)
 {
     const std::string path = "/proc/self/fd/" + std::to_string(descriptor);

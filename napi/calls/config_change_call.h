@@ -21,9 +21,9 @@ struct ConfigChangeTexts {
     const char* errorArrayType;
 };
 
-// Reads (configs) or (configs, callback): `configs` is an array. The callback counts only when there are exactly two
-// arguments and it is a function. Null when the call is refused, which is logged, or when a Node-API call fails, a
-// missing first argument included, which is thrown.
+// Reads (configs) or (configs, callback): `configs` is an array. The callback is used only when there are exactly two
+// arguments and it is a function. Null when the call is refused, which is logged, or when a Node-API call fails, as
+// with a missing first argument, which is thrown.
 std::unique_ptr<ChangeConfigContext> ReadConfigChangeCall(napi_env env, napi_callback_info info,
                                                           const ConfigChangeTexts& texts);
 

@@ -24,7 +24,7 @@ struct ConfigQueryTexts {
 };
 
 // Reads (keys) or (keys, callback): `keys` is an array, a second argument that is not a function is ignored. Null when
-// the call is refused, which is logged, or when a Node-API call fails, a missing first argument included, which is
+// the call is refused, which is logged, or when a Node-API call fails, as with a missing first argument, which is
 // thrown.
 std::unique_ptr<GetConfigContext> ReadConfigQueryCall(napi_env env, napi_callback_info info,
                                                       const ConfigQueryTexts& texts);

@@ -46,9 +46,9 @@ bool ConfigReplyToArray(napi_env env, const std::vector<std::string>& texts, Exp
                 return false;
             }
         } catch (...) {
-            // jsoncpp throws for a text nested too deep and for an integer that does not fit: the text counts as
-            // unparsable. No type is named because none would match on a device: there the module is linked with its
-            // own copy of the type information, and libc++ compares types by its address.
+            // jsoncpp throws for a text nested too deeply and for an integer that does not fit: the text counts as
+            // unparsable. The handler names no type because none would match on a device: there the module is linked
+            // with its own copy of the type information, and libc++ compares types by its address.
             return false;
         }
         napi_set_element(env, *array, index++, item);

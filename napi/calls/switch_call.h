@@ -26,7 +26,7 @@ struct SwitchTexts {
 // Reads (state), (state, configs), (state, callback) or (state, callback, configs). Only `true` means on. With two
 // arguments the second is the callback unless it is an array or undefined; the type of a callback is not checked, and a
 // third argument that is not an array is ignored. Null when the call is refused (four or more arguments, logged) or a
-// Node-API call fails (thrown), a missing state included.
+// Node-API call fails, as with a missing state (thrown).
 std::unique_ptr<SwitchContext> ReadSwitchCall(napi_env env, napi_callback_info info, const SwitchTexts& texts);
 
 } // namespace OHOS::HiviewDFX

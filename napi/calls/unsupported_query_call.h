@@ -11,9 +11,9 @@ namespace OHOS::HiviewDFX {
 
 constexpr int32_t FUNCTION_NOT_SUPPORTED = 6;
 
-// Throws `message` with the code for an unsupported function and goes on while that error is pending, which is what the
-// JavaScript caller gets from the call. Then reads ([callback]); the callback counts only when it is a function and the
-// only argument. Null when a Node-API call fails.
+// Throws `message` with the code for an unsupported function and goes on while that error, which the JavaScript caller
+// gets, is pending. Then reads ([callback]); the callback is used only when it is a function and the only argument.
+// Null when a Node-API call fails.
 template <typename Context>
 std::unique_ptr<Context> ReadUnsupportedQueryCall(napi_env env, napi_callback_info info, const char* message)
 {
@@ -22,7 +22,7 @@ std::unique_ptr<Context> ReadUnsupportedQueryCall(napi_env env, napi_callback_in
     if (!ReadArguments(env, info, arguments)) {
         return nullptr;
     }
-    // Never stops the call: the empty list matches anything. What does not match the first one is logged.
+    // Never stops the call, because the empty list matches anything. A mismatch with the first list is logged.
     const napi_value* argv = arguments.values.data();
     if (!MatchParameters(env, argv, {napi_function})) {
         MatchParameters(env, argv, {});

@@ -25,14 +25,14 @@ bool ReadObjectArguments(napi_env env, napi_callback_info info, const char* ille
     if (!ReadArguments(env, info, arguments)) {
         return false;
     }
-    // The second list asks for the same first type again. It decides only where that type could not be read the first
-    // time; everywhere else it writes the line about the mismatch once more.
+    // The second list asks for the same first type again. It decides only if that type could not be read the first
+    // time; otherwise it just logs the mismatch once more.
     const napi_value* argv = arguments.values.data();
     if (!MatchParameters(env, argv, {napi_object}) && !MatchParameters(env, argv, {napi_object, napi_function})) {
         ZELK_ERROR("%{public}s", illegalParams);
         return false;
     }
-    // The type is known; only a call that fails matters here.
+    // The type is known; only a failing call matters here.
     napi_valuetype type = napi_undefined;
     return CheckCall(env, napi_typeof(env, arguments[0], &type));
 }

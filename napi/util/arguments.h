@@ -12,8 +12,8 @@
 
 namespace OHOS::HiviewDFX {
 
-// Up to N arguments of a call. `count` is the number that JavaScript passed, which may be larger than N. A slot past it
-// is null on every runtime, also on those that write `undefined` there.
+// Up to N arguments of a call. `count` is the number that JavaScript passed, which may be larger than N. Slots past it
+// are null on every runtime, also on those that write `undefined` there.
 template <size_t N>
 struct Arguments {
     size_t count = 0;
@@ -25,7 +25,7 @@ struct Arguments {
     }
 };
 
-// False when the arguments cannot be read, which has been thrown.
+// False when the arguments cannot be read; the failure has been thrown.
 template <size_t N>
 bool ReadArguments(napi_env env, napi_callback_info info, Arguments<N>& arguments)
 {
@@ -39,12 +39,12 @@ bool ReadArguments(napi_env env, napi_callback_info info, Arguments<N>& argument
     return true;
 }
 
-// Whether argv[i] is of the i-th type for every type of the list. The first mismatch is logged; an argument that is
-// missing is one, and throws. An empty list matches and is logged too. `argv` has a slot for every type.
+// Whether argv[i] is of the i-th type for every type of the list. The first mismatch is logged; a missing argument is a
+// mismatch, and throws. An empty list matches and is logged too. `argv` has a slot for every type.
 bool MatchParameters(napi_env env, const napi_value argv[], std::initializer_list<napi_valuetype> types);
 
 // Reads (object) or (object, any). False when the first argument is not an object, which is logged with
-// `illegalParams`, or when a Node-API call fails, a missing first argument included, which is thrown.
+// `illegalParams`, or when a Node-API call fails, as with a missing first argument, which is thrown.
 bool ReadObjectArguments(napi_env env, napi_callback_info info, const char* illegalParams, Arguments<2>& arguments);
 
 // Makes `value` the call's callback, whatever its type. False when that fails, which has been thrown.

@@ -10,7 +10,7 @@ namespace OHOS::HiviewDFX {
 
 namespace {
 
-// Nobody can call back any more, and the JavaScript function returns nothing.
+// Drops the callback, which will not be called, and makes the JavaScript function return nothing.
 void Abandon(napi_env env, BaseContext& context, napi_value* result)
 {
     if (context.callbackRef != nullptr) {
@@ -48,7 +48,7 @@ bool CallCallback(napi_env env, const BaseContext& context, napi_value value)
         return false;
     }
     napi_value ignored = nullptr;
-    // For a value that could not be made the list is missing, which runtimes refuse. A null in the list would crash
+    // A value that could not be made is passed as a missing list, which runtimes refuse. A null in the list would crash
     // them.
     const napi_value* argv = value == nullptr ? nullptr : &value;
     const napi_status status = napi_call_function(env, recv, callback, 1, argv, &ignored);
@@ -105,8 +105,8 @@ bool NapiUtil::StartAsyncWork(napi_env env, BaseContext* context, const std::str
         return false;
     }
     const napi_status status = napi_queue_async_work(env, context->work);
-    // Once it is thrown this failure changes nothing more: the context stays, and the promise is returned as if the
-    // work were queued.
+    // Apart from throwing, this failure changes nothing: the context stays, and the promise is returned as if the work
+    // were queued.
     if (status != napi_ok && !ThrowQueueError(env, status)) {
         Abandon(env, *context, result);
         return false;

@@ -1,4 +1,4 @@
-// The head of every per-call context.
+// The base of every per-call context.
 #ifndef ZELKLOGSERVICE_NAPI_UTIL_BASE_CONTEXT_H
 #define ZELKLOGSERVICE_NAPI_UTIL_BASE_CONTEXT_H
 
@@ -17,7 +17,7 @@ namespace OHOS::HiviewDFX {
 //
 // Made on the heap by value initialization (`new T()`, std::make_unique<T>()), which zeroes the whole storage before
 // the members get their values. Owned by the JavaScript function until NapiUtil::HandleAsyncWork takes it, then by the
-// async frame, which in the end knows only this head and frees the storage through it without destroying any member of
+// async frame, which at the end knows only this base and frees the storage through it without destroying any member of
 // the derived context. NapiUtil::Answer destroys them before it hands the context over.
 struct BaseContext {
     napi_async_work work = nullptr;   // Written by HandleAsyncWork.
@@ -26,7 +26,7 @@ struct BaseContext {
     bool resolved = false;            // Set by the execute step: the service call succeeded.
     int32_t errorCode = -1;           // Set by the execute step: the service call's code.
 
-    // Storage of any derived context, released without a size, since the frame does not know it.
+    // Storage of any derived context, released without a size, because the frame does not know it.
     static void* operator new(size_t size);
     static void operator delete(void* storage);
 };

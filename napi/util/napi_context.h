@@ -13,7 +13,7 @@ namespace OHOS::HiviewDFX {
 // One asynchronous call. Made on the JavaScript thread; from Execute on it belongs to its async work.
 //
 // Execute, OnCompleteCallback and the destructor run on the JavaScript thread of `env`, OnExecuteCallback on a worker;
-// the runtime's queue hands the context over, there is no lock.
+// the runtime's queue hands the context over; there is no lock.
 class NapiContext {
 public:
     // `contextName` names the async work and is part of every log line.

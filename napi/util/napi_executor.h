@@ -1,4 +1,4 @@
-// A call that runs a job on a worker and answers with what it made.
+// A call that runs a job on a worker and answers with its result.
 #ifndef ZELKLOGSERVICE_NAPI_UTIL_NAPI_EXECUTOR_H
 #define ZELKLOGSERVICE_NAPI_UTIL_NAPI_EXECUTOR_H
 
@@ -15,9 +15,8 @@ namespace OHOS::HiviewDFX {
 // `job` runs on a worker, must not touch JavaScript, and returns its code (0 is success) and its result. `converter`
 // turns the result, also that of a failed job, into the promise's value on the JavaScript thread. Neither may be empty.
 //
-// The promise is resolved with the value when the code is 0, and rejected with the same value otherwise. A converter
-// that yields null rejects with a null value: runtimes refuse that, the refusal is thrown, and the promise stays
-// pending.
+// The promise is resolved with the value when the code is 0, and rejected with it otherwise. A converter that returns
+// null rejects with a null value: runtimes refuse that, the refusal is thrown, and the promise stays pending.
 template <typename T>
 class NapiExecutor : public NapiContext {
 public:

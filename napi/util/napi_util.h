@@ -15,9 +15,9 @@ namespace OHOS::HiviewDFX {
 // The longest string, in UTF-8 bytes without the terminator, that NapiUtil::GetString accepts.
 constexpr uint32_t MAX_STRING_LENGTH = 8194;
 
-// All functions belong to the JavaScript thread of `env`. The one exception is ThrowError, which two execute steps call
-// on a worker when they get no context. "Throws" means a JavaScript exception made by CheckCall (see checked_call.h)
-// for a Node-API call that failed. C++ exceptions are only those of a process without memory.
+// All functions run on the JavaScript thread of `env`. The one exception is ThrowError, which two execute steps call on
+// a worker when they get no context. "Throws" means a JavaScript exception made by CheckCall (see checked_call.h) for a
+// Node-API call that failed. The only C++ exception is std::bad_alloc.
 class NapiUtil {
 public:
     // ---- The async frame (async_frame.cpp) ----
@@ -36,7 +36,7 @@ public:
     // function returns to its caller: the promise, `undefined` in callback mode, null after a failure and for a null
     // context, which is logged.
     //
-    // Owns `context` from here on. It derives from BaseContext (or is one) and was made with `new`. What becomes of it:
+    // Takes ownership of `context`, which derives from BaseContext (or is one) and was made with `new`. Afterwards:
     // - queued: it lives until Handle2ValueCallback;
     // - a Node-API call fails before the queue call: thrown; the callback reference and the context are released;
     // - the queue call fails: an Error "error at napi_queue_async_work" with the status as code is thrown; the context,
@@ -60,14 +60,14 @@ public:
     // context's storage. A delivery that fails (the callback throws or is not a function) is thrown and frees nothing.
     static void Handle2ValueCallback(napi_env env, BaseContext* context, napi_value value);
 
-    // Ends the call of a whole context: destroys what its members own, which the frame does not know, and leaves the
-    // bare head to Handle2ValueCallback.
+    // Ends the call of a derived context: destroys what its members own, which the frame does not know, and leaves the
+    // bare base to Handle2ValueCallback.
     template <typename Context>
     static void Answer(napi_env env, Context* context, napi_value value)
     {
-        const BaseContext head = static_cast<const BaseContext&>(*context);
+        const BaseContext base = static_cast<const BaseContext&>(*context);
         context->~Context();
-        Handle2ValueCallback(env, ::new (static_cast<void*>(context)) BaseContext(head), value);
+        Handle2ValueCallback(env, ::new (static_cast<void*>(context)) BaseContext(base), value);
     }
 
     // The same with a boolean.
@@ -84,7 +84,7 @@ public:
     // A Node-API call that fails becomes a log line and the fallback named here, so that callers need not check
     // anything. An exception that the caller's own getter or proxy threw stays pending and reaches the caller.
 
-    // True when the type is exactly `expected`. Throws, and yields false, when the type cannot be read, as with a null
+    // True when the type is exactly `expected`. Throws, and returns false, when the type cannot be read, as with a null
     // value.
     static bool MatchValueType(napi_env env, napi_value value, napi_valuetype expected);
     // Fallback: napi_undefined.
@@ -119,11 +119,11 @@ public:
     // The type that all elements share. napi_null for an empty array, to distinguish it from an unusable one;
     // napi_undefined for elements of different types and for an array that cannot be read.
     static napi_valuetype GetArrayType(napi_env env, napi_value array);
-    // Append one entry per element that can be fetched, the scalar's fallback where it cannot be converted.
+    // Each appends one entry per element that can be fetched: the scalar's fallback if it cannot be converted.
     static void GetBooleans(napi_env env, napi_value array, std::vector<bool>& out);
     static void GetInt32s(napi_env env, napi_value array, std::vector<int>& out);
-    // Reads every element with GetString, logging as it does, into its own copy of `out`: the caller's vector stays as
-    // it was. `maximumLength` is not read.
+    // Reads every element with GetString, and logs as it does, but into its own copy of `out`: the caller's vector does
+    // not change. `maximumLength` is not read.
     static void GetStrings(napi_env env, napi_value array, std::vector<std::string> out, uint32_t maximumLength);
 
 private:

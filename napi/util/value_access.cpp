@@ -8,7 +8,7 @@ namespace OHOS::HiviewDFX {
 
 namespace {
 
-// Appends what `convert` makes of each element; an element that cannot be fetched is skipped.
+// Appends the result of `convert` for each element; an element that cannot be fetched is skipped.
 template <typename T, typename Convert>
 void AppendElements(napi_env env, napi_value array, std::vector<T>& out, Convert convert)
 {
@@ -114,7 +114,7 @@ napi_value NapiUtil::CreateStringValue(napi_env env, const std::string& text)
 
 napi_value NapiUtil::GetProperty(napi_env env, napi_value object, const std::string& name)
 {
-    // Only a call that fails matters: a property that the object lacks is fetched all the same and is `undefined`.
+    // Only a failing call matters: a property that the object lacks is fetched all the same and is `undefined`.
     bool has = false;
     if (napi_has_named_property(env, object, name.c_str(), &has) != napi_ok) {
         ZELK_ERROR("HasProperty: failed HasProperty");

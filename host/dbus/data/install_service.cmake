@@ -8,13 +8,13 @@ if(PROGRAM MATCHES "['$*?[]")
     string(REPLACE "$" "$$" UNIT_COMMAND "/usr/bin/env ${UNIT_COMMAND}")
 endif()
 
-# Straight to its place, so that nothing of root's is left in the build.
+# Written directly to its place, so that the build does not contain files owned by root.
 function(install_with_path file path)
     configure_file("${SOURCE}/${file}.in" "$ENV{DESTDIR}${path}" @ONLY NO_SOURCE_PERMISSIONS)
     set(CMAKE_INSTALL_MANIFEST_FILES "${CMAKE_INSTALL_MANIFEST_FILES};${path}" PARENT_SCOPE)
 endfunction()
 
-# Where systemd looks for units of users below a prefix that is one user's own.
+# Where systemd looks for user units below a prefix that belongs to one user.
 set(USER_UNITS "${PREFIX}/share/systemd/user")
 if(PREFIX MATCHES "^/usr(/local)?$")
     set(USER_UNITS "${PREFIX}/lib/systemd/user")

@@ -1,7 +1,7 @@
 # Writes the rows of an sd-bus vtable, one per method of a D-Bus interface. In: XML, ROWS (the file to write). The
 # handler of method M is OnM.
 file(STRINGS "${XML}" LINES ENCODING UTF-8)
-set(TEXT "// Made of the interface's XML; do not edit.\n")
+set(TEXT "// Generated from the interface's XML; do not edit.\n")
 foreach(LINE IN LISTS LINES)
     if(LINE MATCHES "<method name=\"([A-Za-z0-9]+)\">")
         set(METHOD "${CMAKE_MATCH_1}")

@@ -1,4 +1,4 @@
-// Desktop only: lets a test or an embedding program see log lines as records.
+// Desktop only: lets a test or an embedding program receive log lines as records.
 #ifndef HOST_DESKTOP_CAPTURE_H
 #define HOST_DESKTOP_CAPTURE_H
 
@@ -18,7 +18,7 @@ struct LogRecord {
 
 using LogCapture = std::function<void(const LogRecord&)>;
 
-// From now on `capture` sees every line, whatever the level in force; the lines are still written as usual. An empty
+// From now on `capture` receives every line, whatever the level in force; lines are still written as usual. An empty
 // function ends the capture. `capture` is called on the logging thread, one call at a time, in the order in which lines
 // are written; it must neither log nor fork. When this returns, the previous capture is no longer running.
 __attribute__((visibility("default"))) void SetLogCapture(LogCapture capture);

@@ -1,4 +1,4 @@
-// Desktop only: puts another log service behind Client::GetProxy, for tests and for programs that bring their own.
+// Desktop only: makes Client::GetProxy return another log service, for tests and for programs that bring their own.
 #ifndef HOST_DESKTOP_PROXY_SOURCE_H
 #define HOST_DESKTOP_PROXY_SOURCE_H
 
@@ -10,11 +10,11 @@ namespace OHOS::Host {
 
 using ProxySource = std::function<sptr<HiviewDFX::IZelkLogService>()>;
 
-// From now on every Client::GetProxy of the process answers what `source` gives, null included, instead of following
-// ZELK_LOG_SERVICE. An empty function restores the latter. `source` is called on any thread, also on several at once.
+// From now on every Client::GetProxy of the process returns the result of `source`, even null, instead of following
+// ZELK_LOG_SERVICE. An empty function undoes this. `source` is called on any thread, also on several at once.
 __attribute__((visibility("default"))) void SetProxySource(ProxySource source);
 
-// A reference service of its own, in its initial state.
+// A new reference service, in its initial state.
 __attribute__((visibility("default"))) sptr<HiviewDFX::IZelkLogService> MakeReferenceService();
 
 } // namespace OHOS::Host

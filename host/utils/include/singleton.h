@@ -1,4 +1,4 @@
-// A process-wide instance that is made on first use, as on the platform.
+// A process-wide instance that is created on first use, as on the platform.
 #ifndef HOST_UTILS_SINGLETON_H
 #define HOST_UTILS_SINGLETON_H
 
@@ -11,7 +11,7 @@
 
 namespace OHOS {
 
-// Base of T and owner of its one instance. T is made by the first GetInstance and destroyed at process exit.
+// Base of T and owner of its one instance. T is created by the first GetInstance and destroyed at process exit.
 template <typename T>
 class DelayedSingleton : public NoCopyable {
 public:
@@ -19,7 +19,7 @@ public:
     // creation takes the lock. Null when there was no memory for the instance; the next call tries again.
     static std::shared_ptr<T> GetInstance()
     {
-        // Once `created_` is seen, `instance_` is not written any more, so it can be copied without the lock.
+        // Once `created_` is true, `instance_` is no longer written, so it can be copied without the lock.
         if (!created_.load(std::memory_order_acquire)) {
             const std::lock_guard<std::mutex> lock(mutex_);
             if (!instance_) {

@@ -20,13 +20,13 @@ public:
     // environment variable ZELK_LOG_SERVICE when this library was loaded (see docs/desktop.md).
     virtual sptr<IZelkLogService> GetProxy();
 
-    // Calls, in the order of their names, the callbacks that are kept; nothing else is done, since every GetProxy looks
-    // for the service anew. On a desktop nobody calls this.
+    // Calls the stored callbacks in the order of their names. Nothing else is needed, because every GetProxy looks for
+    // the service anew. Not called on a desktop.
     virtual void OnRemoteDied(const wptr<IRemoteObject>& remote);
 
     virtual ~Client() = default;
 
-    // Keeps a copy of `callback` under `name` for OnRemoteDied, in place of an earlier one of that name.
+    // Stores a copy of `callback` under `name` for OnRemoteDied, replacing an earlier one of that name.
     virtual void RegisterRemotedDied(std::string name, std::function<void()>& callback);
 
 private:
