@@ -1,5 +1,7 @@
 #include "client/zelk_log_service_client.h"
 
+#include <utility>
+
 #include "common/module_log.h"
 
 namespace OHOS::HiviewDFX {

@@ -11,8 +11,12 @@
 #include "config/config_info.h"
 
 #include <charconv>
+#include <cstdint>
 #include <iterator>
+#include <sstream>
+#include <string>
 #include <type_traits>
+#include <vector>
 
 #include "common/module_log.h"
 

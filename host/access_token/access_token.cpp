@@ -1,3 +1,5 @@
+#include <cstdint>
+
 #include "tokenid_kit.h"
 
 namespace OHOS::Security::AccessToken {

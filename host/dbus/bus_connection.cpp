@@ -4,6 +4,7 @@
 #include <array>
 #include <cerrno>
 #include <string_view>
+#include <utility>
 
 #include "dbus_names.h"
 

@@ -1,5 +1,7 @@
 #include "bus_handles.h"
 
+#include <cstdint>
+
 namespace OHOS::Host {
 
 int OpenBus(const std::string& address, std::chrono::microseconds limit, BusHandle& bus)

@@ -1,5 +1,8 @@
 // The one function of libzelk_dbus.so; the client library looks it up by name.
+#include <chrono>
+#include <memory>
 #include <new>
+#include <string>
 
 #include "dbus_library.h"
 #include "log_service_proxy.h"

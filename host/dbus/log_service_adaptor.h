@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <utility>
 
 #include "bus_handles.h"
 #include "zelk_service_api/i_zelk_log_service.h"

@@ -1,7 +1,10 @@
 #include "log_service_proxy.h"
 
+#include <cstdint>
 #include <new>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include "message_values.h"
 

@@ -4,7 +4,11 @@
 
 #include <atomic>
 #include <chrono>
+#include <cstdint>
 #include <memory>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "bus_pool.h"
 #include "zelk_service_api/i_zelk_log_service.h"

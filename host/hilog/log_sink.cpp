@@ -1,6 +1,7 @@
 #include "log_sink.h"
 
 #include <algorithm>
+#include <chrono>
 #include <climits>
 #include <cstring>
 #include <fcntl.h>

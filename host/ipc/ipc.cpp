@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <charconv>
+#include <cstdint>
 #include <optional>
 #include <string_view>
 #include <unistd.h>

@@ -1,3 +1,5 @@
+#include <cstdint>
+
 #include "runtime.h"
 
 // The platform refuses to read properties of a value that is not an object, with napi_object_expected and without an

@@ -1,6 +1,9 @@
 #include "zelk_service_api/client.h"
 
+#include <functional>
+#include <map>
 #include <mutex>
+#include <string>
 #include <utility>
 
 #include "reference_service.h"

@@ -1,5 +1,6 @@
 #include "reference_service.h"
 
+#include <cstdint>
 #include <string_view>
 #include <utility>
 

@@ -2,6 +2,7 @@
 #ifndef HOST_SERVICE_REFERENCE_SERVICE_H
 #define HOST_SERVICE_REFERENCE_SERVICE_H
 
+#include <cstdint>
 #include <map>
 #include <mutex>
 #include <optional>

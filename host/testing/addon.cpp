@@ -1,8 +1,13 @@
 // The functions of zelk_testing.node, for testing.js and nobody else: that file checks what it is given and makes every
 // object and error, so that they belong to the realm that loaded it.
 #include <array>
+#include <chrono>
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <unistd.h>
+#include <utility>
+#include <vector>
 
 #include "caller.h"
 #include "environment.h"

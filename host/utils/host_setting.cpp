@@ -1,7 +1,9 @@
 #include "host_setting.h"
 
+#include <chrono>
 #include <cstdlib>
 #include <string>
+#include <string_view>
 #include <unistd.h>
 
 #include "write_until.h"

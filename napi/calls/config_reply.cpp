@@ -1,5 +1,7 @@
 #include "napi/calls/config_reply.h"
 
+#include <cstdint>
+
 #include "config/json_text.h"
 #include "napi/util/handle_scope.h"
 #include "napi/util/napi_util.h"

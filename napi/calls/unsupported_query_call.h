@@ -2,6 +2,7 @@
 #ifndef ZELKLOGSERVICE_NAPI_CALLS_UNSUPPORTED_QUERY_CALL_H
 #define ZELKLOGSERVICE_NAPI_CALLS_UNSUPPORTED_QUERY_CALL_H
 
+#include <cstdint>
 #include <memory>
 
 #include "napi/util/arguments.h"

@@ -1,3 +1,4 @@
+#include <cstdint>
 #include <string>
 
 #include "common/module_log.h"

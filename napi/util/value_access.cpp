@@ -1,4 +1,7 @@
+#include <cstdint>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "common/module_log.h"
 #include "napi/util/checked_call.h"
