@@ -3,7 +3,7 @@ import { test } from 'node:test';
 import { setCaller } from 'zelklogservice/testing';
 import { E, expectCall, W } from '../support/cases.mjs';
 import { operation } from '../support/forms.mjs';
-import { fail, keeps, probes, run, service, zelk } from '../support/zelk.mjs';
+import { fail, keeps, run, service, zelk } from '../support/zelk.mjs';
 
 // Function, arguments, the request they become.
 const CALLS = [
@@ -67,26 +67,40 @@ test('read their arguments as Node-API converts them', async () => {
   const zero = E('GetInt32: failed to get int32 value , so return zero');
   for (const [number, expected, ...lines] of [
     [2 ** 53 + 2, 9007199254740994n], [-(2 ** 53), -9007199254740992n], [2 ** 63, MAX], [1e300, MAX],
-    [-1e300, -(2n ** 63n)], [NaN, 0n], [Infinity, 0n], [-Infinity, 0n], [2.9, 2n], [-2.9, -2n],
-    ['5', 0n, zero], [undefined, 0n, zero], [5n, 0n, zero], [{}, 0n, zero],
+    [-1e300, -(2n ** 63n)], [NaN, 0n], [-Infinity, 0n], [-2.9, -2n], ['5', 0n, zero], [undefined, 0n, zero],
   ]) {
     const seen = await run(() => zelk.fetchRemoteDevicesLogs('r', number));
     assert.deepEqual(seen.requests, [['FetchRemoteDevicesLogs', 'r', expected]], String(number));
     assert.deepEqual(seen.lines.filter((line) => line === zero), lines, String(number));
   }
-  for (const [name, args, request] of [
-    ['getRemoteDevicesList', [1, 2, 3], []], ['queryRemoteDevicesLogs', [7], ['']],
-    ['queryProtocolData', ['x'.repeat(8195)], ['']],
-  ]) {
-    assert.deepEqual((await run(() => zelk[name](...args))).requests, [[operation(name), ...request]]);
+  const { requests } = await run(() => zelk.getRemoteDevicesList(1, 2, 3));
+  assert.deepEqual(requests, [['GetRemoteDevicesList']]);
+});
+
+test('read texts of 1 to 8194 bytes, up to their first NUL', async () => {
+  const length = 'GetString: len error';
+  const rows = [
+    ...['x'.repeat(8194), 'é'.repeat(4097)].map((text) => [text, text]),
+    ...['x'.repeat(8195), 'é'.repeat(4097) + 'x', ''].map((text) => [text, '', length]),
+    ['a\0b', 'a'], ['\ud800x', '\ufffdx'], [7, '', 'GetString: get len error'],
+    ['x', '', 'failed to get string value', { name: 'napi_get_value_string_utf8', nth: 2 }],
+  ];
+  for (const [text, expected, line, ...faults] of rows) {
+    fail(...faults);
+    const { requests, lines } = await run(() => zelk.queryRemoteDevicesLogs(text));
+    assert.deepEqual(requests, [['QueryRemoteDevicesLogs', expected]]);
+    assert.deepEqual(lines.filter((each) => each.startsWith('E')), line ? [E(line)] : []);
   }
 });
 
-test('a converter that gives null leaves the promise pending and the refusal uncaught', async () => {
-  const { pending, uncaught, lines } = await keeps({ deferreds: 1 }, () => probes.execute('text', 0, 'null'));
-  assert.deepEqual([pending, uncaught.length], [true, 1]);
-  assert.deepEqual(lines.slice(-3),
-    ['W FRAMEWORK: [OnCompleteCallback]"[Probe]reject deferred"', LEAVE, destroyed('Probe')]);
+test('an answer that cannot be made leaves the promise pending and the errors uncaught', async () => {
+  fail({ name: 'napi_create_string_utf8', nth: 2 });
+  const { pending, uncaught, lines } = await keeps({ deferreds: 1 }, () => zelk.getRemoteDevicesList());
+  assert.deepEqual([pending, uncaught.map(({ message }) => message)], [true, ['injected failure']]);
+  assert.deepEqual(lines.slice(-3), [
+    'W FRAMEWORK: [OnCompleteCallback]"[GetRemoteDevicesList]reject deferred"', LEAVE,
+    destroyed('GetRemoteDevicesList'),
+  ]);
 });
 
 // The fault sweep tells what is thrown and stays behind; these are the lines.

@@ -5,7 +5,6 @@ import assert from 'node:assert/strict';
 import { spawn } from 'node:child_process';
 import { once } from 'node:events';
 import { readFileSync } from 'node:fs';
-import { text } from 'node:stream/consumers';
 import { after, afterEach, before, test } from 'node:test';
 import { setTimeout as sleep } from 'node:timers/promises';
 import { fileURLToPath } from 'node:url';
@@ -33,12 +32,6 @@ function stop(child, signal = 'SIGKILL') {
   child.kill(signal);
   return end(child);
 }
-// A program with the module, as built for users. Gives its end: status, signal, output.
-const program = (code) => {
-  const library = JSON.stringify(`${buildFolder}zelklogservice.node`);
-  const child = start(process.execPath, '-e', `const zelk = require(${library}); ${code}`);
-  return [Promise.all([once(child, 'close'), text(child.stdout)]), child];
-};
 const startBus = () => {
   bus = start('dbus-daemon', `--config-file=${BUS_CONFIGURATION}`, '--nofork', '--nopidfile',
     `--address=${address}`, '--print-address');
@@ -65,22 +58,6 @@ async function freeze(child) {
 before(startBus);
 afterEach(() => Promise.all([...running].filter((child) => child !== bus).map((child) => stop(child))));
 after(() => stop(bus));
-
-test('several processes have one service', async () => {
-  await startService();
-  await zelk.handleModemLogSwitch(true);
-  const clients = Array.from({ length: 4 }, () => program(`(async () => {
-    const configKey = String(process.pid);
-    for (let i = 0; i < 50; i++) {
-      await zelk.changeModemLogConfig([{ configKey, value: { i } }]);
-      const items = await zelk.getModemLogConfig([configKey]);
-      require('node:assert').deepEqual(items, [{ configKey, value: { i } }]);
-    }
-    console.log(await zelk.getModemLogStatus(), await zelk.queryProtocolData('é"'));
-  })()`)[0]);
-  const expected = [[0, null], 'true {"request":"é\\"","data":""}\n'];
-  assert.deepEqual(await Promise.all(clients), Array(4).fill(expected));
-});
 
 // Makes so many calls and does `harm` meanwhile. All are settled and leave nothing. Gives how many came to
 // which code, 0 for an answer.
@@ -162,24 +139,5 @@ test('replaced by another owner', async () => {
       service = await startService();
     });
     assert.equal(await zelk.getTcpdumpStatus(), false); // The new one's.
-  }
-});
-
-test('a process ends with its own status while calls are in flight', async () => {
-  const service = await startService();
-  for (const [last, status, output] of [['process.exit(7);', 7, ''], ['', 0, 'answered\n'.repeat(4)]]) {
-    const [ended, child] = program(`zelk.getRemoteDevicesList().then(() => {
-      console.log('ready');
-      setTimeout(() => {
-        for (let i = 0; i < 4; ++i) zelk.getModemLogStatus().then(() => console.log('answered'));
-        ${last}
-      }, 100);
-    });`);
-    await Promise.race([once(child.stdout, 'data'), ended]);
-    await freeze(service);
-    await sleep(700);
-    assert.equal(child.exitCode, null); // Both wait for their calls.
-    service.kill('SIGCONT');
-    assert.deepEqual(await ended, [[status, null], `ready\n${output}`]);
   }
 });

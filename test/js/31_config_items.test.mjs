@@ -46,6 +46,8 @@ test('what cannot be used is left out, and every element yields one item', async
     p(NaN, [], '{"p":0}', ' p:4'),
     p(['x', ''], [LEN], '{"p":[}', ' p:16'),
     ...[undefined, 'text', 7].map((value) => [{ configKey: 'a', value }, [NO_NAMES], ofKey('a')]),
+    [{ configKey: 'a', value: { '': 5, [Symbol('s')]: 1 } }, [LEN, key('')], ofKey('a', '{"":5}', ' :4')],
+    [{ configKey: 'a', value: Object.create({ inherited: 1 }, { hidden: { value: 1 } }) }, [], ofKey('a')],
     [{ configKey: 'a', value: [5] }, [key('0')], ofKey('a', '{"0":5}', ' 0:4')],
     [{ configKey: 'a' }, [NO_NAMES], ofKey('a')],
     [{ value: { on: true } }, [NOT_STRING, key('on')], ofKey('', '{"on":true}', ' on:1')],

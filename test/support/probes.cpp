@@ -1,13 +1,12 @@
-// The module's internals, callable from JavaScript: its steps with null data, its value helpers, its executor. Linked
+// The module's internals, callable from JavaScript: its steps with null data, its value helpers. Linked
 // into the test build of the module.
 #include <algorithm>
 #include <array>
 
-#include "config/json_to_object.h"
 #include "config/napi_zelk_config_info_build.h"
 #include "control.h"
 #include "napi/functions.h"
-#include "napi/util/napi_executor.h"
+#include "napi/util/napi_context.h"
 #include "napi/util/napi_util.h"
 
 namespace {
@@ -49,12 +48,6 @@ napi_value Give(napi_env env, const std::string& text)
     return NapiUtil::CreateStringValue(env, text);
 }
 
-// As text: a JavaScript number is too narrow.
-napi_value Give(napi_env env, int64_t value)
-{
-    return Give(env, std::to_string(value));
-}
-
 // The key, then name:type of each parameter, then the text that the service would receive.
 napi_value Give(napi_env env, const std::shared_ptr<ConfigInfo>& item)
 {
@@ -74,13 +67,6 @@ napi_value Give(napi_env env, const std::vector<T>& list)
         napi_set_element(env, array, static_cast<uint32_t>(index), Give(env, T(list[index])));
     }
     return array;
-}
-
-// What `read` makes of the first argument.
-template <auto read>
-napi_value Read(napi_env env, const Argv& argv)
-{
-    return Give(env, read(env, argv[0]));
 }
 
 // What a list holds after `append` has seen the first argument.
@@ -136,20 +122,6 @@ napi_value AnswerNobody(napi_env env, const Argv&)
     return nullptr;
 }
 
-// (text to resolve or reject with, code, undefined or anything to convert to null)
-napi_value Execute(napi_env env, const Argv& argv)
-{
-    const auto result = std::make_pair(NapiUtil::GetInt32(env, argv[1]), NapiUtil::GetString(env, argv[0]));
-    const bool isNull = !NapiUtil::IsUndefined(env, argv[2]);
-    const auto job = [result] {
-        return result;
-    };
-    const auto converter = [isNull](napi_env jsEnv, std::string& text) {
-        return isNull ? nullptr : Give(jsEnv, text);
-    };
-    return NapiContext::Execute(std::make_unique<NapiExecutor<std::string>>("Probe", env, job, converter));
-}
-
 // (code)
 napi_value ThrowErrors(napi_env env, const Argv& argv)
 {
@@ -158,36 +130,9 @@ napi_value ThrowErrors(napi_env env, const Argv& argv)
     return nullptr;
 }
 
-napi_value MatchString(napi_env env, const Argv& argv)
-{
-    return Give(env, NapiUtil::MatchValueType(env, argv[0], napi_string));
-}
-
-napi_value GetType(napi_env env, const Argv& argv)
-{
-    return Give(env, static_cast<int32_t>(NapiUtil::GetType(env, argv[0])));
-}
-
-napi_value GetArrayType(napi_env env, const Argv& argv)
-{
-    return Give(env, static_cast<int32_t>(NapiUtil::GetArrayType(env, argv[0])));
-}
-
-napi_value GetProperty(napi_env env, const Argv& argv)
-{
-    napi_value value = NapiUtil::GetProperty(env, argv[0], NapiUtil::GetString(env, argv[1]));
-    return value == nullptr ? Give(env, std::string("null pointer")) : value;
-}
-
 napi_value GetFirstElement(napi_env env, const Argv& argv)
 {
     return NapiUtil::GetElement(env, argv[0], 0);
-}
-
-napi_value SetProperty(napi_env env, const Argv& argv)
-{
-    NapiUtil::SetPropertyStringUtf8(env, argv[0], "name", std::string("a\0b", 3));
-    return argv[0];
 }
 
 napi_value GetStrings(napi_env env, const Argv& argv)
@@ -197,22 +142,11 @@ napi_value GetStrings(napi_env env, const Argv& argv)
     return Give(env, list);
 }
 
-std::vector<std::shared_ptr<ConfigInfo>> ReadItems(napi_env env, napi_value array)
+napi_value ReadItems(napi_env env, const Argv& argv)
 {
     std::vector<std::shared_ptr<ConfigInfo>> items;
-    FillConfigInfoVector(env, array, items);
-    return items;
-}
-
-// (text, object): the text's members onto the object; the exception's text if jsoncpp throws.
-napi_value ConvertJson(napi_env env, const Argv& argv)
-{
-    try {
-        ConvertJsonToObject(env, NapiUtil::GetString(env, argv[0]), argv[1]);
-        return argv[1];
-    } catch (const std::exception& exception) {
-        return Give(env, std::string(exception.what()));
-    }
+    FillConfigInfoVector(env, argv[0], items);
+    return Give(env, items);
 }
 
 struct NamedProbe {
@@ -251,27 +185,13 @@ const NamedProbe PROBES[] = {
     {"handleBare", HandleBare},
     {"answerNothing", AnswerNothing},
     {"answerNobody", AnswerNobody},
-    {"execute", Execute},
     {"throwErrors", ThrowErrors},
-    {"matchString", MatchString},
-    {"getType", GetType},
-    {"getArrayType", GetArrayType},
-    {"isUndefined", Read<NapiUtil::IsUndefined>},
-    {"isArray", Read<NapiUtil::IsArray>},
-    {"getBool", Read<NapiUtil::GetBool>},
-    {"getInt32", Read<NapiUtil::GetInt32>},
-    {"getInt64", Read<NapiUtil::GetInt64>},
-    {"getString", Read<NapiUtil::GetString>},
-    {"getProperty", GetProperty},
     {"getFirstElement", GetFirstElement},
-    {"setProperty", SetProperty},
-    {"getPropertyNames", Append<std::string, NapiUtil::GetPropertyNames>},
     {"getBooleans", Append<bool, NapiUtil::GetBooleans>},
     {"getInt32s", Append<int, NapiUtil::GetInt32s>},
     {"getStrings", GetStrings},
     {"fillStringVector", Append<std::string, FillStringVector>},
-    {"fillConfigInfoVector", Read<ReadItems>},
-    {"convertJsonToObject", ConvertJson},
+    {"fillConfigInfoVector", ReadItems},
 };
 
 __attribute__((constructor)) void RegisterProbes()
