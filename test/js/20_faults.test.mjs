@@ -2,7 +2,7 @@
 // the module does when its call fails; what JavaScript and the service see, and what stays allocated, must
 // follow from it.
 import assert from 'node:assert/strict';
-import { after, before, test } from 'node:test';
+import { before, test } from 'node:test';
 import { E } from '../support/cases.mjs';
 import { answering, forms } from '../support/forms.mjs';
 import { counts, fail, gatedNames, leaves, names, run, service, trace, zelk } from '../support/zelk.mjs';
@@ -229,22 +229,17 @@ async function attempt(name, index, own, ...faults) {
   return { seen, calls, faults: counts().faults, text };
 }
 
-const tried = { forms: 0, single: 0, pairs: 0 };
-
 async function sweep(name, index, own) {
   const whole = outcome((await attempt(name, index, own, 0)).seen);
-  tried.forms++;
   for (let first = 1; ; ++first) {
     const single = await attempt(name, index, own, first);
     if (single.faults === 0) {
       break;
     }
-    tried.single++;
     for (let second = first + 1; second <= first + PAIR_REACH; ++second) {
       if ((await attempt(name, index, own, first, second)).faults < 2) {
         break;
       }
-      tried.pairs++;
     }
     // What cannot be read of an argument may change the question, never the answer.
     const answer = answersOf(single.seen);
@@ -261,8 +256,6 @@ async function sweep(name, index, own) {
 before(() => { // An error in the call keeps its promise from the caller, who cannot handle a rejection then.
   process.removeAllListeners('unhandledRejection').on('unhandledRejection', () => {});
 });
-after(() => console.log(`faults tried: ${tried.single} single, ${tried.pairs} pairs, ` +
-  `in ${tried.forms} combinations of form, service and callback`));
 
 for (const name of names) {
   test(`${name} survives every fault`, async () => {

@@ -32,45 +32,23 @@ const inWorker = (code) => new Worker(
   `const { parentPort } = require('node:worker_threads'); ${LOAD} ${code}`, { eval: true });
 const firstMessage = async (code) => (await once(inWorker(code), 'message'))[0];
 
-const item = '{"configKey":"k","value":{"n":1}}';
 const items = [{ configKey: 'k', value: { n: 1 } }];
 const reply = '{"configKey":"k","value":"{\\"n\\":1}"}';
 
-// Each: the operation, the arguments of the call and of the request, the answer, what the caller sees of it.
-const OPERATIONS = [
-  ['GetModemLogConfig', [['k']], [['k']], [reply], items],
-  ['GetModemLogStatus', [], [], true],
-  ['HandleModemLogSwitch', [true], [true], true],
-  ['HandleModemLogSwitch', [false, items], [false, [item]], true],
-  ['SendModemLogCommand', items, [item], true],
-  ['ChangeModemLogConfig', [items], [[item]], true],
-  ['GetTcpdumpStatus', [], [], true],
-  ['GetTcpdumpConfig', [['k']], [['k']], [Buffer.from(reply)], items],
-  ['ChangeTcpdumpConfig', [items], [[item]], true],
-  ['HandleTcpdumpSwitch', [true], [true], true],
-  ['HandleTcpdumpSwitch', [true, items], [true, [item]], true],
-  ['HandleBluetoothCallPcmLogSwitch', [true], [true], undefined, false],
-  ['FetchRemoteDevicesLogs', ['r', -(2 ** 62)], ['r', -(2n ** 62n)], 'grün'],
-  ['QueryRemoteDevicesLogs', ['ß'], ['ß'], Buffer.from('a\xff', 'latin1'), 'a\ufffd'],
-  ['GetRemoteDevicesList', [], [], ''],
-  ['QueryProtocolData', ['r'], ['r'], 'x'.repeat(100_000)],
-];
-
-test('each operation has its handler, which gets the arguments and gives the answer', async () => {
-  for (const [operation, given, args, answer, seen = answer] of OPERATIONS) {
-    const call = zelk[operation[0].toLowerCase() + operation.slice(1)];
-    for (const give of [(value) => value, async (value) => value]) {
-      serve({
-        [operation](...received) {
-          assert.deepEqual(received, args);
-          received.filter(Array.isArray).forEach((list) => list.pop());
-          return give(answer);
-        },
-      });
-      assert.deepEqual(await call(...given), seen, operation);
-      assert.deepEqual(service.requests, [{ operation, args }]);
-      service.restore();
-    }
+// The functions' own tests see that each operation gets its arguments and gives its answer.
+test('a handler gets copies of the lists, and answers with text or bytes, at once or later', async () => {
+  for (const give of [(value) => value, async (value) => value]) {
+    serve({
+      GetTcpdumpConfig: (keys) => give([Buffer.from(reply.replace('k', keys.pop()))]),
+      QueryRemoteDevicesLogs: () => give(Buffer.from('a\xff', 'latin1')),
+    });
+    assert.deepEqual(await zelk.getTcpdumpConfig(['k']), items);
+    assert.equal(await zelk.queryRemoteDevicesLogs('ß'), 'a\ufffd');
+    assert.deepEqual(service.requests, [
+      { operation: 'GetTcpdumpConfig', args: [['k']] },
+      { operation: 'QueryRemoteDevicesLogs', args: ['ß'] },
+    ]);
+    service.restore();
   }
 });
 
@@ -142,19 +120,14 @@ test('a service is put in front of the one before, each with its own reference s
   assert.deepEqual(first.requests, []);
 });
 
-test('the service leaves and joins again, and calls that wait go on', async () => {
+test('calls that wait go on while the service is away', async () => {
   let finish;
   serve({ GetModemLogStatus: () => new Promise((resolve) => (finish = resolve)) });
   const waiting = zelk.getModemLogStatus();
   await arrival();
   service.leave();
-  const log = captureLog();
   assert.deepEqual(await outcome(zelk.getModemLogStatus()), ['rejected', false]);
-  log.stop();
-  assert.deepEqual(log.lines.filter(({ tag }) => tag === 'FRAMEWORK'), [
-    { level: 'W', domain: 0xd002d19, tag: 'FRAMEWORK', message: '[GetModemLogStatus]"get proxy fail."' }]);
   assert.equal(service.requests.length, 1);
-  service.join();
   finish(true);
   assert.equal(await waiting, true);
 });
@@ -204,7 +177,6 @@ test('a process ends as it wants to while calls wait', () => {
   for (const [code, status] of [
     [`${SERVE} setTimeout(() => process.exit(3), 100);`, 3],
     [`${SERVE} setTimeout(() => service.restore(), 100);`, 0],
-    [`${SERVE} service.handle('GetModemLogStatus', () => process.exit(4));`, 4],
     [`process.on('exit', () => { ${SERVE} }); logService().restore();`, 0],
   ]) {
     const start = Date.now();
@@ -238,8 +210,7 @@ test('an identity holds in every thread until it is given back', async () => {
     .then((on) => parentPort.postMessage(on !== undefined));`;
   const served = async () => await zelk.getModemLogStatus() !== undefined;
   for (const [caller, isServed] of [
-    [{ systemApplication: false }, false], [{ systemApplication: true }, true], [2n ** 32n, true],
-    [2n ** 64n - 1n - 2n ** 32n, false], [null, true],
+    [{ systemApplication: false }, false], [{ systemApplication: true }, true], [1n, false], [null, true],
   ]) {
     setCaller(caller);
     assert.deepEqual([await served(), await firstMessage(ASK)], [isServed, isServed]);
