@@ -78,23 +78,18 @@ test('all of it can be removed again', () => {
   assert.equal(existsSync(installed('lib/zelklogservice')), false);
 });
 
-const INEXPRESSIBLE = ['a"b', 'a;b', 'a\\b', 'a${b}', 'a\nb'];
-
-test('a prefix that cannot be written down in the installed files is refused in one line', () => {
-  for (const prefix of [...INEXPRESSIBLE.map((name) => `/${name}`), 'not/absolute']) {
-    const { status, stdout, stderr } = change('install', prefix);
+test('a prefix and a checkout that cannot be written down in files are refused in one line', () => {
+  const isRefused = ({ status, stdout, stderr }, line) => {
     assert.deepEqual([status, stdout], [1, '']);
-    assert.match(stderr, /^scripts\/install\.sh: PREFIX.*\n$/);
-  }
-});
-
-test('a checkout in a folder that CMake cannot name is refused in one line', () => {
-  for (const name of INEXPRESSIBLE) {
+    assert.match(stderr, line);
+  };
+  for (const name of ['a"b', 'a;b', 'a\\b', 'a${b}', 'a\nb']) {
+    isRefused(change('install', `/${name}`), /^scripts\/install\.sh: PREFIX.*\n$/);
     const checkout = join(DESTDIR, name);
     mkdirSync(checkout);
     symlinkSync(join(root, 'scripts'), join(checkout, 'scripts'));
-    const { status, stdout, stderr } = run(join(checkout, 'scripts/setup.sh'), ['build']);
-    assert.deepEqual([status, stdout], [1, '']);
-    assert.match(stderr, /^scripts\/setup\.sh: the path of this checkout .*\n$/);
+    isRefused(run(join(checkout, 'scripts/setup.sh'), ['build']),
+      /^scripts\/setup\.sh: the path of this checkout .*\n$/);
   }
+  isRefused(change('install', 'not/absolute'), /^scripts\/install\.sh: PREFIX.*\n$/);
 });
