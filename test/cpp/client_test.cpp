@@ -26,33 +26,28 @@ size_t SlotOf(Operation operation)
     return pointer / sizeof(void*) + 1;
 }
 
+template <auto... OPERATIONS>
+std::vector<size_t> SlotsOf()
+{
+    return {SlotOf(OPERATIONS)...};
+}
+
 TEST(Client, HasThePlatformsBinaryInterface)
 {
     using S = IZelkLogService;
-    using Switch = int32_t (S::*)(bool, bool&);
-    using ItemSwitch = int32_t (S::*)(bool, Texts&, bool&);
-    const std::vector<size_t> slots = {SlotOf(&S::GetModemLogConfig),
-                                       SlotOf(&S::GetModemLogDirectPackConfig),
-                                       SlotOf(&S::GetModemLogLogMasks),
-                                       SlotOf(&S::GetModemLogStatus),
-                                       SlotOf(Switch{&S::HandleModemLogSwitch}),
-                                       SlotOf(ItemSwitch{&S::HandleModemLogSwitch}),
-                                       SlotOf(&S::SendModemLogCommand),
-                                       SlotOf(&S::ChangeModemLogConfig),
-                                       SlotOf(&S::GetTcpdumpStatus),
-                                       SlotOf(&S::GetTcpdumpConfig),
-                                       SlotOf(&S::ChangeTcpdumpConfig),
-                                       SlotOf(Switch{&S::HandleTcpdumpSwitch}),
-                                       SlotOf(ItemSwitch{&S::HandleTcpdumpSwitch}),
-                                       SlotOf(&S::HandleBluetoothCallPcmLogSwitch),
-                                       SlotOf(&S::FetchRemoteDevicesLogs),
-                                       SlotOf(&S::QueryRemoteDevicesLogs),
-                                       SlotOf(&S::GetRemoteDevicesList),
-                                       SlotOf(&S::QueryProtocolData)};
+    constexpr int32_t (S::*modemSwitch)(bool, bool&) = &S::HandleModemLogSwitch;
+    constexpr int32_t (S::*modemItems)(bool, Texts&, bool&) = &S::HandleModemLogSwitch;
+    constexpr int32_t (S::*tcpdumpSwitch)(bool, bool&) = &S::HandleTcpdumpSwitch;
+    constexpr int32_t (S::*tcpdumpItems)(bool, Texts&, bool&) = &S::HandleTcpdumpSwitch;
+    const std::vector<size_t> slots =
+        SlotsOf<&S::GetModemLogConfig, &S::GetModemLogDirectPackConfig, &S::GetModemLogLogMasks, &S::GetModemLogStatus,
+                modemSwitch, modemItems, &S::SendModemLogCommand, &S::ChangeModemLogConfig, &S::GetTcpdumpStatus,
+                &S::GetTcpdumpConfig, &S::ChangeTcpdumpConfig, tcpdumpSwitch, tcpdumpItems,
+                &S::HandleBluetoothCallPcmLogSwitch, &S::FetchRemoteDevicesLogs, &S::QueryRemoteDevicesLogs,
+                &S::GetRemoteDevicesList, &S::QueryProtocolData>();
     EXPECT_EQ(slots, (std::vector<size_t>{4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 21, 22, 23, 24, 25}));
-    EXPECT_EQ(SlotOf(&Client::GetProxy), 1);
-    EXPECT_EQ(SlotOf(&Client::OnRemoteDied), 2);
-    EXPECT_EQ(SlotOf(&Client::RegisterRemotedDied), 5);
+    const std::vector<size_t> own = SlotsOf<&Client::GetProxy, &Client::OnRemoteDied, &Client::RegisterRemotedDied>();
+    EXPECT_EQ(own, (std::vector<size_t>{1, 2, 5}));
     // Destroys the client through either base.
     EXPECT_TRUE(std::has_virtual_destructor_v<Client>);
     EXPECT_TRUE(std::has_virtual_destructor_v<DelayedSingleton<ZelkLogServiceClient>>);
