@@ -1,31 +1,33 @@
 /**
- * Tests of applications that use zelklogservice: a log service written in JavaScript, in the same process, with the real
- * module in front of it; the module's log lines; and the identity of the process.
+ * For testing applications that use zelklogservice: a log service written in JavaScript, in the same process as the
+ * real module; the module's log lines; and the identity of the process.
  *
- * Loading this changes nothing. Nothing of it is in the module, and a device has none of it.
+ * Loading this changes nothing. It is not part of the module and does not exist on a device.
  */
 
 /** An answer text. A string is sent as UTF-8, a `Uint8Array` byte for byte, so that broken text can be tried. */
 export type AnswerText = string | Uint8Array;
 
-/** What a handler gives: the answer or a promise of it. `undefined` is code 0 without an answer. */
+/** What a handler returns: the answer or a promise of it. `undefined` is code 0 without an answer. */
 export type Answer<T> = T | undefined | void | PromiseLike<T | undefined | void>;
 
 /**
  * The operations of the log service. A handler gets the arguments of the request: booleans, texts, and arrays of the
  * texts of items and keys. It runs on the JavaScript thread that called {@link logService}.
  *
- * What it gives is the answer, with code 0. What it throws decides as well:
+ * Its result is the answer, with code 0. If it throws, the call fails with:
  *
- * - a {@link ServiceError}: its code, and its answer if it has one;
- * - anything else: code 1003. An answer of the wrong type is code 1004. Both are mistakes of the test: they are kept in
- *   {@link LogService.errors} and thrown by {@link LogService.restore}.
+ * - for a {@link ServiceError}, its code, and its answer if it has one;
+ * - for anything else, code 1003.
+ *
+ * An answer of the wrong type fails with code 1004. The last two are mistakes of the test: they are kept in
+ * {@link LogService.errors} and thrown by {@link LogService.restore}.
  *
  * Without a handler, a reference service answers. Each {@link logService} has its own, which starts from its initial
  * state.
  */
 export interface Handlers {
-  /** @param keys The keys that are asked for. Answer: one text per item, `{"configKey":"KEY","value":"TEXT"}`. */
+  /** @param keys The requested keys. Answer: one text per item, `{"configKey":"KEY","value":"TEXT"}`. */
   GetModemLogConfig?: (keys: string[]) => Answer<readonly AnswerText[]>;
   GetModemLogDirectPackConfig?: () => Answer<AnswerText>;
   /** Answer: one text per mask, `{"configKey":"KEY","value":"TEXT"}`. */
@@ -40,7 +42,7 @@ export interface Handlers {
   GetTcpdumpConfig?: (keys: string[]) => Answer<readonly AnswerText[]>;
   ChangeTcpdumpConfig?: (configs: string[]) => Answer<boolean>;
   HandleTcpdumpSwitch?: (on: boolean, configs?: string[]) => Answer<boolean>;
-  /** The service answers nothing but its code. */
+  /** The service answers only its code. */
   HandleBluetoothCallPcmLogSwitch?: (on: boolean) => Answer<never>;
   FetchRemoteDevicesLogs?: (request: string, value: bigint) => Answer<AnswerText>;
   QueryRemoteDevicesLogs?: (request: string) => Answer<AnswerText>;
@@ -50,8 +52,8 @@ export interface Handlers {
 
 export interface LogServiceOptions {
   /**
-   * How long a call waits for its handler, in milliseconds, 1 to 2147483647. Then the call ends with code 1002, as one
-   * that the service did not answer in time. 25000 by default.
+   * How long a call waits for its handler, in milliseconds, 1 to 2147483647. After that the call ends with code 1002,
+   * like one that the service did not answer in time. 25000 by default.
    */
   timeout?: number;
 }
@@ -62,11 +64,11 @@ export interface ServiceRequest {
   args: (boolean | string | bigint | string[])[];
 }
 
-/** A log service that a test has put in the place of the process's own. */
+/** A log service that a test uses in place of the process's own. */
 export interface LogService {
-  /** What arrived, in that order, requests without a handler too. `requests.length = 0` empties it. */
+  /** The requests in the order of their arrival, also those without a handler. `requests.length = 0` empties it. */
   readonly requests: ServiceRequest[];
-  /** The mistakes of handlers: what they threw that is not a {@link ServiceError}, and answers of the wrong type. */
+  /** The mistakes of handlers: thrown values that are not a {@link ServiceError}, and answers of the wrong type. */
   readonly errors: unknown[];
   /** Empties {@link requests}. */
   clear(): void;
@@ -76,16 +78,16 @@ export interface LogService {
    * @throws {TypeError} The service has no operation of this name, or the handler is not a function.
    */
   handle<Name extends keyof Handlers>(name: Name, handler: Handlers[Name] | undefined): void;
-  /** From now on there is no service: calls do not reach it. Those that wait for a handler go on. */
+  /** From now on there is no service: calls do not reach it. Calls that wait for a handler go on. */
   leave(): void;
   /** The service is back. */
   join(): void;
   /**
-   * Takes the service away: what was there before is back. Calls that wait for a handler end within 100 ms with code
-   * 1001, as when the service is gone; those that no worker thread has begun yet go to the service that is there then.
-   * A second time does nothing. `using` does the same at the end of its block.
+   * Removes this service and restores the one before it. Calls that wait for a handler end within 100 ms with code
+   * 1001, as when the service is gone; calls that no worker thread has begun yet go to the restored service. Calling it
+   * again does nothing. `using` does the same at the end of its block.
    *
-   * @throws {AggregateError} Of {@link errors}, when there are any. The service is restored nevertheless.
+   * @throws {AggregateError} With {@link errors}, when there are any. The service is removed nevertheless.
    * @throws {Error} `ERR_ZELK_RESTORE_ORDER`: a later service is in front of this one. Nothing is restored.
    */
   restore(): void;
@@ -100,12 +102,12 @@ declare global {
 }
 
 /**
- * Puts a log service in the place of the process's own until it is restored. Calls from all threads reach it. A second
- * one in the same thread is in front of the first until it is restored.
+ * Replaces the process's log service until {@link LogService.restore}. Calls from all threads reach it. A second one in
+ * the same thread is in front of the first until it is restored.
  *
  * A call that waits for its handler holds one of the runtime's worker threads: four, unless `UV_THREADPOOL_SIZE` says
- * otherwise. A handler that waits for such a thread itself, as one that reads a file does, while all of them wait for
- * handlers, waits for its time limit. A handler that never answers holds its call until that limit, or until the
+ * otherwise. A handler that itself needs such a thread, for example to read a file, while all of them wait for
+ * handlers, waits until its time limit. A handler that never answers holds its call until that limit, or until the
  * environment of the handler ends: then the call ends with code 1001 within 100 ms.
  *
  * @throws {TypeError} An unknown operation (the message lists the known ones), or a handler that is not a function.
@@ -114,7 +116,7 @@ declare global {
  */
 export function logService(handlers?: Handlers, options?: LogServiceOptions): LogService;
 
-/** The failure that a handler throws to make the service answer with a code other than 0. */
+/** The error that a handler throws to make the service answer with a code other than 0. */
 export class ServiceError extends Error {
   /**
    * @param code An int32 other than 0.
@@ -130,7 +132,7 @@ export class ServiceError extends Error {
 /** One line of the log. */
 export interface LogLine {
   level: 'D' | 'I' | 'W' | 'E' | 'F';
-  /** The whole domain; a written line shows its low 20 bits. */
+  /** The full domain; a written line shows its low 20 bits. */
   domain: number;
   tag: string;
   /** With its arguments filled in. */
@@ -138,22 +140,23 @@ export interface LogLine {
 }
 
 export interface LogCapture {
-  /** Every line since the start, in the order of writing. Reading this takes in what was written so far. */
+  /** Every line since the start, in the order of writing, up to the moment when this is read. */
   readonly lines: LogLine[];
-  /** Takes in no further line. */
+  /** Ends the capture; `lines` stays. */
   stop(): void;
 }
 
 /**
- * Captures every line that is written from now on, whatever the level in force and whichever thread writes it. Lines
- * still go where they went. Any number of captures may run at the same time.
+ * Captures every line from now on, whatever the level in force and whichever thread logs it. Lines are still written as
+ * before. Any number of captures may run at the same time.
  */
 export function captureLog(): LogCapture;
 
 /**
- * Gives the process an identity, in all threads. The last call wins. An identity that a worker thread set ends with it.
+ * Sets the identity of the process, in all threads. The last call wins. An identity set by a worker thread ends with
+ * that thread.
  *
- * @param caller Whether the process is a system application, or its full token id; null gives it the environment's again.
+ * @param caller Whether the process is a system application, or its full token id; null restores the environment's.
  * @throws {TypeError} `caller` is none of these.
  * @throws {RangeError} A token id that does not fit 64 bits.
  */

@@ -1,7 +1,7 @@
 'use strict';
 
-// The testing kit; testing.d.ts is its manual. Whatever a test gets to see is made here and so belongs to the
-// realm that loaded this file: some test runners give each test file a realm of its own.
+// The testing kit; testing.d.ts is its manual. Every object that a test gets is created here and so belongs to
+// the realm that loaded this file: some test runners give each test file its own realm.
 
 const { inspect, types } = require('util');
 const addon = require('./library.js').load('zelk_testing.node');
@@ -13,7 +13,7 @@ const OTHER_APPLICATION = BigInt(1);
 const CODE_HANDLER_FAILED = 1003;
 const CODE_WRONG_ANSWER = 1004;
 
-// What each operation answers.
+// The type that each operation answers with.
 const OPERATIONS = {
   GetModemLogConfig: 'an array of strings',
   GetModemLogDirectPackConfig: 'a string',
@@ -58,7 +58,7 @@ const IS_ANSWER = {
   nothing: () => false,
 };
 
-// `value`, which the handler of `operation` gave, as it is sent; a list is read once.
+// `value`, which the handler of `operation` returned, in the form in which it is sent; a list is read once.
 function checkedAnswer(operation, value) {
   const wanted = OPERATIONS[operation];
   const mistake = (found) => new TypeError(`the handler of ${operation} answers ${wanted}, not ${found}`);

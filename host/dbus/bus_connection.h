@@ -12,7 +12,7 @@
 
 namespace OHOS::Host {
 
-// What a call that fails on the way returns in place of the service's code.
+// What a call that breaks off returns in place of the service's code.
 enum IpcCode : int32_t {
     IPC_OK = 0,
     IPC_SERVICE_GONE = 1001,

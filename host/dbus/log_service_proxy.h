@@ -15,7 +15,7 @@
 
 namespace OHOS::Host {
 
-// Every operation returns the service's code, or an IpcCode when the call fails on the way. It takes no longer than
+// Every operation returns the service's code, or an IpcCode when the call breaks off. It takes no longer than
 // the limit, including the time that finding the service took. Nothing here throws std::bad_alloc.
 class LogServiceProxy : public HiviewDFX::IZelkLogService {
 public:

@@ -33,11 +33,10 @@ public:
         return lowestWanted_;
     }
 
-    // `line` is to be written but for its time stamp, for which there is room at its start, and its end of line. Its
-    // message starts at `messageStart`. Returns the number of bytes written, 0 for a line that is only captured, -1 for
-    // one that is lost.
+    // Writes `line`, which has room for the time stamp at its start and no end of line yet. Its message starts at
+    // `messageStart`. Returns the number of bytes written, 0 for a line that is only captured, -1 for one that is lost.
     int Put(LogLevel level, unsigned int domain, const char* tag, std::string& line, size_t messageStart);
-    // For a line that could not even be made.
+    // Counts a line that could not even be built.
     void CountLoss();
     void SetCapture(LogCapture capture);
 
@@ -51,7 +50,7 @@ private:
     void Show(LogLevel level, unsigned int domain, const char* tag, std::string_view message);
     // With `outputMutex_` held:
     void Stamp(char* stamp);
-    // The line that says so, after the end of a line that was broken off: such a line is one of those lost.
+    // The line that reports the loss, after a line feed for a line that was cut off, which counts as lost.
     std::string LossReport(size_t lost);
     int Write(std::string& line, Deadline deadline);
 

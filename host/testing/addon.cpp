@@ -1,5 +1,5 @@
-// The functions of zelk_testing.node, for testing.js and nobody else: that file checks what it is given and makes every
-// object and error, so that they belong to the realm that loaded it.
+// The functions of zelk_testing.node, for testing.js only: that file checks all arguments and creates every object and
+// error, so that they belong to the realm that loaded it.
 #include <array>
 #include <chrono>
 #include <cstdint>
@@ -77,8 +77,8 @@ bool Boolean(napi_env env, napi_value value)
     return isTrue;
 }
 
-// When the process ends, Node.js waits for its pool and runs no JavaScript meanwhile. `process` is the real one,
-// whatever a test runner shows to its tests.
+// When the process ends, Node.js waits for its pool and runs no JavaScript meanwhile. `process` is the real one, not
+// the one that a test runner may give its tests.
 void EndServicesAtExit(napi_env env)
 {
     napi_value global = nullptr;

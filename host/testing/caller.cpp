@@ -10,7 +10,7 @@ namespace OHOS::Host {
 namespace {
 
 std::mutex g_mutex;      // Guards the order of changes.
-std::thread::id g_giver; // Whose token holds; nobody's while it is the environment's.
+std::thread::id g_giver; // The thread whose token is in force; none while it is the environment's.
 
 } // namespace
 

@@ -1,4 +1,4 @@
-// The identity that a test gives its process.
+// The identity that a test gives to its process.
 #ifndef HOST_TESTING_CALLER_H
 #define HOST_TESTING_CALLER_H
 
@@ -7,11 +7,11 @@
 
 namespace OHOS::Host {
 
-// Makes `token` the process's full token id; nothing makes it the environment's again. The last call wins, whichever
-// thread made it.
+// Makes `token` the process's full token id; without a value it is the environment's again. The last call wins,
+// whichever thread made it.
 void SetCaller(std::optional<uint64_t> token);
 
-// Gives the identity back if the last call was this thread's.
+// Restores the environment's identity if the last call was made by this thread.
 void ForgetCallerOfThisThread();
 
 } // namespace OHOS::Host

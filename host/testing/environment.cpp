@@ -27,8 +27,8 @@ std::shared_ptr<Environment> Environment::Create(napi_env env, std::function<voi
     if (status != napi_ok) {
         return nullptr;
     }
-    static_cast<void>(owner.release()); // Finalize's.
-    // What waits for a handler keeps its own environment alive.
+    static_cast<void>(owner.release()); // Now owned by Finalize.
+    // Calls that wait for a handler keep their own environment alive.
     napi_unref_threadsafe_function(env, environment->function_);
     return environment;
 }
@@ -40,7 +40,7 @@ bool Environment::Post(Task task)
     if (!Queue(owned.get())) {
         return false;
     }
-    static_cast<void>(owned.release()); // RunTask's.
+    static_cast<void>(owned.release()); // Now owned by RunTask.
     return true;
 }
 
@@ -60,7 +60,7 @@ void Environment::RunTask(napi_env env, napi_value /*function*/, void* context, 
 {
     const std::unique_ptr<Task> task(static_cast<Task*>(data));
     if (env == nullptr) {
-        return; // What was still queued at the end; the context may be gone.
+        return; // The task was still queued at the end; the context may be gone.
     }
     auto& environment = *static_cast<Environment*>(context);
     if (!CanRunJavaScript(env)) {

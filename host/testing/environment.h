@@ -12,7 +12,7 @@
 
 namespace OHOS::Host {
 
-// Made on its JavaScript thread. Outlives the environment itself for as long as somebody asks it.
+// Created on its JavaScript thread. Outlives the environment itself as long as it has an owner.
 class Environment {
 public:
     using Task = std::function<void(napi_env env)>;
@@ -20,13 +20,13 @@ public:
     // Null when the runtime refuses. `onEnd` is called once, on the JavaScript thread, when no task can run any more.
     static std::shared_ptr<Environment> Create(napi_env env, std::function<void(Environment&)> onEnd);
 
-    // Has `task` run on the JavaScript thread, in the order of the calls. False when the environment has ended. It may
-    // still end before the task has run: whoever waits for the task pings meanwhile. Any thread.
+    // Runs `task` on the JavaScript thread, in the order of the calls. False when the environment has ended. It may
+    // still end before the task has run: a thread that waits for the task must ping meanwhile. Any thread.
     bool Post(Task task);
 
-    // Makes the environment notice that it has ended. While it comes to its end, its thread waits for the work that the
-    // runtime's pool does for it, and says so to nobody; but it still runs what is posted, up to the first call that
-    // would reach JavaScript. Any thread.
+    // Makes the environment notice that it has ended. While it is ending, its thread waits for its work on the
+    // runtime's pool and notifies no one; but it still runs posted tasks, up to the first call that would reach
+    // JavaScript. Any thread.
     void Ping();
 
     // Whether this is the JavaScript thread.
@@ -35,7 +35,7 @@ public:
         return thread_ == std::this_thread::get_id();
     }
 
-    // No task runs any more. JavaScript thread.
+    // From now on no task runs. JavaScript thread.
     void End();
 
 private:
@@ -51,7 +51,7 @@ private:
     std::mutex mutex_; // Guards everything below.
     napi_threadsafe_function function_ = nullptr;
     bool hasEnded_ = false;
-    bool isPinged_ = false; // A ping is on its way.
+    bool isPinged_ = false; // A ping has been posted.
 };
 
 } // namespace OHOS::Host

@@ -34,18 +34,18 @@ public:
     struct Reply {
         int32_t code = 0;
         Value answer;            // Nothing leaves the caller's answer untouched.
-        bool isFallback = false; // The fallback is to answer, and nothing of the above counts.
+        bool isFallback = false; // The fallback answers; the members above are ignored.
     };
-    // What runs on the JavaScript thread for each request; it calls Answer, now or later, with the id.
+    // Runs on the JavaScript thread for each request; it calls Answer, now or later, with the id.
     using Handler = std::function<void(napi_env env, uint64_t id, const Request& request)>;
 
     HandlerService(std::shared_ptr<Environment> environment, Handler handler, sptr<Service> fallback,
                    std::chrono::duration<double, std::milli> limit);
 
-    // Answers a call; one that has ended already is nobody's. Any thread.
+    // Answers a call; ignored when the call has already ended. Any thread.
     void Answer(uint64_t id, Reply reply);
 
-    // Every call that waits, and every later one, ends with CODE_GONE; no handler is called any more. Any thread.
+    // Every waiting call and every later one ends with CODE_GONE; handlers are no longer called. Any thread.
     void End();
 
     const std::shared_ptr<Environment>& Home() const
@@ -82,7 +82,7 @@ private:
         Reply reply;
     };
 
-    // Returns the code and writes the answer to `out`; where the fallback is to answer, calls `ask` with it.
+    // Returns the code and writes the answer to `out`; if the fallback answers, calls `ask` with it.
     template <typename Out, typename Ask>
     int32_t Call(Request request, Out& out, Ask ask);
     Reply Wait(Request request);

@@ -1,4 +1,4 @@
-// The values that requests and answers are made of, and their JavaScript form.
+// The values in requests and answers, and their JavaScript form.
 #ifndef HOST_TESTING_JS_VALUE_H
 #define HOST_TESTING_JS_VALUE_H
 
@@ -17,8 +17,8 @@ using Value = std::variant<std::monostate, bool, int64_t, std::string, std::vect
 napi_value ToJs(napi_env env, const Value& value);
 napi_value ToJs(napi_env env, const std::string& text);
 
-// Of a boolean, a string, a Uint8Array, or an array of the latter two; nothing for all else. A string is read as UTF-8,
-// a Uint8Array byte for byte.
+// From a boolean, a string, a Uint8Array, or an array of the latter two; nothing for anything else. A string is read as
+// UTF-8, a Uint8Array byte for byte.
 Value FromJs(napi_env env, napi_value value);
 
 } // namespace OHOS::Host

@@ -8,7 +8,7 @@ namespace OHOS::Host {
 
 LogCaptures& LogCaptures::Instance()
 {
-    static auto* const instance = new LogCaptures; // Other threads may log after static objects have gone.
+    static auto* const instance = new LogCaptures; // Other threads may log after static objects are destroyed.
     return *instance;
 }
 
@@ -55,7 +55,7 @@ void LogCaptures::Keep(const LogRecord& record)
 
 void LogCaptures::UpdateSlot(std::unique_lock<std::mutex>& lock)
 {
-    // Not wait(): GCC 12 takes that from a C++ library that is newer than the package may need.
+    // Not wait(): with GCC 12 that needs a newer C++ library than the package may require.
     while (isUpdating_) {
         updated_.wait_for(lock, std::chrono::seconds(1));
     }

@@ -1,4 +1,4 @@
-// Everybody who listens to the process's log lines through the one slot that the log has for it.
+// All captures of the process's log lines, which share the log's one slot for a capture.
 #ifndef HOST_TESTING_LOG_CAPTURES_H
 #define HOST_TESTING_LOG_CAPTURES_H
 
@@ -14,7 +14,7 @@ namespace OHOS::Host {
 // Any thread may call any method.
 class LogCaptures {
 public:
-    // One listener's lines that it has not taken yet; its owner ends it at the latest.
+    // The lines of one capture that have not been taken yet; ended by its owner's end at the latest.
     struct Capture {
         const void* owner;
         std::vector<LogRecord> lines;
@@ -22,7 +22,7 @@ public:
 
     static LogCaptures& Instance();
 
-    // Every line from now on is kept until it is taken. Lines still go where they went.
+    // Every line from now on is kept until it is taken. Lines are still written as before.
     std::shared_ptr<Capture> Start(const void* owner);
     // No further line is kept.
     void Stop(const std::shared_ptr<Capture>& capture);
@@ -32,12 +32,12 @@ public:
 
 private:
     void Keep(const LogRecord& record);
-    // Fills or empties the log's slot, without the lock: the log waits there for the line that is just being kept.
+    // Fills or empties the log's slot, without the lock, because the log waits there for the line being kept.
     void UpdateSlot(std::unique_lock<std::mutex>& lock);
 
     std::mutex mutex_; // Guards everything below and the lines.
     std::condition_variable updated_;
-    bool isUpdating_ = false; // Somebody is at the slot.
+    bool isUpdating_ = false; // A thread is changing the slot.
     std::vector<std::shared_ptr<Capture>> captures_;
 };
 

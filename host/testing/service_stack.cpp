@@ -60,7 +60,7 @@ void ServiceStack::RemoveAllOf(const Environment& environment)
     });
     const std::vector<Entry> removed(firstRemoved, entries_.end());
     entries_.erase(firstRemoved, entries_.end());
-    // First, so that who sees its call end finds the service of the process.
+    // First, so that a caller whose call ends finds the service of the process.
     Apply();
     std::for_each(removed.begin(), removed.end(), [](const Entry& entry) { entry.service->End(); });
 }

@@ -1,4 +1,4 @@
-// Which handler service is in the place of the process's log service.
+// The handler services that replace the process's log service.
 #ifndef HOST_TESTING_SERVICE_STACK_H
 #define HOST_TESTING_SERVICE_STACK_H
 
@@ -21,14 +21,14 @@ public:
     // Takes `service` away and ends it. False when another one is in front of it.
     bool Remove(const sptr<HandlerService>& service);
 
-    // Whether the service can be found; it can at first. Calls that it has already are not affected.
+    // Sets whether the service can be found; at first it can. Calls that have already reached it are not affected.
     void SetPresent(const sptr<HandlerService>& service, bool isPresent);
 
-    // Takes away and ends every service of an environment that has come to its end.
+    // Takes away and ends every service of an environment that has ended.
     void RemoveAllOf(const Environment& environment);
 
-    // Ends every service, later ones too, but leaves them in their place: at the end of the process, no call may go
-    // anywhere else.
+    // Ends every service, later ones too, but leaves them in place: at the end of the process, no call may go anywhere
+    // else.
     void EndAll();
 
 private:
@@ -38,7 +38,7 @@ private:
     };
 
     std::vector<Entry>::iterator Find(const sptr<HandlerService>& service);
-    // Makes the process find what is in front now.
+    // Makes the process find the service that is in front now.
     void Apply() const;
 
     std::mutex mutex_; // Guards everything below.
