@@ -1,19 +1,19 @@
-# Every target does its own set-up first; where nothing is missing that is only a look.
+# Every target first does its own set-up, which only checks when nothing is missing.
 SHELL := bash
 # Bash reads its start-up file where its input is a socket.
 .SHELLFLAGS := --norc -euo pipefail -c
 .DEFAULT_GOAL := help
 
-# As they were given: a dollar sign in a path is one.
+# Taken literally: a dollar sign in a path is a dollar sign.
 PREFIX ?= /usr/local
 override PREFIX := $(value PREFIX)
 override DESTDIR := $(value DESTDIR)
 export PREFIX DESTDIR
 
-# What a user of the module runs; the other targets of the build are tests.
+# The targets that a user of the module needs; the others are tests.
 PRODUCT := zelklogservice zelk_dbus zelk_testing zelk-log-service command_docs
 
-# `make build` and `make demo` keep a configuration that has tests: no target undoes another's.
+# `make build` and `make demo` keep a configuration that has tests: no target undoes another's work.
 configure = cmake --preset release --log-level=WARNING >/dev/null
 build_product = $(configure) && cmake --build --preset release --target $(PRODUCT)
 
@@ -29,7 +29,7 @@ build: ## build the module and the log service into build/release
 	@./scripts/setup.sh build
 	@$(build_product)
 
-demo: ## show the module at work, on the embedded log service and on one in a process of its own
+demo: ## show the module at work, with the embedded log service and with one in its own process
 	@./scripts/setup.sh build demo
 	@$(build_product)
 	@./scripts/demo.sh
@@ -69,7 +69,7 @@ lint: ## check the format, build with Clang, run clang-tidy and eslint, check th
 	@./scripts/format.sh --dry-run --Werror
 	@./scripts/lint.sh
 
-bench: ## measure, and compare with what else can do the same
+bench: ## measure, and compare with other ways to do the same
 	@./scripts/setup.sh build bench
 	@./scripts/bench.sh
 
@@ -78,7 +78,7 @@ soak: ## call for a long time and watch memory
 	@$(build_product)
 	@./scripts/soak.sh
 
-fuzz: ## feed made-up input to what reads input
+fuzz: ## feed random input to the code that parses input
 	@./scripts/setup.sh build fuzz
 	@./scripts/fuzz.sh
 
@@ -90,7 +90,7 @@ pack: ## make the npm package, for x64 and arm64, and try it in an empty folder
 	@./scripts/pack.sh
 
 install: ## install zelklog, the log service and its D-Bus files below PREFIX (/usr/local)
-	@# Nothing is built in somebody else's checkout, as by sudo.
+	@# Nothing is built in another user's checkout, as with sudo.
 	@if [ -O . ]; then ./scripts/setup.sh build && $(build_product); fi
 	@./scripts/install.sh install
 

@@ -2,7 +2,7 @@ import zelklogservice from './index.js';
 
 export default zelklogservice;
 
-// The functions are properties that cannot be enumerated, so each is named here.
+// The functions are not enumerable, so each is named here.
 export const {
   getModemLogConfig,
   getModemLogDirectPackConfig,

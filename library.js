@@ -1,15 +1,15 @@
 'use strict';
 
-// Finds and loads the native libraries of this package. Every program that uses the package reads this file,
-// so what there is to say when one cannot be loaded is in requirements.js. The oldest Node.js must be able to
-// parse both, or they could not say what it lacks.
+// Finds and loads the native libraries of this package. Every program that uses the package reads this file, so
+// the errors for libraries that cannot be loaded are in requirements.js. Even old versions of Node.js must be
+// able to parse both, or they could not report that they are too old.
 
 var fs = require('fs');
 var path = require('path');
 
 var OLDEST_NODE = 18;
 
-// Throws where this package cannot work at all.
+// Throws if this package cannot work here at all.
 function check() {
   if (process.platform !== 'linux') {
     throw require('./requirements.js').otherPlatform();
@@ -19,8 +19,8 @@ function check() {
   }
 }
 
-// A checkout has the libraries of its last build, also where a package was made in it. Tests choose another
-// build, such as asan, with ZELKLOGSERVICE_BUILD. An installed package has libraries for several processors.
+// A checkout uses the libraries of its last build, even if a package was made in it. Tests choose another build,
+// such as asan, with ZELKLOGSERVICE_BUILD. An installed package has libraries for several processors.
 function libraryFile(name) {
   var packed = path.join(__dirname, 'lib', process.platform + '-' + process.arch, name);
   if (!fs.existsSync(path.join(__dirname, 'CMakeLists.txt'))) {
@@ -43,7 +43,7 @@ function libraryFile(name) {
   return packed;
 }
 
-// The exports of the native library NAME. An error's code says what is missing.
+// The exports of the native library NAME. On failure the error's code says what is missing.
 function load(name) {
   check();
   var file = libraryFile(name);

@@ -1,11 +1,11 @@
 'use strict';
 
-// What this package needs, as errors that say what is missing and what to do about it, each in one line.
+// The requirements of this package, as errors that say in one line what is missing and what to do about it.
 
 var fs = require('fs');
 var path = require('path');
 
-// An error that prints as its message alone: where it was thrown helps nobody who has to install something.
+// An error that prints as its message alone: a stack trace does not help to install something.
 function plainError(code, message, cause) {
   var error = new Error('zelklogservice: ' + message);
   error.code = code;
@@ -60,7 +60,7 @@ function debianPackage(library) {
   return parts[0].replace('_', '-') + parts[1];
 }
 
-// What the loader of the system refused, by its reason.
+// The error for a library that the system's loader refused, by its reason.
 function notLinked(file, reason, error) {
   var missing = /(lib[\w+-]+\.so\.\d+): cannot open shared object file/.exec(reason);
   var old = /version [`']((?:GLIBC|GLIBCXX|CXXABI)_[\d.]+)' not found/.exec(reason);

@@ -23,7 +23,7 @@ const done = (answer, { good }) => good('done');
 
 const text = (answer) => visible(answer);
 
-// A service may leave out what it should have said.
+// A service may leave out a key or a value.
 const word = (value) => visibleInLine(value ?? '(missing)');
 
 const masks = (items, { strong }) =>

@@ -28,8 +28,8 @@ function readLines(stream, use) {
   });
 }
 
-// The settings of the log in the child process. Its lines are listened to, at level W at least, unless they
-// go to a file of the user's.
+// The settings of the log in the child process. Its lines, at least those from level W up, are read here, unless
+// they go to a file of the user's.
 function logSettings(verbose) {
   const wanted = process.env.HILOG_LEVEL || (verbose ? 'I' : 'X');
   const file = wanted === 'X' ? '' : process.env.HILOG_FILE ?? '';
@@ -37,7 +37,7 @@ function logSettings(verbose) {
   return { wanted, env: { HILOG_LEVEL: level, HILOG_FILE: file } };
 }
 
-// Makes one call of the module and promises what came of it, as { kind, value, reached }:
+// Makes one call of the module and promises its outcome, as { kind, value, reached }:
 //
 //   answered   value is the answer
 //   rejected   value is what the promise was rejected with
@@ -48,10 +48,10 @@ function logSettings(verbose) {
 //   late       no answer within the time
 //   died       value is the signal or exit status that ended the process
 //
-// `reached` says whether there was a log service; it is undefined where that cannot be known.
+// `reached` says whether there was a log service; it is undefined if that cannot be known.
 //
-// The call is made in a child process: Node.js does not exit before a worker thread that waits for the log
-// service comes back, so that no time limit could be kept in this one.
+// The call is made in a child process: Node.js does not exit while a worker thread waits for the log service, so
+// this process could not keep a time limit.
 function call({ name, args, unsupported }, { seconds, verbose }) {
   const { wanted, env } = logSettings(verbose);
   return new Promise((resolve) => {

@@ -1,13 +1,13 @@
 'use strict';
 
-// The other half of call.js: makes one call in a process of its own and sends what came of it.
+// The other half of call.js: makes one call in its own process and sends the outcome.
 
-// The two queries marked unsupported throw this code, and are carried out all the same for a callback.
+// The code that the two queries marked unsupported throw, although they still answer a callback.
 const UNSUPPORTED = '6';
 
 const send = (kind, value) => process.send({ kind, value });
 
-// Nobody waits for the answer any more.
+// The answer is no longer wanted.
 process.on('disconnect', () => process.kill(process.pid, 'SIGKILL'));
 
 function callForPromise(method, args) {
@@ -45,7 +45,7 @@ function load() {
 }
 
 process.once('message', (request) => {
-  // Listening must not keep this process alive: a call that will never be answered is recognised by its end.
+  // Listening must not keep this process alive: its end shows that a call will never be answered.
   process.channel.unref();
   const library = load();
   if (library) {

@@ -1,15 +1,15 @@
 'use strict';
 
-// What `--help` says beyond the commands and their options.
+// The parts of `--help` besides the commands and their options.
 
 const ITEMS = `
 Items are typed as NAME key=value …
   key=true             a boolean
   key=42               a whole number of 32 bits
   key=[1,2]            an array of numbers or booleans
-  key='"42"'           a text: what is between the quotes
+  key='"42"'           a text, without the quotes
   key:=JSON            any of these as JSON
-  key=anything else    a text; so is 1.5, as there are no fractions`;
+  key=anything else    a text, also 1.5: there are no fractions`;
 
 const EXAMPLES = `
 Examples:
@@ -24,8 +24,8 @@ Examples:
 const ENVIRONMENT = `
 Environment:
   ZELK_LOG_SERVICE     the log service: session or system (that D-Bus bus), the address of a bus, none, or
-                       embedded (the default): one inside this command, which ends with it and
-                       forgets everything
+                       embedded (the default): one inside this command, which keeps nothing
+                       after the command ends
   OHOS_FULL_TOKEN_ID   the full token id of the caller; bit 32 marks a system application (the default)
   HILOG_LEVEL          the lowest level of log lines: D, I, W, E, F, or X for none (the
                        default; I with --verbose)

@@ -5,7 +5,7 @@
 //   key=true  key=false     a boolean
 //   key=42                  a number
 //   key=[1,2]               an array of booleans or numbers
-//   key="42"                a text: what is between the quotes, as it is
+//   key="42"                a text, without the quotes and otherwise unchanged
 //   key:=JSON               any of these, written as JSON
 //   key=anything else       a text
 
@@ -13,7 +13,7 @@ class InputError extends Error {}
 
 const MAX_TEXT_BYTES = 8194;
 
-// The module sends an empty text in place of a longer one, and says so only in the log.
+// The module sends an empty text in place of a longer one, and only logs that.
 function checkText(text, what) {
   if (Buffer.byteLength(text) > MAX_TEXT_BYTES) {
     throw new InputError(`${what} is longer than ${MAX_TEXT_BYTES} bytes`);
@@ -32,7 +32,7 @@ function checkNumber(number, what) {
 function checkArray(array, what) {
   const types = new Set(array.map((element) => typeof element));
   if (types.size !== 1 || !(types.has('boolean') || types.has('number'))) {
-    throw new InputError(`${what}: of arrays, only those of booleans and those of numbers reach the service`);
+    throw new InputError(`${what}: only arrays of booleans and arrays of numbers reach the service`);
   }
   return array.map((element) => checkValue(element, what));
 }

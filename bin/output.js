@@ -1,23 +1,22 @@
 'use strict';
 
-// What goes to the terminal. Texts of the log service may come from another user, so control characters,
-// which a terminal would obey, and those that change the direction of writing are shown as \u001b and the
-// like.
+// Output to the terminal. Texts of the log service may come from another user, so control characters, which a
+// terminal would obey, and characters that change the direction of writing are shown in the form \u001b.
 
 const CONTROL = /[\p{Cc}\p{Bidi_Control}]/gu;
 const CONTROL_BUT_LINE_FEED = /(?!\n)[\p{Cc}\p{Bidi_Control}]/gu;
 
 const escape = (character) => `\\u${character.charCodeAt(0).toString(16).padStart(4, '0')}`;
 
-// A text as it may be shown; its lines stay lines.
+// A text that is safe to show; its line feeds stay.
 const visible = (text) => text.replace(CONTROL_BUT_LINE_FEED, escape);
 
-// A name or another text that belongs on one line. JSON stays the same JSON.
+// The same for a name or another text that belongs on one line. JSON stays the same JSON.
 const visibleInLine = (text) => text.replace(CONTROL, escape);
 
 const EXIT_FAILED = 1;
 
-// `text` has been made visible before; it may hold colours.
+// `text` has already been made visible; it may contain colours.
 function print(text) {
   process.stdout.write(`${text}\n`);
 }
@@ -26,16 +25,16 @@ function complain(text) {
   process.stderr.write(`${visible(text)}\n`);
 }
 
-// Without this, an error of standard output would end the program with an exception or go unnoticed.
+// Without this, an error on standard output would end the program with an exception or go unnoticed.
 function watchOutput() {
   process.stdout.on('error', (error) => {
     process.exitCode = EXIT_FAILED;
-    // A reader that has seen enough is no news.
+    // A reader that stopped early is not worth a message.
     if (error.code !== 'EPIPE') {
       complain(`zelklog: cannot write to standard output: ${error.message}`);
     }
   });
-  // Nobody is left to be told.
+  // There is nowhere left to report it.
   process.stderr.on('error', () => {});
 }
 

@@ -15,7 +15,7 @@ const EXIT_NO_ANSWER = 124;
 const DEFAULT_SECONDS = 30;
 const MOST_SECONDS = 86400;
 
-// What became of the request where the module does not say it. `reached` is as in call.js.
+// The likely cause when the module does not report one. `reached` is as in call.js.
 function causeOf(reached) {
   switch (reached) {
     case true:
@@ -103,8 +103,8 @@ function parseWholeNumber(text) {
   return number;
 }
 
-// Each --item takes words up to the next option. Its first one is marked here, as the parser does not report
-// where one occurrence ends and the next begins; no word on a command line can hold a NUL.
+// Each --item takes words up to the next option. The first one is marked here, because the parser does not
+// report where one occurrence ends and the next begins; no word on a command line can contain a NUL.
 const ITEM_MARK = '\0';
 
 function markItems(words) {

@@ -1,8 +1,7 @@
-// A tour of all sixteen functions: what is called, what it answers, and the log lines that the module writes
-// meanwhile.
+// A tour of all sixteen functions: each call, its answer, and the log lines that the module writes for it.
 //
 //   node examples/tour.mjs                              with the log service inside this process
-//   ZELK_LOG_SERVICE=session node examples/tour.mjs     with the one on the session bus
+//   ZELK_LOG_SERVICE=session node examples/tour.mjs     with the log service on the session bus
 import { existsSync, mkdtempSync, readFileSync, rmSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import { join } from 'node:path';
@@ -34,7 +33,7 @@ function end(message) {
   process.exit(1);
 }
 
-// The only refusal that can meet these calls.
+// The only reason for which these calls can be refused.
 const NO_RIGHTS = 'the calls are refused: this process is not a system application (OHOS_FULL_TOKEN_ID)';
 
 const zelk = await import('../index.mjs').then((module) => module.default, (error) => end(error.message));
@@ -64,14 +63,14 @@ function textOf(name, args, ...others) {
 
 const byPromise = (name, ...args) => report(textOf(name, args), zelk[name](...args) ?? end(NO_RIGHTS));
 
-// What a promise is rejected with is an answer as well.
+// The value of a rejection is an answer as well.
 const byPromiseInTest = (name, ...args) =>
   report(textOf(name, args), zelk[name](...args).catch((left) => ({ 'rejected with': left })));
 
 const byCallback = (name, ...args) =>
   report(textOf(name, args, 'callback'), new Promise((resolve) => zelk[name](...args, resolve)));
 
-// The call throws, and its callback is called all the same.
+// The call throws, and still calls its callback.
 async function unsupported(name) {
   let thrown;
   await report(`${name}(callback)`, new Promise((resolve) => {
@@ -109,7 +108,7 @@ chapter('Send a command, and switch the log off.');
 await byPromise('sendModemLogCommand', { configKey: 'flush', value: { wait: true } });
 await byPromise('handleModemLogSwitch', false);
 
-chapter('Two queries are marked as not supported: they throw, and answer their callback nevertheless.');
+chapter('Two queries are marked as not supported: they throw, but still answer their callback.');
 await unsupported('getModemLogDirectPackConfig');
 await unsupported('getModemLogLogMasks');
 
@@ -131,7 +130,7 @@ await byPromise('fetchRemoteDevicesLogs', 'since yesterday', 20);
 await byPromise('queryRemoteDevicesLogs', 'crash');
 await byPromise('queryProtocolData', 'version');
 
-chapter('For tests: a log service in JavaScript takes the place of that one, and fails or never answers.');
+chapter('For tests: a log service in JavaScript replaces that one, and fails or never answers.');
 const { ServiceError, logService } = await import('../testing.mjs');
 const service = logService({
   GetModemLogStatus: () => {
