@@ -1,4 +1,4 @@
-// The rules of `make lint` for JavaScript: eslint's recommended ones, and one style for all of it.
+// The rules of `make lint` for JavaScript: eslint's recommended ones, and one style for all files.
 import js from '@eslint/js';
 import stylistic from '@stylistic/eslint-plugin';
 import globals from 'globals';

@@ -1,8 +1,8 @@
 'use strict';
 
-// Finds and loads the native libraries of this package. Every program that uses the package reads this file, so
-// the errors for libraries that cannot be loaded are in requirements.js. Even old versions of Node.js must be
-// able to parse both, or they could not report that they are too old.
+// Finds and loads the native libraries of this package. Every program that uses the package reads this file,
+// so the errors for libraries that cannot be loaded are in requirements.js. Even old versions of Node.js must
+// be able to parse both, or they could not report that they are too old.
 
 var fs = require('fs');
 var path = require('path');
@@ -19,8 +19,8 @@ function check() {
   }
 }
 
-// A checkout uses the libraries of its last build, even if a package was made in it. Tests choose another build,
-// such as asan, with ZELKLOGSERVICE_BUILD. An installed package has libraries for several processors.
+// A checkout uses the libraries of its last build, even if a package was made in it. Tests choose another
+// build, such as asan, with ZELKLOGSERVICE_BUILD. An installed package has libraries for several processors.
 function libraryFile(name) {
   var packed = path.join(__dirname, 'lib', process.platform + '-' + process.arch, name);
   if (!fs.existsSync(path.join(__dirname, 'CMakeLists.txt'))) {

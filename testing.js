@@ -1,7 +1,7 @@
 'use strict';
 
-// The testing kit; testing.d.ts is its manual. Every object that a test gets is created here and so belongs to
-// the realm that loaded this file: some test runners give each test file its own realm.
+// The testing kit; testing.d.ts is its manual. Every object that a test gets is created here and so belongs
+// to the realm that loaded this file: some test runners give each test file its own realm.
 
 const { inspect, types } = require('util');
 const addon = require('./library.js').load('zelk_testing.node');
@@ -280,7 +280,7 @@ function tokenOf(caller) {
     return caller.systemApplication ? SYSTEM_APPLICATION : OTHER_APPLICATION;
   }
   throw new TypeError('a caller is { systemApplication: boolean }, a full token id as a bigint, or null, ' +
-    `not ${inspect(caller)}`);
+    `null, not ${inspect(caller)}`);
 }
 
 function setCaller(caller) {

@@ -28,8 +28,8 @@ function readLines(stream, use) {
   });
 }
 
-// The settings of the log in the child process. Its lines, at least those from level W up, are read here, unless
-// they go to a file of the user's.
+// The settings of the log in the child process. Its lines, at least those from level W up, are read here,
+// unless they go to a file of the user's.
 function logSettings(verbose) {
   const wanted = process.env.HILOG_LEVEL || (verbose ? 'I' : 'X');
   const file = wanted === 'X' ? '' : process.env.HILOG_FILE ?? '';
@@ -50,8 +50,8 @@ function logSettings(verbose) {
 //
 // `reached` says whether there was a log service; it is undefined if that cannot be known.
 //
-// The call is made in a child process: Node.js does not exit while a worker thread waits for the log service, so
-// this process could not keep a time limit.
+// The call is made in a child process: Node.js does not exit while a worker thread waits for the log service,
+// so this process could not keep a time limit.
 function call({ name, args, unsupported }, { seconds, verbose }) {
   const { wanted, env } = logSettings(verbose);
   return new Promise((resolve) => {

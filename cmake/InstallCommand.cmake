@@ -1,5 +1,5 @@
-# The command zelklog for `cmake --install`: the JavaScript package with its libraries in a folder of its own, from which
-# require() loads it too, and the command's manual page and shell completion, which are made of the command itself.
+# The command zelklog for `cmake --install`: the JavaScript package with its libraries in its own folder, from which
+# require() can load it too, and the manual page and shell completion, which are generated from the command itself.
 find_program(NODE NAMES node nodejs REQUIRED)
 execute_process(COMMAND "${NODE}" -p "process.platform + '-' + process.arch"
     OUTPUT_VARIABLE node_platform OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)

@@ -2,7 +2,7 @@
 option(ZELK_STATIC_JSONCPP "Link a jsoncpp built here from Debian's source package, instead of the system's library" OFF)
 
 if(ZELK_STATIC_JSONCPP OR ZELK_LIKE_DEVICE)
-    # With the compiler and the settings of everything else here. A device has it as a library of its own.
+    # Built with the same compiler and settings as everything else here. On a device it is a separate library.
     if(ZELK_LIKE_DEVICE)
         set(jsoncpp_type SHARED)
     else()

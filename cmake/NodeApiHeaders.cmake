@@ -10,5 +10,5 @@ endif()
 add_library(node_api INTERFACE)
 target_include_directories(node_api SYSTEM INTERFACE "${NODE_API_INCLUDE_DIR}")
 target_compile_definitions(node_api INTERFACE NAPI_VERSION=8)
-# Those of Node.js 18 call the platform's way of registering a module deprecated.
+# Those of Node.js 18 mark the platform's way of registering a module as deprecated.
 target_compile_options(node_api INTERFACE -Wno-deprecated-declarations)

@@ -6,11 +6,11 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 
-# Every artefact stands in one folder and finds its siblings there, in the build tree as in the package.
+# All artefacts are in one folder and find each other there, in the build tree as in the package.
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}")
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}")
-# The path is the same in the build and at its place: CMake would otherwise pad it with a colon, and an empty element
-# means the working directory of whoever runs the program.
+# The path is the same in the build and when installed: CMake would otherwise pad it with colons, and an empty element
+# means the current working directory.
 set(CMAKE_INSTALL_RPATH "$ORIGIN")
 set(CMAKE_BUILD_WITH_INSTALL_RPATH ON)
 
@@ -23,7 +23,7 @@ add_link_options("LINKER:-z,relro,-z,now")
 add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Wnon-virtual-dtor
                     -Woverloaded-virtual -Wold-style-cast -Wcast-qual -Werror)
 
-# What the platform's build gives every component beside these.
+# The flags that the platform's build adds for every component.
 if(ZELK_LIKE_DEVICE)
     add_compile_options(-Wimplicit-fallthrough -Wthread-safety -Wno-missing-field-initializers -Wno-unused-parameter
                         -Wno-deprecated-declarations)
@@ -43,7 +43,7 @@ if(ZELK_SANITIZE)
     endif()
 endif()
 
-# Lets `target` export what the version script says, and nothing else. The script's path is relative to where Ninja links:
+# Makes `target` export only what the version script says. The script's path is relative to where Ninja links, because
 # CMake mangles a `$` in an option.
 function(zelk_version_script target script)
     file(RELATIVE_PATH from_build "${CMAKE_BINARY_DIR}" "${script}")

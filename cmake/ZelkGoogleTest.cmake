@@ -1,4 +1,4 @@
-# zelk_gtest: GoogleTest and its main(). The system's cannot be linked to what has another C++ library than it has.
+# zelk_gtest: GoogleTest and its main(). The system's cannot be linked to code that uses another C++ library.
 include(GoogleTest)
 if(ZELK_LIKE_DEVICE)
     set(GOOGLETEST_SOURCE /usr/src/googletest/googletest CACHE PATH "Sources of GoogleTest, from Debian's googletest")

@@ -1,4 +1,4 @@
-// Checks what no desktop build sees: that the module's sources include nothing that the platform lacks, that
+// Checks what a desktop build cannot: that the module's sources include nothing that the platform lacks, that
 // BUILD.gn and bundle.json name the same component and dependencies, and that BUILD.gn is formatted.
 import { spawnSync } from 'node:child_process';
 import { existsSync, readFileSync } from 'node:fs';
@@ -8,7 +8,7 @@ import { fileURLToPath } from 'node:url';
 const root = fileURLToPath(new URL('..', import.meta.url));
 const problems = [];
 
-// What the dependencies of BUILD.gn offer, under the names by which a device's build finds it.
+// The headers that the dependencies of BUILD.gn offer, under the names that a device's build uses.
 const PLATFORM_HEADERS = [
   'hilog/log.h', 'ipc_skeleton.h', 'iremote_object.h', 'json/reader.h', 'json/value.h', 'napi/native_api.h',
   'nocopyable.h', 'refbase.h', 'singleton.h', 'tokenid_kit.h', 'zelk_service_api/client.h',

@@ -1,6 +1,6 @@
 'use strict';
 
-// Writes the manual page of zelklog and its completion for bash, both made of the command's own help:
+// Writes the manual page of zelklog and its completion for bash, both generated from the command's own help:
 //
 //   node scripts/command_docs.js MANUAL_PAGE COMPLETION
 
@@ -12,13 +12,13 @@ const { version } = require('../package.json');
 const program = build();
 const help = program.createHelp();
 
-// All commands below this one, each with the words that lead to it.
+// All subcommands of this one, each with the words that select it.
 function commandsBelow(command, words = []) {
-  const inside = command.commands.map((sub) => [sub, [...words, sub.name()]]);
-  return inside.flatMap(([sub, path]) => [{ command: sub, path }, ...commandsBelow(sub, path)]);
+  const own = command.commands.map((sub) => [sub, [...words, sub.name()]]);
+  return own.flatMap(([sub, path]) => [{ command: sub, path }, ...commandsBelow(sub, path)]);
 }
 
-// Text for the formatter of manual pages: a leading dot and a backslash would be its own commands.
+// Text for the formatter of manual pages, for which a leading dot and a backslash have a special meaning.
 const escaped = (text) => text.replace(/\\/g, '\\e').replace(/-/g, '\\-').replace(/^(?=[.'])/gm, '\\&');
 
 const entry = (term, about) => `.TP\n.B ${escaped(term)}\n${escaped(about)}\n`;

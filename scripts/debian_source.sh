@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# Fetches a Debian source package and unpacks it with Debian's changes applied; prints the folder that has it:
+# Fetches a Debian source package, unpacks it with Debian's changes applied, and prints the folder that contains it:
 #
 #   scripts/debian_source.sh libjsoncpp
 #
-# It is fetched once, and needs no network after that. Nothing outside of build/ changes.
+# The package is fetched once; later runs need no network. Nothing outside build/ changes.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -21,7 +21,7 @@ if [ ! -d "$folder" ]; then
     mkdir -p "$sources"
     fetched=$(mktemp -d "$sources/$package.XXXXXX")
     trap 'rm -rf "$fetched"' EXIT
-    # apt-get has checked what it fetched; dpkg-source would ask for the maintainer's own key as well.
+    # apt-get has verified the files that it fetched; dpkg-source would also ask for the maintainer's own key.
     (cd "$fetched" && "$OLDPWD/scripts/private_apt.sh" "$apt" "$(dpkg --print-architecture)" \
         source --download-only "$package" && dpkg-source --no-check --extract ./*.dsc unpacked) >&2
     mv "$fetched/unpacked" "$folder"

@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
-# Unpacks packages of another architecture, with all that they depend on, and prints the folder that has them:
+# Unpacks packages of another architecture, with all their dependencies, and prints the folder that contains them:
 #
 #   scripts/debian_sysroot.sh ARCHITECTURE PACKAGE...
 #
-# They are fetched once, and need no network after that. Nothing outside of build/ changes: neither are they installed,
-# nor does the machine get another architecture.
+# They are fetched once; later runs need no network. Nothing outside build/ changes: the packages are not installed, and
+# no foreign architecture is added to the machine.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Shows the tour twice: with the log service inside the process, then with the service as a process on a bus of its own.
+# Shows the tour twice: with the log service inside the process, then with the service as a process on a private bus.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

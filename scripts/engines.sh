@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Runs the JavaScript tests on several releases of Node.js, and all sixteen functions on Deno and Bun; ends with a table.
-# The engines are npm packages that hold the program itself. They are kept in build/engines, and fetched once.
+# Runs the JavaScript tests on several releases of Node.js, and the tour on Deno and Bun; prints a table at the end.
+# The engines are npm packages that contain the program itself. They are fetched once and kept in build/engines.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -9,7 +9,7 @@ arch=$(node -p process.arch)
 results=()
 failures=0
 
-# Installs an npm package into a folder of its own, unless it is there already.
+# Installs an npm package into its own folder, unless it is already there.
 fetch() {
     local folder=$1 package=$2
     if [ ! -d "$engines/$folder/node_modules" ]; then
@@ -35,7 +35,7 @@ try() {
         "$(sed -n -E 's/^(# |ℹ )((pass|fail|skipped) [0-9]+)$/\2/p; /^(note: |[0-9]+ passed, )/p' "$log" | paste -sd ';')")")
 }
 
-# What the tour shows of answers and errors.
+# The answers and errors that the tour shows.
 tour_answers() {
     "$@" examples/tour.mjs | grep -E '^    (→|and it threw)|^All sixteen'
 }

@@ -1,6 +1,6 @@
 #!/bin/sh
-# Fuzzes the reference service's items with clang's libFuzzer, starting from the corpus in the repository. The log, and
-# input that something failed on, are left in build/fuzz.
+# Fuzzes the reference service's items with Clang's libFuzzer, starting from the corpus in the repository. Leaves the
+# log, and any input that made it fail, in build/fuzz.
 #   scripts/fuzz.sh [seconds]     600 by default, 15 with CI=true
 set -eu
 cd "$(dirname "$0")/.."

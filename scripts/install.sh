@@ -3,8 +3,8 @@
 #
 #   PREFIX=/usr/local [DESTDIR=…] scripts/install.sh install|uninstall
 #
-# Root serves the system bus too: the service's user and the bus's policy are made known at once, unless DESTDIR says
-# that this is for another place.
+# When root runs it, the service is also available on the system bus: the service's user and the bus's policy take
+# effect at once, unless DESTDIR is set.
 set -euo pipefail
 umask 022
 cd "$(dirname "$0")/.."
@@ -76,5 +76,5 @@ uninstall_all() {
 case ${1:-} in
     install) install_all ;;
     uninstall) uninstall_all ;;
-    *) fail "say install or uninstall" ;;
+    *) fail "usage: scripts/install.sh install|uninstall" ;;
 esac

@@ -2,17 +2,17 @@
 # Makes the npm package, build/pack/zelklogservice-VERSION.tgz, and tries it in an empty folder.
 #
 # The package holds builds for x64 and arm64 that need nothing but the C and C++ run-time libraries, and libsystemd
-# where the log service is on D-Bus. It is made on Debian 12, so that it runs on what is as old and on all that is newer.
+# if the log service is on D-Bus. It is built on Debian 12, so that it runs on systems of that age and newer.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 pack=$PWD/build/pack
 ARTEFACTS=(zelklogservice.node zelk_testing.node libohos_host.so libzelk_service_api.so libzelk_dbus.so
     zelk-log-service)
-# Of the run-time libraries: the newest versions of their symbols that a build may need, those of GCC 11 and glibc 2.34.
+# The newest symbol versions of the run-time libraries that a build may need, those of GCC 11 and glibc 2.34.
 NEWEST=(GLIBC_2.34 GLIBCXX_3.4.29 CXXABI_1.3.13)
 MOST_BYTES_OF_MODULE=400000
-# With these, what the module does not use of jsoncpp is left out.
+# With these, the parts of jsoncpp that the module does not use are left out.
 SECTIONS='-ffunction-sections -fdata-sections'
 
 fail() {
@@ -38,7 +38,7 @@ build_for() {
     fi
 }
 
-# Nothing beyond what the package promises to need.
+# Fails if a file needs anything that the package does not promise to need.
 check_needs() {
     local file=$1 own='lib(ohos_host|zelk_service_api)\.so' runtime='lib(stdc\+\+|gcc_s|m|c)\.so\.[0-9]+|ld-linux-.*'
     local systemd='' needed newest version
@@ -78,7 +78,7 @@ esac
 scripts/prepack.sh --stamp >"$pack/commit"
 npm pack --pack-destination "$pack" --loglevel=error
 
-# As its user meets it: installed into a folder that knows nothing of this one.
+# As users have it: installed into a folder that does not depend on this one.
 user=$(mktemp -d)
 trap 'rm -rf "$user"' EXIT
 cd "$user"

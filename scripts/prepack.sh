@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# What npm runs before it makes the package, by `npm pack` or `npm publish`: puts the libraries that `make pack` built
-# into lib/, if they are those of this commit. Builds and installs nothing.
+# npm runs this before `npm pack` and `npm publish` make the package. It puts the libraries that `make pack` built into
+# lib/, if they were built from this commit. Builds and installs nothing.
 #
-#   scripts/prepack.sh [--stamp]     --stamp prints what tells one state of the sources from another
+#   scripts/prepack.sh [--stamp]     --stamp prints an identifier of the current state of the sources
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

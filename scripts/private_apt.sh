@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Runs apt-get for another purpose than the machine's own packages: it uses the machine's sources and keys, but keeps
-# its lists, cache and state in FOLDER, and believes that nothing is installed. Nothing else of the machine changes.
+# Runs apt-get apart from the machine's own packages: it uses the machine's sources and keys, but keeps its lists, cache
+# and state in FOLDER, and assumes that nothing is installed. Nothing else on the machine changes.
 #
 #   scripts/private_apt.sh FOLDER ARCHITECTURE COMMAND...
 #

@@ -5,15 +5,15 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 preset=$1
-# ThreadSanitizer needs an address space that is laid out as usual.
+# ThreadSanitizer needs the usual address space layout, without randomization.
 usual_addresses="setarch -R"
 
 cmake --preset "$preset" -DZELK_BUILD_TESTS=ON --log-level=WARNING
 cmake --build --preset "$preset"
 $usual_addresses ctest --preset "$preset"
 
-# The module is loaded into a Node.js that was built without the sanitizer, so the run-time library must come first, and
-# what Node.js itself does is not judged: what it leaves allocated at its end, how its own threads meet.
+# The module is loaded into a Node.js that was built without the sanitizer, so the run-time library has to come first.
+# Reports about Node.js itself are suppressed: memory that it leaves allocated at its end, and races of its own threads.
 case $preset in
     asan)
         runtime=libasan.so

@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# Installs what the named groups need and this machine lacks, and nothing else:
+# Installs the packages that the named groups need and this machine lacks, and nothing else:
 #
 #   scripts/setup.sh GROUP…          build, demo, test, lint, bench, fuzz, device, pack
 #
-# Meant for Debian 12 and 13, as root or with sudo. When nothing is missing it only looks, and needs no network.
+# For Debian 12 and 13, as root or with sudo. When nothing is missing it only checks, and needs no network.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -33,11 +33,11 @@ packages_of() {
     esac
 }
 
-# A package of another architecture, such as a cross-compiler's library, does not serve.
+# A package of another architecture, such as a cross-compiler's library, does not count.
 missing_packages() {
     local native installed
     if ! command -v dpkg >/dev/null; then
-        echo "This is not Debian: taking it that what corresponds to these is installed: $*" >&2
+        echo "This is not Debian: assuming that the equivalents of these packages are installed: $*" >&2
         return
     fi
     native=$(dpkg --print-architecture)
@@ -55,7 +55,7 @@ has_npm() {
     command -v npm >/dev/null
 }
 
-# Runs a command that has much to say; only its failure is shown, by the name of the file with what it said.
+# Runs a command with its output in a file, whose name is shown if the command fails.
 quietly() {
     echo "$1"
     shift
@@ -101,7 +101,7 @@ if ! has_npm; then
     if $needs_npm; then
         wanted+=(npm)
     else
-        # To build and to run the module, two packages of Debian's do; npm would bring hundreds.
+        # Two Debian packages are enough to build and to run the module; npm would bring hundreds.
         wanted+=(libnode-dev node-commander)
     fi
 fi

@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
 # Tries the two commands of the README as a new user would: `make demo` and `make test` on a fresh minimal Debian, first
-# as root, then on another fresh one as a normal user with sudo, whose checkout has a path with unusual letters in it.
-# After that the service is installed and called on the system bus, and both commands run again, without a network. At
-# last the release's other compilers build everything.
+# as root, then on another fresh one as a normal user with sudo, in a checkout whose path has unusual characters. Then
+# the service is installed and called on the system bus, and both commands run again without a network. Finally the
+# release's other compilers build everything.
 #
 #   scripts/try_fresh.sh 12|13 [root|user]
 #
-# Needs root, debootstrap, and about 3 GB. The minimal system is kept in build/fresh for the next trial, what the trial
-# prints as well. Packages come from where this machine has its own from, by apt and by npm.
+# Needs root, debootstrap, and about 3 GB. The minimal system is kept in build/fresh for the next trial, as is the
+# output of the trial. apt and npm get packages from the same sources as on this machine.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -19,13 +19,13 @@ fail() {
 case ${1:-} in
     12) release=bookworm compilers='clang++-14 clang++-16' ;;
     13) release=trixie compilers=clang++-19 ;;
-    *) fail "say which release of Debian: 12 or 13" ;;
+    *) fail "usage: scripts/try_fresh.sh 12|13 [root|user]" ;;
 esac
 users=${2:-root user}
 [ "$(id -u)" -eq 0 ] || fail "run as root: it makes a Debian system in a folder"
 command -v debootstrap >/dev/null || fail "no debootstrap: run \`apt-get install debootstrap\`"
 
-# What is mounted here, and what is started here, goes with this process, however it ends.
+# Everything that is mounted or started here ends with this process, however it ends.
 if [ -z "${ZELK_FRESH_INSIDE:-}" ]; then
     exec env ZELK_FRESH_INSIDE=1 unshare --mount --pid --fork --kill-child --mount-proc "$0" "$@"
 fi
@@ -45,7 +45,7 @@ if [ ! -e "$minimal" ]; then
     rm -rf "$work/new"
 fi
 
-# Makes a fresh system in $system, with the network, the proxies and the certificates of this machine.
+# Creates a fresh system in $system, with the network, the proxies and the certificates of this machine.
 make_system() {
     rm -rf --one-file-system "$system"
     mkdir -p "$system"
@@ -83,7 +83,7 @@ npm_settings() {
     done
 }
 
-# Runs a command in the system as the user of this trial, in the checkout; $network is empty or cuts the network off.
+# Runs a command in the system as the user of this trial, in the checkout; $network is empty or cuts off the network.
 inside() {
     # shellcheck disable=SC2016 # The shell inside expands these.
     $network chroot "$system" setpriv --reuid="$uid" --regid="$uid" --init-groups \
@@ -108,7 +108,8 @@ as_root() {
     chroot "$system" "$@" >"$work/prepare.log" 2>&1 || fail "that failed: see $work/prepare.log"
 }
 
-# Installs everything, and calls the service, which the system bus starts, as those who may and as one who may not.
+# Installs everything, and calls the service, which the system bus starts, as users who may call it and as one who may
+# not.
 try_installed() {
     local sudo=()
     [ "$user" = root ] || sudo=(sudo)

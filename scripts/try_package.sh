@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
-# Tries the package that `make pack` made where its users have it, with the log service in the process and over D-Bus:
+# Tries the package that `make pack` made on the systems of its users, with the log service in the process and on D-Bus:
 #
 #   scripts/try_package.sh 12|13     in a minimal Debian with nothing but Node.js and D-Bus; as root, with debootstrap
-#   scripts/try_package.sh arm64     on a 64-bit ARM processor, by qemu-user-static
+#   scripts/try_package.sh arm64     on a 64-bit ARM processor, emulated by qemu-user-static
 #
-# What it fetches is kept in build/ for the next trial.
+# Downloads are kept in build/ for the next trial.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -86,6 +86,6 @@ try_arm64() {
 case ${1:-} in
     12 | 13) try_debian "$1" ;;
     arm64) try_arm64 ;;
-    *) fail "say where: 12 or 13 (of Debian), or arm64" ;;
+    *) fail "usage: scripts/try_package.sh 12|13|arm64" ;;
 esac
 echo "tried: $1"

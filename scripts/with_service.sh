@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Runs a command on a private bus on which a log service of its own is ready, and ends both with the command:
+# Runs a command on a private bus with its own log service, and ends both with the command:
 #
 #   scripts/with_service.sh COMMAND [ARGUMENT…]
 #
@@ -11,7 +11,7 @@ if [ -z "${ZELK_PRIVATE_BUS:-}" ]; then
     exec env ZELK_PRIVATE_BUS=1 dbus-run-session --config-file="$(dirname "$0")/private_bus.conf" -- "$0" "$@"
 fi
 
-unset ZELK_PRIVATE_BUS # The command may come back here for a bus of its own.
+unset ZELK_PRIVATE_BUS # The command may run this script again for another bus.
 
 build=$(dirname "$0")/../build/${ZELKLOGSERVICE_BUILD:-release}
 "${ZELK_SERVICE_PROGRAM:-$build/zelk-log-service}" --session &
