@@ -140,7 +140,7 @@ const WRONG_ITEMS = [
   ['x:=1.5', /^x: 1.5 is not a whole number/],
   ['x:=[', /^x: \[ is not JSON/],
   ...['x=["b"]', 'x=[1,true]', 'x=[]'].map((word) =>
-    [word, /^x: of arrays, only those of booleans and those of numbers/]),
+    [word, /^x: only arrays of booleans and arrays of numbers/]),
   ...['x:={"y":1}', 'x:=null'].map((word) => [word, /^x: a value is a boolean/]),
 ];
 
