@@ -3,7 +3,6 @@
 import { addon, average, compare } from './lib/rounds.mjs';
 
 const zelk = addon('zelklogservice');
-const bareReader = addon('bare_reader');
 const askedReader = addon('asked_reader');
 const bareReply = addon('bare_reply');
 const parts = addon('product_parts');
@@ -52,38 +51,23 @@ const toItemsAsAsked = (items) => () => {
   askedReader.dropItems();
   return time / items.length;
 };
-const reading = (items) => () => timeOf(() => bareReader.readItems(items)) / items.length;
 
 for (const [name, item] of [['items', scalars], ['items-lists', lists]]) {
   const items = itemsOf(SOME, item);
-  await compare(name, ROUNDS, toItems(items), reading(items));
-  await compare(`${name}-floor`, ROUNDS, toItemsAsAsked(items), reading(items));
+  await compare(name, ROUNDS, toItems(items), toItemsAsAsked(items));
 }
 
 const fewItems = itemsOf(FEW, scalars);
 const manyItems = itemsOf(MANY, scalars);
 await compare('items-growth', 5, toItems(manyItems), () => average(REPEATS, toItems(fewItems)));
 
-const replyOf = (members) =>
-  JSON.stringify(Object.fromEntries(Array.from({ length: members }, (_, i) =>
-    [`member${i}`, [i, `text ${i}`, i % 3 === 0, i + 0.5, null][i % 5]])));
-const toObject = (convert, members) => {
-  const text = replyOf(members);
-  return () => timeOf(() => convert(text, {})) / members;
-};
-const parse = (text) => JSON.parse(text);
+const members = Object.fromEntries(Array.from({ length: SOME }, (_, i) =>
+  [`member${i}`, [i, `text ${i}`, i % 3 === 0, i + 0.5, null][i % 5]]));
+const reply = JSON.stringify(members);
+const toObject = (convert) => () => timeOf(() => convert(reply, {})) / SOME;
+await compare('reply', ROUNDS, toObject(parts.convertReply), toObject(bareReply.setMembers));
 
-await compare('reply', ROUNDS, toObject(parts.convertReply, SOME), toObject(bareReply.setMembers, SOME));
-await compare('reply-json-parse', ROUNDS, toObject(parts.convertReply, SOME), toObject(parse, SOME));
-
-const CONVERTERS = [['', parts.convertReply], ['-bare', bareReply.setMembers], ['-json-parse', parse]];
-for (const [name, convert] of CONVERTERS) {
-  const few = toObject(convert, FEW);
-  await compare(`reply-growth${name}`, 5, toObject(convert, MANY), () => average(REPEATS, few));
-}
-
-// The same growth in the number of replies, by a service of our own: the reference service's answers are
-// smaller.
+// From a service of our own: the reference service's answers are smaller.
 const answered = (count) => async () => {
   answerWith(count);
   const answer = zelk.getModemLogConfig(['key']);

@@ -11,9 +11,6 @@ if ! command -v dbus-daemon >/dev/null; then
     echo "scripts/bench.sh: no dbus-daemon: run \`apt-get install dbus\`" >&2
     exit 1
 fi
-if [ ! -e bench/node_modules/.package-lock.json ] || [ bench/package-lock.json -nt bench/node_modules/.package-lock.json ]; then
-    npm --prefix bench ci --ignore-scripts >&2
-fi
 cmake -G Ninja -S bench -B build/bench -DCMAKE_BUILD_TYPE=Release --log-level=WARNING >&2
 cmake --build build/bench >&2
 exec node bench/run.mjs "$@"

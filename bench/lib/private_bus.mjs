@@ -8,7 +8,7 @@ import { fileURLToPath } from 'node:url';
 
 const CONFIGURATION = fileURLToPath(new URL('../../scripts/private_bus.conf', import.meta.url));
 
-export async function firstLine(child) {
+async function firstLine(child) {
   child.stdout.setEncoding('utf8');
   let text = '';
   for await (const chunk of child.stdout) {
@@ -17,7 +17,7 @@ export async function firstLine(child) {
       return text.slice(0, text.indexOf('\n'));
     }
   }
-  throw new Error(`${child.spawnfile} ended without a word`);
+  throw new Error(`${child.spawnfile} ended silently`);
 }
 
 function start(program, args, stderr = 'inherit') {
@@ -34,7 +34,7 @@ async function end(child) {
   }
 }
 
-// `service(address)` is the service's program and arguments; `isReady(address, child)` settles when it can be
+// `service(address)` is the service's program and arguments; `isReady(address)` settles when it can be
 // called.
 export async function withService(service, isReady, use) {
   const folder = mkdtempSync(path.join(tmpdir(), 'zelk-bench-'));
@@ -47,7 +47,7 @@ export async function withService(service, isReady, use) {
   try {
     const address = await firstLine(bus);
     child = start(...service(address));
-    await isReady(address, child);
+    await isReady(address);
     return await use(address);
   } finally {
     if (child) {

@@ -1,6 +1,6 @@
 // Interleaved measuring: both sides of a comparison take turns in short batches, so that whatever else the
-// machine does falls on both alike. What is measured goes to standard output, one line of JSON per measure,
-// for run.mjs.
+// machine does affects both alike. What is measured goes to standard output for run.mjs, one line of JSON per
+// measure.
 import { fileURLToPath } from 'node:url';
 import { createRequire } from 'node:module';
 

@@ -1,8 +1,7 @@
 // What the module's behaviour asks for when items are read from arguments, in one piece of code without wrappers, log
-// lines and looks at a status: so near to the least could the module come. Against bare_reader.cpp, each property is
-// looked for before it is read, by its name as a C string and only in what is an object; each string is measured, and
-// copied by way of a buffer of its length; all names of an object are read before its values; the elements of a list
-// are looked at twice; the items are kept.
+// lines and looks at a status. Each property is looked for before it is read, by its name as a C string and only in
+// what is an object; each string is measured, and copied by way of a buffer of its length; all names of an object are
+// read before its values; the elements of a list are looked at twice; the items are kept.
 #include <memory>
 #include <string>
 #include <vector>

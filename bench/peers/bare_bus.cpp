@@ -1,5 +1,4 @@
-// The status query over sd-bus: as a plain loop on the calling thread, and as the least that an asynchronous call of it
-// can be on Node-API.
+// The status query over sd-bus as the least that an asynchronous call of it can be on Node-API.
 #include <systemd/sd-bus.h>
 
 #include "addon.h"
@@ -34,32 +33,17 @@ bool Ask(int& status)
     return answered;
 }
 
-// getStatus(times): the number of calls that were answered
-napi_value GetStatus(napi_env env, napi_callback_info info)
-{
-    napi_value arguments[1] = {};
-    ReadArguments(env, info, arguments);
-    int32_t times = 0;
-    napi_get_value_int32(env, arguments[0], &times);
-    int32_t answered = 0;
-    for (int32_t i = 0; i < times; ++i) {
-        int status = 0;
-        answered += Ask(status) ? 1 : 0;
-    }
-    napi_value result = nullptr;
-    napi_create_int32(env, answered, &result);
-    return result;
-}
-
 struct Call {
     napi_async_work work = nullptr;
     napi_deferred deferred = nullptr;
+    bool answered = false;
     int status = 0;
 };
 
 void Execute(napi_env, void* data)
 {
-    Ask(static_cast<Call*>(data)->status);
+    auto* call = static_cast<Call*>(data);
+    call->answered = Ask(call->status);
 }
 
 void Complete(napi_env env, napi_status, void* data)
@@ -67,13 +51,13 @@ void Complete(napi_env env, napi_status, void* data)
     auto* call = static_cast<Call*>(data);
     napi_value status = nullptr;
     napi_get_boolean(env, call->status != 0, &status);
-    napi_resolve_deferred(env, call->deferred, status);
+    (call->answered ? napi_resolve_deferred : napi_reject_deferred)(env, call->deferred, status);
     napi_delete_async_work(env, call->work);
     delete call;
 }
 
-// getStatusLater(): a promise; one at a time
-napi_value GetStatusLater(napi_env env, napi_callback_info)
+// getStatus(): a promise, rejected where nobody answers; one at a time
+napi_value GetStatus(napi_env env, napi_callback_info)
 {
     auto* call = new Call;
     napi_value promise = nullptr;
@@ -91,6 +75,5 @@ BENCH_EXPORT napi_value napi_register_module_v1(napi_env env, napi_value exports
 {
     Export(env, exports, "open", Open);
     Export(env, exports, "getStatus", GetStatus);
-    Export(env, exports, "getStatusLater", GetStatusLater);
     return exports;
 }
