@@ -135,7 +135,10 @@ void PutValue(std::string& text, const ConfigInfoParam& param)
     case TYPE_STRING:
         return Put(text, '"', param.value.stringValue, "\",");
     default:
-        // A copy, as AddVectorToJson takes one: copying a type without a value writes the line about it.
+        if (param.type > TYPE_NONE) {
+            return PutVector(text, param);
+        }
+        // The copy that AddVectorToJson would take: it writes the line about a type without a value.
         return PutVector(text, ConfigInfoParam(param));
     }
 }

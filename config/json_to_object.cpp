@@ -52,11 +52,11 @@ void ConvertJsonToObject(napi_env env, std::string text, napi_value object)
     if (!root.isObject()) {
         return;
     }
+    const char* nameEnd = nullptr; // Not needed: a name is cut at its first NUL, as text is.
     for (auto member = root.begin(); member != root.end(); ++member) {
         napi_value value = ScalarToJs(env, *member);
-        const Json::Value key = member.key();
         napi_value name = nullptr;
-        napi_create_string_utf8(env, key.asCString(), NAPI_AUTO_LENGTH, &name);
+        napi_create_string_utf8(env, member.memberName(&nameEnd), NAPI_AUTO_LENGTH, &name);
         // Fails for a null value: that member is left out.
         napi_set_property(env, object, name, value);
     }
