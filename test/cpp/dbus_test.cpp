@@ -29,7 +29,12 @@ using Codes = std::vector<int32_t>;
 using Texts = std::vector<std::string>;
 
 // For a shell and for a D-Bus service file, wherever the checkout is.
-const std::string PROGRAM = "'" + std::regex_replace(ZELK_LOG_SERVICE_PROGRAM, std::regex("'"), R"('"'"')") + "'";
+std::string Quoted(const std::string& path)
+{
+    return "'" + std::regex_replace(path, std::regex("'"), R"('"'"')") + "'";
+}
+
+const std::string PROGRAM = Quoted(ZELK_LOG_SERVICE_PROGRAM);
 constexpr auto* BUS = PlayedBus::BUS;
 constexpr auto* OWNER = PlayedBus::OWNER;
 
@@ -41,6 +46,14 @@ std::string Serving(const PrivateBus& bus)
 std::string ItemOf(const std::string& key, const std::string& value)
 {
     return R"({"configKey":")" + key + R"(","value":)" + value + "}";
+}
+
+// "code on" or "code off".
+std::string StatusBy(const Proxy& proxy)
+{
+    bool on = false;
+    const int32_t code = proxy->GetModemLogStatus(on);
+    return std::to_string(code) + (on ? " on" : " off");
 }
 
 // Modem log and packet capture are the same but for their names.
@@ -95,9 +108,7 @@ void TryLogs(IZelkLogService& service)
         {true, {{ItemOf("a", "2"), "bad"}}, bad, R"(off {\"b\":\"\\n\"})"},
         {noSwitch, {{"", ItemOf("a", "2")}}, bad, R"(off {\"b\":\"\\n\"})"},
         {true, {{ItemOf("a", "3")}}, good, "on 3"},
-        {false, {{"bad"}}, bad, "on 3"},
         {false, noItems, good, "off 3"},
-        {noSwitch, Texts(), good, "off 3"},
         {true, Texts(), good, "on 3"},
         {noSwitch, {{ItemOf("a", "")}}, good, "on "},
     };
@@ -150,18 +161,10 @@ TEST(Dbus, EveryOperationAnswersTheSameEmbeddedAndFromAfar)
     }
 }
 
-// The lines of `xml` that describe methods.
 Texts MethodsOf(const std::string& xml)
 {
-    Texts methods;
-    std::istringstream lines(xml);
-    for (std::string line; std::getline(lines, line);) {
-        line.erase(0, line.find_first_not_of(' '));
-        if (line.find("<method") == 0 || line.find("<arg") == 0) {
-            methods.push_back(line);
-        }
-    }
-    return methods;
+    const std::regex row("<(method|arg)[^>]*>");
+    return {std::sregex_token_iterator(xml.begin(), xml.end(), row), {}};
 }
 
 TEST(Dbus, TheServiceDescribesItselfAsItsFileDoes)
@@ -210,8 +213,7 @@ TEST(Dbus, ForeignAnswers)
     };
     std::atomic<size_t> row = 0;
     const PlayedBus bus([&](sd_bus_message* call) { cases[row].first(call); });
-    const Proxy proxy = LogServiceProxy::Find(PoolOf(bus.folder), 20s);
-    ASSERT_NE(proxy, nullptr);
+    const Proxy proxy = bus.Find();
     for (; row < std::size(cases); ++row) {
         const Codes& codes = cases[row].second;
         bool status = false;
@@ -238,12 +240,9 @@ TEST(Dbus, NobodyElseIsBelieved)
         PlayedBus::ReplyError(call, STRANGER, SD_BUS_ERROR_NO_REPLY);
         PlayedBus::Reply(call, OWNER, "ib", 7, 0);
     });
-    const Proxy proxy = LogServiceProxy::Find(PoolOf(bus.folder), 20s);
-    ASSERT_NE(proxy, nullptr);
+    const Proxy proxy = bus.Find();
     for (int round = 0; round < 3; ++round) {
-        bool status = true;
-        EXPECT_EQ(proxy->GetModemLogStatus(status), 7);
-        EXPECT_FALSE(status);
+        EXPECT_EQ(StatusBy(proxy), "7 off");
     }
 }
 
@@ -259,11 +258,8 @@ TEST(Dbus, TheNextOwnerIsCalledWhenTheLastOneHasLeft)
             PlayedBus::Reply(call, ":1.3", "ib", 0, 1);
         }
     });
-    const Proxy proxy = LogServiceProxy::Find(PoolOf(bus.folder), 20s);
-    ASSERT_NE(proxy, nullptr);
-    bool status = false;
-    EXPECT_EQ(proxy->GetModemLogStatus(status), 0);
-    EXPECT_TRUE(status);
+    const Proxy proxy = bus.Find();
+    EXPECT_EQ(StatusBy(proxy), "0 on");
 }
 
 TEST(Dbus, ALateAnswerIsNobodys)
@@ -277,14 +273,8 @@ TEST(Dbus, ALateAnswerIsNobodys)
             calls.clear();
         }
     });
-    const std::shared_ptr<BusPool> pool = PoolOf(bus.folder);
-    const Proxy impatient = LogServiceProxy::Find(pool, 300ms);
-    const Proxy patient = LogServiceProxy::Find(pool, 20s);
-    ASSERT_TRUE(impatient && patient);
-    bool status = false;
-    EXPECT_EQ(impatient->GetModemLogStatus(status), IPC_TIMEOUT);
-    EXPECT_FALSE(status);
-    EXPECT_EQ(patient->GetModemLogStatus(status), 2);
+    EXPECT_EQ(StatusBy(bus.Find(300ms)), "1002 off");
+    EXPECT_EQ(StatusBy(bus.Find()), "2 on");
     EXPECT_EQ(bus.connections, 1);
 }
 
@@ -300,16 +290,13 @@ TEST(Dbus, CallsOfSeveralThreadsAreInFlightTogether)
             calls.clear();
         }
     });
-    const Proxy proxy = LogServiceProxy::Find(PoolOf(bus.folder), 20s);
-    std::vector<std::future<int32_t>> codes;
+    const Proxy proxy = bus.Find();
+    std::vector<std::future<std::string>> answers;
     for (int i = 0; i < 4; ++i) {
-        codes.push_back(std::async(std::launch::async, [&proxy] {
-            bool status = false;
-            return proxy->GetModemLogStatus(status);
-        }));
+        answers.push_back(std::async(std::launch::async, StatusBy, proxy));
     }
-    for (std::future<int32_t>& code : codes) {
-        EXPECT_EQ(code.get(), 0);
+    for (std::future<std::string>& answer : answers) {
+        EXPECT_EQ(answer.get(), "0 on");
     }
 }
 
@@ -317,11 +304,9 @@ TEST(Dbus, CallsOfSeveralThreadsAreInFlightTogether)
 TEST(Dbus, AFloodDoesNotHoldACall)
 {
     const PlayedBus bus(PlayedBus::Flood);
-    const Proxy proxy = LogServiceProxy::Find(PoolOf(bus.folder), 500ms);
-    ASSERT_NE(proxy, nullptr);
+    const Proxy proxy = bus.Find(500ms);
     for (int round = 0; round < 2; ++round) { // The second begins in the flood that the first has left.
-        bool status = false;
-        EXPECT_EQ(proxy->GetModemLogStatus(status), IPC_TIMEOUT);
+        EXPECT_EQ(StatusBy(proxy), "1002 off");
     }
 }
 
@@ -330,9 +315,7 @@ TEST(Dbus, ActivationCountsForTheLimit)
     const PrivateBus broken("false");
     EXPECT_EQ(broken.Find(), nullptr);
     const PrivateBus good(PROGRAM + " --session");
-    bool status = true;
-    EXPECT_EQ(good.Find()->GetModemLogStatus(status), 0);
-    EXPECT_FALSE(status);
+    EXPECT_EQ(StatusBy(good.Find()), "0 off");
 
     PlayedBus late([&late](sd_bus_message* call) {
         if (std::string_view(sd_bus_message_get_member(call)) == "StartServiceByName") {
@@ -345,9 +328,7 @@ TEST(Dbus, ActivationCountsForTheLimit)
     EXPECT_EQ(LogServiceProxy::Find(PoolOf(late.folder), 200ms), nullptr);
     late.isOwned = false;
     const steady_clock::time_point start = steady_clock::now();
-    const Proxy proxy = LogServiceProxy::Find(PoolOf(late.folder), 3s);
-    ASSERT_NE(proxy, nullptr);
-    EXPECT_EQ(proxy->GetModemLogStatus(status), IPC_TIMEOUT);
+    EXPECT_EQ(StatusBy(late.Find(3s)), "1002 off");
     EXPECT_LT(steady_clock::now() - start, 4s);
 }
 
@@ -394,7 +375,7 @@ TEST(Dbus, BadInputLeavesTheServiceAsItWas)
         ASSERT_TRUE(Append(call.get(), std::string("text")));
         EXPECT_EQ(connection->Call(call, deadline, answer), IPC_ERROR_ANSWER) << method;
     }
-    EXPECT_TRUE(done && proxy->GetModemLogStatus(done = false) == 0 && done);
+    EXPECT_EQ(StatusBy(proxy), "0 on");
 }
 
 // Each took the service, or the bus's patience with it.
@@ -418,18 +399,15 @@ TEST(Dbus, RequestsPastTheLimitsAreRefusedAndTheServiceLives)
     std::string response = "left over";
     EXPECT_EQ(proxy->QueryProtocolData(std::string(16'000'001, 'x'), response), 2);
     EXPECT_EQ(response, "");
-    EXPECT_EQ(proxy->GetModemLogStatus(done), 0);
-    EXPECT_TRUE(done);
+    EXPECT_EQ(StatusBy(proxy), "0 on");
 }
 
-using Environment = std::vector<std::pair<const char*, std::string>>;
-
-void FindService(const Environment& environment, const char* argument = nullptr)
+// Runs find_service with further settings. The first is the value of ZELK_LOG_SERVICE.
+void FindService(const std::string& settings, const std::string& argument = "")
 {
-    for (const auto& [name, value] : environment) {
-        setenv(name, value.c_str(), 1);
-    }
-    execl(ZELK_FIND_SERVICE, "find_service", argument, nullptr);
+    const std::string command =
+        "exec env ZELK_LOG_SERVICE=" + settings + " " + Quoted(ZELK_FIND_SERVICE) + " " + argument;
+    execl("/bin/sh", "sh", "-c", command.c_str(), nullptr);
 }
 
 TEST(ServiceSetting, Values)
@@ -440,43 +418,31 @@ TEST(ServiceSetting, Values)
     const std::string& address = bus.folder.address;
     const std::string report = "^zelklogservice: ZELK_LOG_SERVICE=\"[^\n]*no service\n$";
     const std::string silence = "^$";
-    struct {
-        Environment environment;
-        int status;
-        std::string errors;
-    } const cases[] = {
-        {{{"ZELK_LOG_SERVICE", ""}}, 0, silence},
-        {{{"ZELK_LOG_SERVICE", "embedded"}}, 0, silence},
-        {{{"ZELK_LOG_SERVICE", "none"}}, 1, silence},
-        {{{"ZELK_LOG_SERVICE", "Session"}}, 1, report},
-        {{{"ZELK_LOG_SERVICE", address}}, 0, silence},
+    const std::tuple<std::string, int, std::string> cases[] = {
+        {"", 0, silence},
+        {"none", 1, silence},
+        {"Session", 1, report},
+        {address, 0, silence},
         // libsystemd skips empty parts and transports that it does not know.
-        {{{"ZELK_LOG_SERVICE", address + ";"}}, 0, silence},
-        {{{"ZELK_LOG_SERVICE", "autolaunch:;" + address}}, 0, silence},
-        {{{"ZELK_LOG_SERVICE", "unix:path=/nonexistent;" + address}}, 0, silence},
-        {{{"ZELK_LOG_SERVICE", ":"}}, 1, silence},
-        {{{"ZELK_LOG_SERVICE", "unix:path=/nonexistent"}}, 1, silence},
+        {"'autolaunch:;" + address + ";'", 0, silence},
+        {"'unix:path=/nonexistent;" + address + "'", 0, silence},
+        {":", 1, silence},
+        {"unix:path=/nonexistent", 1, silence},
         // What it refuses.
-        {{{"ZELK_LOG_SERVICE", "unix:"}}, 1, report},
-        {{{"ZELK_LOG_SERVICE", "unix:path=%zz"}}, 1, report},
-        {{{"ZELK_LOG_SERVICE", "unixexec:path=/bin/sleep,argv1=100"}}, 1, report},
-        {{{"ZELK_LOG_SERVICE", "unix:path=/nonexistent;unixexec:path=/bin/true"}}, 1, report},
-        {{{"ZELK_LOG_SERVICE", "session"}, {"DBUS_SESSION_BUS_ADDRESS", address}}, 0, silence},
-        {{{"ZELK_LOG_SERVICE", "session"}, {"DBUS_SESSION_BUS_ADDRESS", ""}, {"XDG_RUNTIME_DIR", bus.folder.path}},
-         0,
-         silence},
-        {{{"ZELK_LOG_SERVICE", "session"}, {"DBUS_SESSION_BUS_ADDRESS", ""}, {"XDG_RUNTIME_DIR", ""}}, 1, silence},
-        {{{"ZELK_LOG_SERVICE", "session"}, {"DBUS_SESSION_BUS_ADDRESS", "unixexec:path=/bin/true"}},
-         1,
+        {"unix:", 1, report},
+        {"'unix:path=/nonexistent;unixexec:path=/bin/true'", 1, report},
+        {"session DBUS_SESSION_BUS_ADDRESS=" + address, 0, silence},
+        {"session DBUS_SESSION_BUS_ADDRESS= XDG_RUNTIME_DIR=" + bus.folder.path.string(), 0, silence},
+        {"session DBUS_SESSION_BUS_ADDRESS= XDG_RUNTIME_DIR=", 1, silence},
+        {"session DBUS_SESSION_BUS_ADDRESS=unixexec:path=/bin/true", 1,
          "DBUS_SESSION_BUS_ADDRESS=\"[^\n]*no service\n$"},
-        {{{"ZELK_LOG_SERVICE", "system"}, {"DBUS_SYSTEM_BUS_ADDRESS", address}}, 0, silence},
+        {"system DBUS_SYSTEM_BUS_ADDRESS=" + address, 0, silence},
     };
-    for (const auto& [environment, status, errors] : cases) {
-        EXPECT_EXIT(FindService(environment), testing::ExitedWithCode(status), errors)
-            << environment.front().second << " " << environment.back().second;
+    for (const auto& [settings, status, errors] : cases) {
+        EXPECT_EXIT(FindService(settings), testing::ExitedWithCode(status), errors) << settings;
     }
     // Where the D-Bus library could not be opened, it is tried again.
-    EXPECT_EXIT(FindService({{"ZELK_LOG_SERVICE", address}}, "without descriptors"), testing::ExitedWithCode(0),
+    EXPECT_EXIT(FindService(address, "without-descriptors"), testing::ExitedWithCode(0),
                 "^zelklogservice: [^\n]*cannot open libzelk_dbus.so[^\n]*no service\n$");
 }
 
@@ -489,14 +455,11 @@ TEST(LogServiceProgram, HasItsExitStatus)
         EXPECT_EQ(Process(PROGRAM + " " + words).Wait(), status) << words;
     }
     const PrivateBus bus;
-    const std::string onSystemBus = "env DBUS_SYSTEM_BUS_ADDRESS=" + bus.folder.address + " " + PROGRAM + " --system";
-    for (const int signal : {SIGTERM, SIGINT}) {
-        Process service(signal == SIGINT ? onSystemBus : Serving(bus));
-        bus.WaitForService();
-        service.Signal(signal);
-        EXPECT_EQ(service.Wait(), 0);
-        EXPECT_EQ(bus.Find(), nullptr);
-    }
+    Process service("env DBUS_SYSTEM_BUS_ADDRESS=" + bus.folder.address + " " + PROGRAM + " --system");
+    bus.WaitForService();
+    service.Signal(SIGINT);
+    EXPECT_EQ(service.Wait(), 0);
+    EXPECT_EQ(bus.Find(), nullptr);
 }
 
 TEST(LogServiceProgram, EndsWhateverItWaitsFor)
@@ -507,8 +470,7 @@ TEST(LogServiceProgram, EndsWhateverItWaitsFor)
     Process verbose(Serving(bus) + " --verbose 2<>" + unread);
     bus.WaitForService();
     const Proxy impatient = bus.Find(300ms);
-    bool on = false;
-    while (impatient->GetModemLogStatus(on) == 0) {
+    while (StatusBy(impatient) == "0 off") {
     }
     verbose.Signal(SIGTERM);
     EXPECT_EQ(verbose.Wait(), 0);

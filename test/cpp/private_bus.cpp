@@ -156,6 +156,15 @@ void PlayedBus::Flood(sd_bus_message* call)
     }
 }
 
+Proxy PlayedBus::Find(std::chrono::steady_clock::duration limit) const
+{
+    Proxy proxy = LogServiceProxy::Find(pool_, limit);
+    if (proxy == nullptr) {
+        throw std::runtime_error("no service");
+    }
+    return proxy;
+}
+
 void PlayedBus::Send(sd_bus_message* message, const char* sender)
 {
     EXPECT_GE(sd_bus_message_set_sender(message, sender), 0);

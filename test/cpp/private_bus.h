@@ -103,6 +103,9 @@ public:
     // Sends signals to the sender of `call`, faster than it can process them, until it has gone.
     static void Flood(sd_bus_message* call);
 
+    // Throws when it is not found.
+    Proxy Find(std::chrono::steady_clock::duration limit = std::chrono::seconds(20)) const;
+
     const BusFolder folder;
     std::atomic<bool> isOwned = true;
     std::atomic<int> connections = 0;
@@ -115,6 +118,7 @@ private:
 
     const std::function<void(sd_bus_message* call)> onCall_;
     const int listening_;
+    const std::shared_ptr<BusPool> pool_ = PoolOf(folder);
     std::vector<BusHandle> clients_; // Of the thread.
     std::atomic<bool> isEnding_ = false;
     std::thread thread_;
