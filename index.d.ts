@@ -12,10 +12,11 @@
  * - **Never settles**: the promise stays pending, or the callback is never called. Set your own time limit.
  *   `zelklogservice/testing` provides a log service that never answers, for tests; see docs/testing.md.
  *
- * A callback gets the answer as its only argument; there is no error argument. An exception that it throws surfaces as
- * an `uncaughtException`. Unless an entry says otherwise, a function throws only what a getter of the caller's own
- * objects throws, or when the runtime itself fails. A getter that throws does not stop the call: it goes on with what
- * could be read until then, a callback still gets the answer, and the promise is lost with the exception.
+ * A callback gets the answer as its only argument; there is no error argument. An exception that it throws is uncaught.
+ * Unless an entry says otherwise, a function throws only what a getter of the caller's own objects throws, or when the
+ * runtime itself fails. A getter that throws does not stop the call: it goes on with what could be read until then, a
+ * callback still gets the answer, and the promise is lost with the exception. Without a callback a device then makes no
+ * request.
  */
 
 /**
@@ -29,9 +30,7 @@
 export type ConfigValue = boolean | number | string | readonly boolean[] | readonly number[] | readonly string[];
 
 /** The parameters of an item by name. They are sent in the order of the object's own enumerable properties. */
-export interface ConfigParameters {
-  readonly [name: string]: ConfigValue;
-}
+export type ConfigParameters = Readonly<Record<string, ConfigValue>>;
 
 /** One setting to be changed. */
 export interface ConfigItem {
@@ -54,7 +53,7 @@ export interface ConfigEntry {
    * The members of the service's JSON text: names that look like integers first, then the others in ascending byte
    * order. Empty when the service gave no usable text.
    */
-  value: { [name: string]: ConfigAnswerValue };
+  value: Record<string, ConfigAnswerValue>;
 }
 
 /** One log mask. Each property is missing when the service's answer has no such string. */
@@ -79,7 +78,7 @@ export type AnswerCallback<T> = (answer: T) => void;
  * - Rights: system application.
  * - Answer: one entry per text that the service's `GetModemLogConfig` returns, in the same order.
  * - Refused: more than two arguments; keys that are not an array.
- * - Throws: `Invalid argument` without any argument.
+ * - Throws: an Error with the runtime's own text, when called without arguments.
  * - Never settles: the request failed; `keys` is empty; the answer is empty; one of its texts is not JSON or is nested
  *   about 1,000 levels deep; a setting is an integer of up to 64 bits that fits neither int32 nor uint32. A larger
  *   integer arrives as a double; one inside a list or a nested object is left out.
@@ -94,9 +93,9 @@ export function getModemLogConfig(keys: readonly string[]): Promise<ConfigEntry[
 export function getModemLogConfig(keys: readonly string[], callback: AnswerCallback<ConfigEntry[]>): undefined;
 
 /**
- * Not supported at present: throws a {@link NotSupportedError} on every call, and makes the service's
- * `GetModemLogDirectPackConfig` request all the same. The promise of the answer is lost with the exception; use a
- * callback to get the answer.
+ * Not supported at present: throws a {@link NotSupportedError} on every call. Use a callback to get the answer of the
+ * service's `GetModemLogDirectPackConfig` request, which is made all the same. Without one the answer is lost with the
+ * exception, and a device makes no request.
  *
  * - Rights: system application. Any other caller is refused and nothing is thrown: only then does it return.
  *
@@ -112,9 +111,9 @@ export function getModemLogDirectPackConfig(): undefined;
 export function getModemLogDirectPackConfig(callback: AnswerCallback<string>): undefined;
 
 /**
- * Not supported at present: throws a {@link NotSupportedError} on every call, and makes the service's
- * `GetModemLogLogMasks` request all the same. The promise of the answer is lost with the exception; use a callback to
- * get the answer.
+ * Not supported at present: throws a {@link NotSupportedError} on every call. Use a callback to get the answer of the
+ * service's `GetModemLogLogMasks` request, which is made all the same. Without one the answer is lost with the
+ * exception, and a device makes no request.
  *
  * - Rights: system application. Any other caller is refused and nothing is thrown: only then does it return.
  *
@@ -152,7 +151,7 @@ export function getModemLogStatus(callback: AnswerCallback<boolean>): undefined;
  * - Answer: the result of the service's `HandleModemLogSwitch`, `true` when it has switched.
  * - Failed: rejected with a boolean, not an Error: the result if the service gave one, otherwise `false`.
  * - Refused: more than three arguments.
- * - Throws: `Invalid argument` without any argument.
+ * - Throws: an Error with the runtime's own text, when called without arguments.
  *
  * @param on A state that is not a boolean means off.
  */
@@ -165,7 +164,7 @@ export function handleModemLogSwitch(on: boolean, configs: readonly ConfigItem[]
 /**
  * Turns the modem log on or off, see above. The callback is also called after a failure and cannot distinguish it from
  * an answer. Its type is not checked: a second argument that is neither an array nor `undefined` is the callback, and
- * one that cannot be called ends in an `uncaughtException`.
+ * one that cannot be called ends in an uncaught exception.
  */
 export function handleModemLogSwitch(on: boolean, callback: AnswerCallback<boolean>): undefined;
 /**
@@ -186,7 +185,7 @@ export function handleModemLogSwitch(
  * - Failed: rejected with a boolean, not an Error: the result if the service gave one, otherwise `false`. An empty list
  *   fails too, without a request.
  * - Refused: a first argument that is not an array.
- * - Throws: `Invalid argument` without any argument.
+ * - Throws: an Error with the runtime's own text, when called without arguments.
  */
 export function changeModemLogConfig(configs: readonly ConfigItem[]): Promise<boolean> | undefined;
 /**
@@ -202,7 +201,7 @@ export function changeModemLogConfig(configs: readonly ConfigItem[], callback: A
  * - Rights: system application.
  * - Answer: the result of the service's `SendModemLogCommand`.
  * - Refused: a command that is not an object.
- * - Throws: `Invalid argument` without any argument.
+ * - Throws: an Error with the runtime's own text, when called without arguments.
  * - Never settles: the request failed. That the service cannot be reached is logged; no other failure is.
  *
  * @param command Sent even when incomplete: without a usable `configKey` as `""`, without `value` with no parameters.
@@ -210,7 +209,7 @@ export function changeModemLogConfig(configs: readonly ConfigItem[], callback: A
 export function sendModemLogCommand(command: ModemLogCommand): Promise<boolean> | undefined;
 /**
  * Sends one command to the modem log, see above. The callback is not called when the request failed. The second of two
- * arguments is the callback, whatever its type, and one that cannot be called ends in an `uncaughtException`; with
+ * arguments is the callback, whatever its type, and one that cannot be called ends in an uncaught exception; with
  * three or more arguments the call answers by promise.
  */
 export function sendModemLogCommand(command: ModemLogCommand, callback: AnswerCallback<boolean>): undefined;
@@ -238,7 +237,7 @@ export function getTcpdumpStatus(callback: AnswerCallback<boolean>): undefined;
  * - Rights: system application.
  * - Answer: one entry per text that the service's `GetTcpdumpConfig` returns, in the same order.
  * - Refused: more than two arguments; keys that are not an array.
- * - Throws: `Invalid argument` without any argument.
+ * - Throws: an Error with the runtime's own text, when called without arguments.
  * - Never settles: the request failed; `keys` is empty; the answer is empty; one of its texts is not JSON or is nested
  *   about 1,000 levels deep; a setting is an integer of up to 64 bits that fits neither int32 nor uint32. A larger
  *   integer arrives as a double; one inside a list or a nested object is left out.
@@ -258,7 +257,7 @@ export function getTcpdumpConfig(keys: readonly string[], callback: AnswerCallba
  * - Rights: system application.
  * - Answer: the result of the service's `ChangeTcpdumpConfig`, `true` when it has applied the items.
  * - Refused: a first argument that is not an array.
- * - Throws: `Invalid argument` without any argument.
+ * - Throws: an Error with the runtime's own text, when called without arguments.
  * - Never settles: the request failed; `configs` is empty. That the service cannot be reached is logged; no other
  *   failure is, nor an empty list.
  */
@@ -276,7 +275,7 @@ export function changeTcpdumpConfig(configs: readonly ConfigItem[], callback: An
  * - Rights: system application.
  * - Answer: the result of the service's `HandleTcpdumpSwitch`, `true` when it has switched.
  * - Refused: more than three arguments.
- * - Throws: `Invalid argument` without any argument.
+ * - Throws: an Error with the runtime's own text, when called without arguments.
  * - Never settles: the request failed.
  *
  * @param on A state that is not a boolean means stop.
@@ -290,7 +289,7 @@ export function handleTcpdumpSwitch(on: boolean, configs: readonly ConfigItem[])
 /**
  * Starts or stops packet capture, see above. The callback is not called when the request failed. Its type is not
  * checked: a second argument that is neither an array nor `undefined` is the callback, and one that cannot be called
- * ends in an `uncaughtException`.
+ * ends in an uncaught exception.
  */
 export function handleTcpdumpSwitch(on: boolean, callback: AnswerCallback<boolean>): undefined;
 /**
@@ -312,7 +311,7 @@ export function handleTcpdumpSwitch(
  * - Answer: **`false` on success**, because the service answers this switch with its code alone. A fulfilled promise
  *   means success.
  * - Refused: more than three arguments.
- * - Throws: `Invalid argument` without any argument.
+ * - Throws: an Error with the runtime's own text, when called without arguments.
  * - Never settles: the request failed.
  *
  * @param on A state that is not a boolean means off.
@@ -326,7 +325,7 @@ export function handleBluetoothCallPcmLogSwitch(
 /**
  * Turns the Bluetooth call PCM log on or off, see above. The callback is not called when the request failed. Its type
  * is not checked: a second argument that is neither an array nor `undefined` is the callback, and one that cannot be
- * called ends in an `uncaughtException`.
+ * called ends in an uncaught exception.
  */
 export function handleBluetoothCallPcmLogSwitch(on: boolean, callback: AnswerCallback<false>): undefined;
 /**

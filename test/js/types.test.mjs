@@ -1,18 +1,27 @@
 // index.d.ts against its users (test/types) and against the module itself.
 import assert from 'node:assert/strict';
 import { spawnSync } from 'node:child_process';
+import { readFileSync } from 'node:fs';
 import { createRequire } from 'node:module';
 import { test } from 'node:test';
 import { fileURLToPath } from 'node:url';
 import ts from 'typescript';
 
+import { TARGET, sdkDeclaration } from '../../scripts/sdk_declaration.mjs';
+
 const root = fileURLToPath(new URL('../..', import.meta.url));
 const tsc = createRequire(import.meta.url).resolve('typescript/bin/tsc');
 
-test('good uses compile, and each bad use is refused', () => {
-  const args = [tsc, '-p', `${root}test/types`];
-  const { status, stdout } = spawnSync(process.execPath, args, { encoding: 'utf8' });
-  assert.equal(status, 0, stdout);
+for (const [users, project] of [['Node.js', 'test/types'], ['a device', 'test/types/sdk']]) {
+  test(`good uses on ${users} compile, and each bad use is refused`, () => {
+    const args = [tsc, '-p', `${root}${project}`];
+    const { status, stdout } = spawnSync(process.execPath, args, { encoding: 'utf8' });
+    assert.equal(status, 0, stdout);
+  });
+}
+
+test('the declaration for devices is made from that for Node.js', () => {
+  assert.equal(readFileSync(TARGET, 'utf8'), sdkDeclaration());
 });
 
 test('the declared functions are those that the module exports, every form with its manual', async () => {
