@@ -123,7 +123,8 @@ void Serve(sd_bus* bus)
     while (true) {
         const bool more = Checked(sd_bus_process(bus, nullptr), "the bus was lost") > 0;
         // Each answer is sent before the next call is served: answers that pile up could use all memory.
-        Checked(sd_bus_flush(bus), "the bus was lost");
+        const int flushed = sd_bus_flush(bus);
+        Checked(flushed == -EINTR ? 0 : flushed, "the bus was lost");
         const auto events = static_cast<int16_t>(Checked(sd_bus_get_events(bus), "the bus was lost"));
         std::array<pollfd, 2> descriptors = {pollfd{g_endRequested, POLLIN, 0}, pollfd{sd_bus_get_fd(bus), events, 0}};
         const int ready = poll(descriptors.data(), descriptors.size(), more ? 0 : WaitTime(bus));
