@@ -32,6 +32,10 @@ const inWorker = (code) => new Worker(
   `const { parentPort } = require('node:worker_threads'); ${LOAD} ${code}`, { eval: true });
 const firstMessage = async (code) => (await once(inWorker(code), 'message'))[0];
 
+// What getModemLogStatus came to, call by call.
+const codesOf = ({ lines }) =>
+  lines.map(({ message }) => /GetModemLogStatus, result=(.*)/.exec(message)?.[1]).filter(Boolean);
+
 const items = [{ configKey: 'k', value: { n: 1 } }];
 const reply = '{"configKey":"k","value":"{\\"n\\":1}"}';
 
@@ -73,8 +77,7 @@ test('a handler decides how its call ends', async () => {
     const log = captureLog();
     assert.deepEqual(await outcome(zelk.getModemLogStatus()), seen, String(handler));
     log.stop();
-    const codes = log.lines.map(({ message }) => /GetModemLogStatus, result=(.*)/.exec(message)?.[1]);
-    assert.deepEqual(codes.filter(Boolean), [String(code)], String(handler));
+    assert.deepEqual(codesOf(log), [String(code)], String(handler));
     assert.equal(service.errors.length, mistake ? 1 : 0);
     if (mistake) {
       const wanted = ({ name, errors }) => name === 'AggregateError' && mistake.test(String(errors[0]));
@@ -82,6 +85,10 @@ test('a handler decides how its call ends', async () => {
     }
     service.restore();
   }
+  serve({ GetTcpdumpConfig: () => ['a', 1] });
+  zelk.getTcpdumpConfig(['k']);
+  await arrival();
+  assert.throws(service.restore, /answers an array of strings, not a number as element 1$/);
 });
 
 test('mistakes are refused where they are made', () => {
@@ -89,6 +96,7 @@ test('mistakes are refused where they are made', () => {
     [() => serve({ getModemLogStatus: NEVER }), 'TypeError', /GetModemLogConfig, .*QueryProtocolData/],
     [() => serve({ HandleBluetoothCallPcmLogSwitch: 5 }), 'TypeError', /Bluetooth.* is a number/],
     [() => serve().handle('toString', NEVER), 'TypeError', /GetModemLogConfig, /],
+    ...[[null], [5], [{}, null]].map((args) => [() => serve(...args), 'TypeError']),
     ...[0, -1, NaN, 2 ** 31, '5', null].map((timeout) => [() => serve({}, { timeout }), 'RangeError']),
     ...['5', 5n, undefined].map((code) => [() => new ServiceError(code), 'TypeError']),
     ...[0, NaN, 1.5, 2 ** 31].map((code) => [() => new ServiceError(code), 'RangeError']),
@@ -98,6 +106,7 @@ test('mistakes are refused where they are made', () => {
     assert.throws(make, { name, message });
     service?.restore();
   }
+  assert.equal(String(new ServiceError(7)), 'ServiceError: the log service answers with code 7');
 });
 
 test('a service is put in front of the one before, each with its own reference service', async () => {
@@ -159,12 +168,15 @@ test('a waiting call ends within 100 ms when its service is restored or its envi
     const times = [];
     for (let round = 0; round < 3; ++round) {
       const [end, calls] = await prepare();
+      const log = captureLog();
       const start = performance.now();
       end();
       for (const seen of await calls) {
         assert.deepEqual(seen, ['rejected', false], how);
       }
       times.push(performance.now() - start);
+      log.stop();
+      assert.deepEqual(new Set(codesOf(log)), new Set(['1001']), how);
       assert.equal(await zelk.getModemLogStatus(), false, 'the own service is back');
     }
     assert.ok(Math.min(...times) < 100, `${how}: ${times} ms`);
