@@ -108,4 +108,6 @@ test('a package takes its own libraries, and a checkout those of its build', () 
   const loads = (folder) => `console.log(typeof require(${JSON.stringify(folder)}).getModemLogStatus)`;
   assert.equal(run(loads(whole), { ZELKLOGSERVICE_BUILD: 'nowhere' }).stdout, 'function\n');
   assert.equal(run(loads(checkout)).stdout, 'function\n');
+  const unbuilt = copy(OWN, LIBRARIES, { 'CMakeLists.txt': '' });
+  assert.equal(run(loads(unbuilt)).stdout, 'function\n');
 });
