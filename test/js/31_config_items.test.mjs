@@ -1,7 +1,7 @@
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
 import { E, I } from '../support/cases.mjs';
-import { probes, run } from '../support/zelk.mjs';
+import { probes, run, zelk } from '../support/zelk.mjs';
 
 const [NOT_STRING, LEN] = [E('GetString: get len error'), E('GetString: len error')];
 const [NO_NAMES, WRONG] = [E('failed to get property names.'), E('AddParamToList: WRONG TYPE')];
@@ -16,62 +16,63 @@ const throwOwn = () => {
   throw own;
 };
 
-// Each item as "key name:type... text"; the types are ConfigInfoParamType's numbers.
-async function fill(array) {
-  const seen = await run(() => probes.fillConfigInfoVector(array));
-  return { ...seen, lines: seen.lines.filter((line) => !line.startsWith(E('GetJsonParams ostringstream '))) };
+const OTHERS = /GetJsonParams ostringstream |HandleAsyncWork|Handle2ValueCallback/;
+
+// The texts that the service gets of a list of items, what is thrown, and the lines of reading them.
+async function send(array) {
+  const { requests: [[, texts] = []], thrown, lines } = await run(() => zelk.changeModemLogConfig(array));
+  return { texts, thrown, lines: lines.filter((line) => !OTHERS.test(line)) };
 }
 
 test('an object\'s properties become typed parameters in property order', async () => {
   const value = {
     on: true, level: 2.9, name: 'x', 1: 4, flags: [true, false], masks: [1, 2.5, -3], names: ['a', 'b'],
   };
-  const { returned, lines } = await fill([Object.freeze({ configKey: 'a', value: Object.freeze(value) })]);
-  const types = 'a 1:4 on:1 level:4 name:8 flags:9 masks:12 names:16';
+  const { texts, lines } = await send([Object.freeze({ configKey: 'a', value: Object.freeze(value) })]);
   const text = '{"1":4,"on":true,"level":2,"name":"x","flags":[true,"0"],"masks":[1,2,"-3"],"names":[}';
-  assert.deepEqual(returned, [`${types} {"configKey":"a","value":${text}}`]);
+  assert.deepEqual(texts, [`{"configKey":"a","value":${text}}`]);
   assert.deepEqual(lines, ['1', 'on', 'level', 'name', 'flags', 'masks', 'names'].map(key));
 });
 
 test('what cannot be used is left out, and every element yields one item', async () => {
-  const ofKey = (name, value = '}', types = '') => `${name}${types} {"configKey":"${name}","value":${value}}`;
-  const p = (param, lines, ...seen) =>
-    [{ configKey: 'a', value: { p: param } }, [key('p'), ...lines], ofKey('a', ...seen)];
+  const ofKey = (name, value = '}') => `{"configKey":"${name}","value":${value}}`;
+  const p = (param, lines, text) =>
+    [{ configKey: 'a', value: { p: param } }, [key('p'), ...lines], ofKey('a', text)];
   for (const [element, lines, expected = ofKey('')] of [
     ...[[], [null, null], { x: 1 }, new Date(0)].map((value) => p(value, [])),
     p([1, 'x'], [MIXED, BAD_ARRAY]),
     ...[[{}, []], [undefined], [1n]].map((value) => p(value, [BAD_ARRAY])),
     ...[undefined, null, Symbol('s'), () => 0, 1n].map((value) => p(value, [WRONG])),
-    p('', [LEN], '{"p":""}', ' p:8'),
-    p(NaN, [], '{"p":0}', ' p:4'),
-    p(['x', ''], [LEN], '{"p":[}', ' p:16'),
+    p('', [LEN], '{"p":""}'),
+    p(NaN, [], '{"p":0}'),
+    p(['x', ''], [LEN], '{"p":[}'),
     ...[undefined, 'text', 7].map((value) => [{ configKey: 'a', value }, [NO_NAMES], ofKey('a')]),
-    [{ configKey: 'a', value: { '': 5, [Symbol('s')]: 1 } }, [LEN, key('')], ofKey('a', '{"":5}', ' :4')],
+    [{ configKey: 'a', value: { '': 5, [Symbol('s')]: 1 } }, [LEN, key('')], ofKey('a', '{"":5}')],
     [{ configKey: 'a', value: Object.create({ inherited: 1 }, { hidden: { value: 1 } }) }, [], ofKey('a')],
-    [{ configKey: 'a', value: [5] }, [key('0')], ofKey('a', '{"0":5}', ' 0:4')],
+    [{ configKey: 'a', value: [5] }, [key('0')], ofKey('a', '{"0":5}')],
     [{ configKey: 'a' }, [NO_NAMES], ofKey('a')],
-    [{ value: { on: true } }, [NOT_STRING, key('on')], ofKey('', '{"on":true}', ' on:1')],
+    [{ value: { on: true } }, [NOT_STRING, key('on')], ofKey('', '{"on":true}')],
     [{ configKey: 5, value: {} }, [NOT_STRING]],
     [5, [...NO_PROPERTY, NOT_STRING, ...NO_PROPERTY, NO_NAMES]],
   ]) {
-    const { returned, lines: seen, thrown } = await fill([element, element]);
-    assert.deepEqual([returned, seen, thrown], [[expected, expected], [...lines, ...lines], undefined]);
+    const { texts, lines: seen, thrown } = await send([element, element]);
+    assert.deepEqual([texts, seen, thrown], [[expected, expected], [...lines, ...lines], undefined]);
   }
   for (const array of [new Array(2), new Array(100_000).fill({ configKey: 'k', value: { n: 1 } })]) {
-    assert.equal((await fill(array)).returned.length, array.length);
+    assert.equal((await send(array)).texts.length, array.length);
   }
 });
 
 test("an exception of the caller's own getter reaches the caller, and what follows is missing", async () => {
   const value = Object.defineProperty({ x: 1, y: 1, z: 1 }, 'y', { get: throwOwn });
-  const seen = await fill([{ configKey: 'a', value }, { configKey: 'b' }]);
+  const seen = await send([{ configKey: 'a', value }, { configKey: 'b' }]);
   assert.equal(seen.thrown, own);
   assert.deepEqual(seen.lines.slice(0, 8), [
     key('x'), key('y'), E('GetProperty: failed to GetProperty'), key('z'), ...NO_PROPERTY, NO_ELEMENT,
     NO_PROPERTY[0],
   ]);
-  const trapped = await fill([{ configKey: 'a', value: new Proxy({}, { ownKeys: throwOwn }) }]);
-  assert.deepEqual([trapped.thrown, trapped.lines], [own, [NO_NAMES]]);
+  const trapped = await send([{ configKey: 'a', value: new Proxy({}, { ownKeys: throwOwn }) }]);
+  assert.deepEqual([trapped.thrown, trapped.lines[0]], [own, NO_NAMES]);
 });
 
 test('lists of strings have one entry per element', async () => {
@@ -79,7 +80,7 @@ test('lists of strings have one entry per element', async () => {
   for (const [probe, value, list, ...lines] of [
     ['fillStringVector', ['a', 1, ''], ['', 'a', '', ''], NOT_STRING, LEN],
     ['fillStringVector', { length: 1 }, [''], NOT_ARRAY],
-    ['fillConfigInfoVector', { length: 1 }, [], NOT_ARRAY],
+    ['fillConfigInfoVector', { length: 1 }, undefined, NOT_ARRAY],
   ]) {
     const seen = await run(() => probes[probe](value));
     assert.deepEqual([seen.returned, seen.lines], [list, lines], probe);

@@ -48,16 +48,6 @@ napi_value Give(napi_env env, const std::string& text)
     return NapiUtil::CreateStringValue(env, text);
 }
 
-// The key, then name:type of each parameter, then the text that the service would receive.
-napi_value Give(napi_env env, const std::shared_ptr<ConfigInfo>& item)
-{
-    std::string text = item->key;
-    for (const ConfigInfoParam& param : item->params) {
-        text += " " + param.name + ":" + std::to_string(param.type);
-    }
-    return Give(env, text + " " + item->GetJsonParams());
-}
-
 template <typename T>
 napi_value Give(napi_env env, const std::vector<T>& list)
 {
@@ -146,7 +136,7 @@ napi_value ReadItems(napi_env env, const Argv& argv)
 {
     std::vector<std::shared_ptr<ConfigInfo>> items;
     FillConfigInfoVector(env, argv[0], items);
-    return Give(env, items);
+    return nullptr;
 }
 
 struct NamedProbe {
