@@ -61,7 +61,7 @@ const IS_ANSWER = {
 // `value`, which the handler of `operation` returned, in the form in which it is sent; a list is read once.
 function checkedAnswer(operation, value) {
   const wanted = OPERATIONS[operation];
-  const mistake = (found) => new TypeError(`the handler of ${operation} answers ${wanted}, not ${found}`);
+  const mistake = (found) => new TypeError(`the handler of ${operation} must answer ${wanted}, not ${found}`);
   if (!IS_ANSWER[wanted](value)) {
     throw mistake(kindOf(value));
   }
@@ -84,10 +84,10 @@ const BRAND = Symbol.for('zelklogservice.ServiceError');
 
 function checkCode(code) {
   if (typeof code !== 'number') {
-    throw new TypeError(`the code of a ServiceError is a number, not ${kindOf(code)}`);
+    throw new TypeError(`the code of a ServiceError must be a number, not ${kindOf(code)}`);
   }
   if (!Number.isInteger(code) || code === 0 || code < INT32.least || code > INT32.most) {
-    throw new RangeError(`the code of a ServiceError is an int32 other than 0, not ${code}`);
+    throw new RangeError(`the code of a ServiceError must be an int32 other than 0, not ${code}`);
   }
 }
 
@@ -112,13 +112,13 @@ function checkHandler(name, handler) {
     throw new TypeError(`the log service has no operation ${String(name)}: it has ${known}`);
   }
   if (handler !== undefined && typeof handler !== 'function') {
-    throw new TypeError(`the handler of ${name} is ${kindOf(handler)}, not a function`);
+    throw new TypeError(`the handler of ${name} must be a function, not ${kindOf(handler)}`);
   }
 }
 
 function checkedHandlers(handlers) {
   if (!isObject(handlers)) {
-    throw new TypeError(`the handlers are ${kindOf(handlers)}, not an object`);
+    throw new TypeError(`the handlers must be an object, not ${kindOf(handlers)}`);
   }
   const checked = new Map();
   for (const name of Object.keys(handlers)) {
@@ -130,7 +130,7 @@ function checkedHandlers(handlers) {
 
 function checkedTimeout(options) {
   if (!isObject(options)) {
-    throw new TypeError(`the options are ${kindOf(options)}, not an object`);
+    throw new TypeError(`the options must be an object, not ${kindOf(options)}`);
   }
   const timeout = options.timeout === undefined ? DEFAULT_TIMEOUT : options.timeout;
   if (typeof timeout !== 'number' || !(timeout >= 1 && timeout <= INT32.most)) {
@@ -279,7 +279,7 @@ function tokenOf(caller) {
   if (isObject(caller) && typeof caller.systemApplication === 'boolean') {
     return caller.systemApplication ? SYSTEM_APPLICATION : OTHER_APPLICATION;
   }
-  throw new TypeError('a caller is { systemApplication: boolean }, a full token id as a bigint, or null, ' +
+  throw new TypeError('a caller must be { systemApplication: boolean }, a full token id as a bigint, or ' +
     `null, not ${inspect(caller)}`);
 }
 

@@ -85,7 +85,7 @@ std::string TakeNumber(const char*& text, Arguments& args)
 std::string TakeLayout(const char*& text, Arguments& args)
 {
     std::string layout(Take(text, "-+ #0'"));
-    layout += TakeNumber(text, args); // A negative one brings its flag along.
+    layout += TakeNumber(text, args); // The sign of a negative width is the flag "-".
     if (Skip(text, ".")) {
         const std::string precision = TakeNumber(text, args);
         layout += precision[0] == '-' ? "" : '.' + precision;

@@ -115,7 +115,7 @@ size_t WriteToOwnDescription(int descriptor, std::string_view text, Deadline dea
 {
     const std::string path = "/proc/self/fd/" + std::to_string(descriptor);
     const int own = open(path.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
-    if (own < 0) { // Another user's, or the reader has gone.
+    if (own < 0) { // Another user's, or the reader is gone.
         return WriteBy(TryBlocking, descriptor, text, deadline);
     }
     const size_t written = WriteBy(TryPlain, own, text, deadline);

@@ -1,5 +1,4 @@
-// The service client: the codes and lines that are its own, and the slots of the interfaces that it shares with the
-// service.
+// The service client: its own codes and lines, and the slots of the interfaces that it shares with the service.
 #include <cstring>
 #include <type_traits>
 
@@ -53,7 +52,7 @@ TEST(Client, HasThePlatformsBinaryInterface)
     EXPECT_TRUE(std::has_virtual_destructor_v<DelayedSingleton<ZelkLogServiceClient>>);
 }
 
-// A client without a service; asking for it is counted.
+// A client without a service; requests for the proxy are counted.
 class ClientAlone : public testing::Test {
 protected:
     ClientAlone()
@@ -75,7 +74,7 @@ protected:
         Host::SetProxySource({});
     }
 
-    // The reference arguments stay as they are.
+    // The reference arguments must not change.
     void ExpectUntouched() const
     {
         EXPECT_EQ(values, Texts{"kept"});

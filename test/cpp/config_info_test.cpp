@@ -48,7 +48,7 @@ TEST(ConfigInfo, NothingIsEscapedMergedOrRepaired)
               "{\"configKey\":\"k\"\\\n\",\"value\":{\"n\"\":\"a\"b\\c\",\"n\"\":[]\"\":[a,\"b\"]}}");
 }
 
-// A value's text is whole before another parameter and loses its last character at the end of the item.
+// A value's text is complete before another parameter, and loses its last character at the end of the item.
 TEST(ConfigInfo, ValueTextByType)
 {
     struct Grouping : std::numpunct<char> {

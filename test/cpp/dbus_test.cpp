@@ -28,7 +28,7 @@ using std::chrono::steady_clock;
 using Codes = std::vector<int32_t>;
 using Texts = std::vector<std::string>;
 
-// For a shell and for a D-Bus service file, wherever the checkout is.
+// Quoted for a shell and for a D-Bus service file, whatever the path of the checkout.
 std::string Quoted(const std::string& path)
 {
     return "'" + std::regex_replace(path, std::regex("'"), R"('"'"')") + "'";
@@ -56,7 +56,7 @@ std::string StatusBy(const Proxy& proxy)
     return std::to_string(code) + (on ? " on" : " off");
 }
 
-// Modem log and packet capture are the same but for their names.
+// Modem log and packet capture differ only in their names.
 struct Log {
     IZelkLogService& service;
     bool isModem;
@@ -64,7 +64,7 @@ struct Log {
     // "code result" of a change, of the switch too if `on` is given, with items if there are some.
     std::string Change(std::optional<bool> on, std::optional<Texts> items) const
     {
-        bool result = items && items->size() > 1; // Not what is expected.
+        bool result = items && items->size() > 1; // The opposite of the expected result.
         int32_t code = 0;
         if (!on) {
             code = isModem ? service.ChangeModemLogConfig(*items, result) : service.ChangeTcpdumpConfig(*items, result);
@@ -98,7 +98,7 @@ void TryLogs(IZelkLogService& service)
     const std::string good = "0 true";
     const std::optional<bool> noSwitch;
     const std::optional<Texts> noItems;
-    // The switch and the items; what is answered; the switch and the value of "a" then.
+    // The switch and the items; the answer; the switch and the value of "a" afterwards.
     const std::tuple<std::optional<bool>, std::optional<Texts>, std::string, std::string> steps[] = {
         {noSwitch,
          {{ItemOf("a", "1"), ItemOf("a", R"({"b":"\n"})"), ItemOf("ä😀\"", "")}},
@@ -151,7 +151,7 @@ void TryTheRest(IZelkLogService& service)
     EXPECT_EQ(service.HandleBluetoothCallPcmLogSwitch(true), 0);
 }
 
-TEST(Dbus, EveryOperationAnswersTheSameEmbeddedAndFromAfar)
+TEST(Dbus, EveryOperationAnswersTheSameEmbeddedAndOverDbus)
 {
     const PrivateBus bus;
     const Process process(Serving(bus));
@@ -192,7 +192,7 @@ TEST(Dbus, ForeignAnswers)
     constexpr int32_t TYPES = IPC_WRONG_TYPES;
     constexpr int32_t ERROR = IPC_ERROR_ANSWER;
     constexpr int32_t GONE = IPC_SERVICE_GONE;
-    // An answer, and the codes for who wants a boolean, a text, a list, or nothing but a code.
+    // An answer, and the codes for callers that expect a boolean, a text, a list, or only a code.
     const std::pair<std::function<void(sd_bus_message*)>, Codes> cases[] = {
         {[](auto* call) { PlayedBus::Reply(call, OWNER, "ib", -7, 1); }, {-7, TYPES, TYPES, TYPES}},
         {[](auto* call) { PlayedBus::Reply(call, OWNER, "is", -7, "seen"); }, {TYPES, -7, TYPES, TYPES}},
@@ -202,7 +202,7 @@ TEST(Dbus, ForeignAnswers)
         {[](auto* call) { PlayedBus::Reply(call, OWNER, "ibb", 0, 1, 1); }, Codes(4, TYPES)},
         {[](auto* call) { PlayedBus::Reply(call, OWNER, ""); }, Codes(4, TYPES)},
         {[](auto* call) { PlayedBus::ReplyError(call, OWNER, SD_BUS_ERROR_FAILED); }, Codes(4, ERROR)},
-        // They look like the bus's own.
+        // These look like the bus's own.
         {[](auto* call) { PlayedBus::ReplyError(call, OWNER, SD_BUS_ERROR_NO_REPLY); }, Codes(4, ERROR)},
         {[](auto* call) { PlayedBus::ReplyError(call, OWNER, SD_BUS_ERROR_TIMEOUT); }, Codes(4, ERROR)},
         // And these are.
@@ -227,10 +227,10 @@ TEST(Dbus, ForeignAnswers)
         EXPECT_EQ(text, codes[1] == -7 ? "seen" : "kept") << row;
         EXPECT_EQ(list, Texts{codes[2] == -7 ? "seen" : "kept"}) << row;
     }
-    EXPECT_EQ(bus.connections, 1); // One call after the other needs no more.
+    EXPECT_EQ(bus.connections, 1); // Calls one after the other need no more.
 }
 
-TEST(Dbus, NobodyElseIsBelieved)
+TEST(Dbus, OtherPeersAreNotBelieved)
 {
     constexpr const char* STRANGER = ":1.66";
     const PlayedBus bus([](sd_bus_message* call) {
@@ -262,7 +262,7 @@ TEST(Dbus, TheNextOwnerIsCalledWhenTheLastOneHasLeft)
     EXPECT_EQ(StatusBy(proxy), "0 on");
 }
 
-TEST(Dbus, ALateAnswerIsNobodys)
+TEST(Dbus, ALateAnswerIsDropped)
 {
     std::vector<BusMessage> calls;
     const PlayedBus bus([&](sd_bus_message* call) {
@@ -305,7 +305,7 @@ TEST(Dbus, AFloodDoesNotHoldACall)
 {
     const PlayedBus bus(PlayedBus::Flood);
     const Proxy proxy = bus.Find(500ms);
-    for (int round = 0; round < 2; ++round) { // The second begins in the flood that the first has left.
+    for (int round = 0; round < 2; ++round) { // The second starts while the flood of the first goes on.
         EXPECT_EQ(StatusBy(proxy), "1002 off");
     }
 }
@@ -338,7 +338,7 @@ TEST(Dbus, WithMemoryShortACallFailsAndThrowsNothing)
         PlayedBus::Reply(call, OWNER, "ias", 0, 2, std::string(100, 'x').c_str(), std::string(100, 'y').c_str());
     });
     int32_t code = IPC_ERROR_ANSWER;
-    int least = 0; // So many allocations are enough.
+    int least = 0; // The number of allocations that is enough.
     for (; code == IPC_ERROR_ANSWER && least < 1000; ++least) {
         const std::shared_ptr<BusPool> pool = PoolOf(bus.folder);
         Texts list = {"kept"};
@@ -378,7 +378,7 @@ TEST(Dbus, BadInputLeavesTheServiceAsItWas)
     EXPECT_EQ(StatusBy(proxy), "0 on");
 }
 
-// Each took the service, or the bus's patience with it.
+// Each of these once ended the service, or its connection to the bus.
 TEST(Dbus, RequestsPastTheLimitsAreRefusedAndTheServiceLives)
 {
     const PrivateBus bus;
@@ -441,7 +441,7 @@ TEST(ServiceSetting, Values)
     for (const auto& [settings, status, errors] : cases) {
         EXPECT_EXIT(FindService(settings), testing::ExitedWithCode(status), errors) << settings;
     }
-    // Where the D-Bus library could not be opened, it is tried again.
+    // After the D-Bus library could not be opened, the next call tries again.
     EXPECT_EXIT(FindService(address, "without-descriptors"), testing::ExitedWithCode(0),
                 "^zelklogservice: [^\n]*cannot open libzelk_dbus.so[^\n]*no service\n$");
 }

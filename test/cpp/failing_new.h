@@ -1,4 +1,4 @@
-// Replaces `new`, so that memory can be made short.
+// Replaces `new`, so that a test can make it fail.
 #ifndef TEST_CPP_FAILING_NEW_H
 #define TEST_CPP_FAILING_NEW_H
 

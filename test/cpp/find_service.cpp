@@ -1,5 +1,5 @@
-// Ends with 0 when the log service that the environment names answers, with 1 when there is none. With an argument,
-// file descriptors are used up at the first two tries.
+// Exits with 0 when the log service that the environment names answers, with 1 when there is none. With an argument,
+// no file descriptors are left during the first two tries.
 #include <cstdlib>
 #include <sys/resource.h>
 
@@ -18,7 +18,7 @@ bool IsServed()
 
 } // namespace
 
-// What libsystemd reads the environment with.
+// libsystemd reads the environment with this.
 extern "C" __attribute__((visibility("default"))) char* secure_getenv(const char* name) noexcept
 {
     if (g_isLoaded) {

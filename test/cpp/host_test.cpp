@@ -1,4 +1,4 @@
-// The stand-ins for identity, reference counting and singletons, as far as the module's own tests do not see them.
+// The stand-ins for identity, reference counting and singletons, where the module's own tests do not cover them.
 #include <array>
 #include <atomic>
 #include <cstdlib>
@@ -74,7 +74,7 @@ struct Slow : DelayedSingleton<Slow> {
     static inline std::atomic<int> made{0};
 };
 
-// Runs work(0) to work(3) in threads of their own, to their ends.
+// Runs work(0) to work(3), each in its own thread, and waits for all of them.
 template <typename Work>
 void InThreads(Work work)
 {

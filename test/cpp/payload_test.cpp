@@ -63,7 +63,7 @@ TEST(Payload, WritesEveryKind)
     }
 }
 
-TEST(Payload, WritesNullOrNothingForWhatDoesNotFit)
+TEST(Payload, WritesNullOrNothingForContentThatDoesNotFit)
 {
     const std::pair<Value, std::string> cases[] = {
         // No kind or no content.

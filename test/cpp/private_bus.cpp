@@ -168,7 +168,7 @@ Proxy PlayedBus::Find(std::chrono::steady_clock::duration limit) const
 void PlayedBus::Send(sd_bus_message* message, const char* sender)
 {
     EXPECT_GE(sd_bus_message_set_sender(message, sender), 0);
-    sd_bus_send(nullptr, message, nullptr); // The client may have gone.
+    sd_bus_send(nullptr, message, nullptr); // The client may be gone.
 }
 
 void PlayedBus::Serve()

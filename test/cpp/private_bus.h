@@ -1,4 +1,4 @@
-// Buses for tests: a D-Bus daemon with what it starts, and a bus that the test plays itself.
+// Buses for tests: a D-Bus daemon with the processes that it starts, and a bus simulated by the test itself.
 #ifndef TEST_CPP_PRIVATE_BUS_H
 #define TEST_CPP_PRIVATE_BUS_H
 
@@ -17,8 +17,7 @@
 
 namespace OHOS::Host {
 
-// A child process that runs a command of the shell's. It ends with this object or with the test, even if that is
-// killed.
+// A child process that runs a shell command. It ends with this object or with the test, even if the test is killed.
 class Process {
 public:
     explicit Process(const std::string& command);
@@ -35,7 +34,7 @@ private:
 
 bool Eventually(const std::function<bool()>& condition);
 
-// A folder of its own, for a bus's socket.
+// A temporary folder for a bus's socket.
 struct BusFolder {
     BusFolder();
     BusFolder(const BusFolder&) = delete;
@@ -52,7 +51,7 @@ std::shared_ptr<BusPool> PoolOf(const BusFolder& folder);
 // A D-Bus daemon.
 class PrivateBus {
 public:
-    // `command` is what the bus runs when somebody asks for the service.
+    // The bus runs `command` to start the service.
     explicit PrivateBus(const std::string& command = "");
 
     Proxy Find(std::chrono::steady_clock::duration limit = std::chrono::seconds(20)) const;
@@ -64,8 +63,8 @@ public:
     std::unique_ptr<Process> daemon;
 };
 
-// A bus that the test plays: the other end of the connections of clients in this process. It answers what clients ask
-// the bus at the start, and leaves all other calls to the test.
+// A bus simulated by the test: the other end of the connections of clients in this process. It answers the calls that
+// clients make to the bus at the start, and leaves all others to the test.
 class PlayedBus {
 public:
     static constexpr const char* BUS = "org.freedesktop.DBus";
@@ -100,7 +99,7 @@ public:
         Send(raw, sender);
     }
 
-    // Sends signals to the sender of `call`, faster than it can process them, until it has gone.
+    // Sends signals to the sender of `call`, faster than it can process them, until it is gone.
     static void Flood(sd_bus_message* call);
 
     // Throws when it is not found.
@@ -119,7 +118,7 @@ private:
     const std::function<void(sd_bus_message* call)> onCall_;
     const int listening_;
     const std::shared_ptr<BusPool> pool_ = PoolOf(folder);
-    std::vector<BusHandle> clients_; // Of the thread.
+    std::vector<BusHandle> clients_; // Used by the thread only.
     std::atomic<bool> isEnding_ = false;
     std::thread thread_;
 };

@@ -35,7 +35,7 @@ TEST(ItemText, FramesAndTheirParts)
     EXPECT_EQ(JsonString({"a\0b", 3}), "\"a\\u0000b\"");
 }
 
-// Each call sets a key twice and asks for it twice; nobody may see the first value or a change in between.
+// Each call sets a key twice and asks for it twice; no call may see the first value or a change in between.
 TEST(ReferenceService, CallsOfSeveralThreadsTakeEffectAsAWhole)
 {
     ReferenceService service;
@@ -67,7 +67,7 @@ std::string ItemOf(const std::string& key, const std::string& value)
     return R"({"configKey":")" + key + R"(","value":)" + value + "}";
 }
 
-// An item whose text has so many bytes.
+// An item whose text has this many bytes.
 std::string ItemOfSize(const std::string& key, size_t size)
 {
     return ItemOf(key, std::string(size - ItemOf(key, "").size(), 'x'));
@@ -157,10 +157,10 @@ TEST_F(Limits, OfALogsKeysAndValues)
     EXPECT_EQ(Change({ItemOfSize("last", 65 * frame + 1)}), "2 false");
     EXPECT_EQ(Change({ItemOfSize("last", 65 * frame)}), "0 true");
     EXPECT_EQ(Change({ItemOf("a", "")}), "2 false");
-    EXPECT_EQ(Change({ItemOf("last", ""), ItemOf("a", "")}), "0 true"); // What is replaced gives way.
+    EXPECT_EQ(Change({ItemOf("last", ""), ItemOf("a", "")}), "0 true"); // Replaced values no longer count.
 }
 
-TEST(Client, CallsBackThoseWhoAskedToHearOfADeath)
+TEST(Client, CallsTheCallbacksWhenTheServiceDies)
 {
     Client client;
     std::string called;

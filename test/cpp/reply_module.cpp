@@ -1,5 +1,5 @@
-// Linked as the module is, with the module's own object files. Such a library exports nothing, so it hands what the
-// test calls to the test when it is loaded.
+// Linked as the module is, with the module's own object files. Such a library exports nothing, so it passes the
+// functions under test to the test when it is loaded.
 #include "reply_test.h"
 
 #include "config/json_to_object.h"

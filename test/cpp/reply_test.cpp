@@ -1,5 +1,5 @@
-// Replies for which jsoncpp throws, outside of Node.js: its executable brings a C++ runtime of its own, which finds
-// handlers that a device's would not.
+// Replies for which jsoncpp throws, outside Node.js: its executable contains its own C++ runtime, which finds handlers
+// that a device's would not.
 #include "reply_test.h"
 
 #include <dlfcn.h>
@@ -18,7 +18,7 @@ void TakeConversion(Conversion conversion)
     g_conversion = conversion;
 }
 
-// A runtime that makes nothing: what a reply asks of it, and no more.
+// A runtime that creates nothing, with only the functions that a reply needs.
 #define SUCCEEDS(name, ...)                                                                                            \
     napi_status name(__VA_ARGS__)                                                                                      \
     {                                                                                                                  \
@@ -35,7 +35,7 @@ SUCCEEDS(napi_open_handle_scope, napi_env, napi_handle_scope*)
 SUCCEEDS(napi_close_handle_scope, napi_env, napi_handle_scope)
 void napi_module_register(napi_module*) {}
 
-TEST(Reply, IsGivenUpWhenJsoncppThrows)
+TEST(Reply, IsAbandonedWhenJsoncppThrows)
 {
     ASSERT_NE(dlopen(REPLY_MODULE, RTLD_LAZY), nullptr) << dlerror();
     ASSERT_NE(g_conversion, nullptr);

@@ -1,4 +1,4 @@
-// What the test of the reply conversion and the library under test share.
+// Shared by the test of the reply conversion and the library under test.
 #ifndef TEST_CPP_REPLY_TEST_H
 #define TEST_CPP_REPLY_TEST_H
 

@@ -1,5 +1,5 @@
-// The reference service's items: whatever text comes, it is accepted exactly when it has the frame, and an accepted
-// item comes back as JSON that reads as its key and its value.
+// The reference service's items: any text is accepted exactly when it has the frame, and an accepted item comes back as
+// JSON that contains its key and its value.
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
@@ -38,7 +38,7 @@ bool HasFrame(const std::string& text)
     return at != std::string::npos && at + middle.size() < text.size();
 }
 
-// What a query for `key` answers.
+// The answer to a query for `key`.
 Json::Value Query(OHOS::Host::ReferenceService& service, const std::string& key)
 {
     std::vector<std::string> keys = {key};

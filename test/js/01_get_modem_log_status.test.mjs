@@ -16,7 +16,7 @@ const FAILED = [
 ];
 const UNMADE = E('GetModemLogStatusCallback: fill bool failed');
 
-calls('answers, takes one callback and ignores what is none', name, [
+calls('answers, takes one callback and ignores anything that is not a function', name, [
   [YES, () => [], { resolved: true }, [[op]], DONE],
   [NO, () => [], { resolved: false }, [[op]], DONE],
   [YES, (cb) => [cb], { callback: [[true]] }, [[op]], [ENTER, ...DONE]],
@@ -60,7 +60,7 @@ test('the frame logs each of its steps, up to the one that fails', async () => {
   }
 });
 
-test('the frame takes bare records and no records', async () => {
+test('the frame takes bare contexts and null', async () => {
   for (const [probe, lines, message, ...faults] of [
     ['handleBare'],
     ['handleBare', undefined, 'injected failure', { name: 'napi_create_promise', nth: 1 }],

@@ -29,7 +29,7 @@ answerTests(name, [
   ...['{}', '5', '"x"', '[1,{"a":1}]', 'null'].map((text) => [valued(text), { configKey: 'a', value: {} }]),
   ...['', 'no json', '{"a":1', '{"a":1,}x'].map((text) =>
     [valued(text), { configKey: 'a', value: {} }, UNREADABLE]),
-  // Any other value is passed over silently.
+  // Any other value is ignored silently.
   ...['5', '1.5', 'true', 'null', '[1]', '{"x":1}'].map((value) =>
     [`{"configKey":"a","value":${value}}`, { configKey: 'a', value: {} }]),
   ['{"configKey":"a"}', { configKey: 'a', value: {} }],

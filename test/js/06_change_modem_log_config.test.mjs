@@ -20,7 +20,7 @@ calls('delivers the boolean of a failure or an empty list', name, [
   [FAILS, (cb) => [[], cb], { callback: [[false]] }, [], [EMPTY, FAILED]],
 ]);
 
-test(`${name} sends one text per item, in order, whatever is wrong with it`, async () => {
+test(`${name} sends one text per item, in order, even for invalid items`, async () => {
   const texts = [
     '{"configKey":"b","value":{"l":[1,"2"]}}', '{"configKey":"","value":}}', '{"configKey":"a","value":}}',
   ];

@@ -27,7 +27,7 @@ calls('takes a command and, of two arguments, any callback; a failure is neither
   [AWAY, () => [command], PENDING, [], [...READ, W(`[${op}]"get proxy fail."`)]],
 ]);
 
-calls('sends the command with what it can read of it', name, [
+calls('sends the parts of the command that it can read', name, [
   [{}, '{"configKey":"","value":}}', NO_KEY, NO_VALUE],
   [[1], '{"configKey":"","value":}}', NO_KEY, NO_VALUE],
   [{ configKey: 'k' }, '{"configKey":"k","value":}}', NO_VALUE],

@@ -18,7 +18,7 @@ keyQueryTests(name, {
   noKeys: [executed(7), completed('1 - 1'), NOTHING],
 });
 
-// Every value is read as text and converted; what has no text reads as the empty one, which cannot be parsed.
+// Every value is read as text and converted; a value without a text becomes "", which cannot be parsed.
 answerTests(name, [
   ['{"configKey":"a","value":"{\\"n\\":-1,\\"l\\":[1]}"}', { configKey: 'a', value: { n: -1 } }, ...DONE],
   ...['5', '1.5', 'true', '"5"', '"[1]"', '"{}"'].map((value) =>

@@ -5,7 +5,7 @@ const op = 'HandleBluetoothCallPcmLogSwitch';
 const FAILS = { code: 9 };
 const failed = (code) => I(`HandleBluetoothCallPcmLogSwitchCallback: errorcode ${code}`);
 
-// The items are made and not sent, and success answers false.
+// The items are read but not sent, and success answers false.
 switchTests(name, {
   answers: [{}, {}], // The service has none.
   yes: false,

@@ -13,7 +13,7 @@ const BORROWED = {
   ChangeTcpdumpConfigCallback: 'ChangeModemLogConfigCallback',
 };
 
-test('steps without a record write one line and do nothing; two of them throw', async () => {
+test('steps without a context write one line and do nothing; two of them throw', async () => {
   const steps = gatedNames.flatMap((name) => [`Native${operation(name)}`, `${operation(name)}Callback`]);
   for (const step of steps) {
     const { lines, requests, returned, thrown } = await keeps({}, () => probes[step]());

@@ -49,7 +49,7 @@ test('serve every caller, and answer with the reply text, a failure too', async 
   }
 });
 
-test('want their exact number of arguments, and say 1 whatever it is', async () => {
+test('require their exact number of arguments, and log 1 for every number', async () => {
   for (const [name, ...wrong] of [
     ['fetchRemoteDevicesLogs', [], ['x'], ['x', 1, 2]], ['queryRemoteDevicesLogs', [], ['a', 'b']],
     ['queryProtocolData', [], ['a', 'b', 'c']],
@@ -103,7 +103,7 @@ test('an answer that cannot be made leaves the promise pending and the errors un
   ]);
 });
 
-// The fault sweep tells what is thrown and stays behind; these are the lines.
+// The fault sweep checks what is thrown and what stays allocated; this checks the lines.
 test('a context that cannot be queued is freed', async () => {
   const unqueued = 'I FRAMEWORK: [Execute]"[GetRemoteDevicesList]napi_queue_async_work fail: errorCode=9"';
   for (const [name, ...lines] of [

@@ -7,20 +7,20 @@ import { E } from '../support/cases.mjs';
 import { answering, forms } from '../support/forms.mjs';
 import { counts, fail, gatedNames, leaves, names, run, service, trace, zelk } from '../support/zelk.mjs';
 
-// How far after a first fault the second of a pair may lie. A long run takes them all, a build with
+// How far after a first fault the second of a pair may be. A long run takes all pairs; a build with
 // sanitizers is slow.
 const PAIR_REACH = Number(process.env.ZELK_FAULT_PAIR_REACH || (process.env.ZELKLOGSERVICE_BUILD ? 1 : 4));
-const INJECTED = 9; // The status of a planned fault; the runtime's own refusals have others.
+const INJECTED = 9; // The status of a planned fault; the runtime's own failures have others.
 const MESSAGES = { 1: 'Invalid argument', 10: 'An exception is pending', [INJECTED]: 'injected failure' };
 const UNSUPPORTED = /DirectPackConfig|LogMasks/;
 const QUEUE = 'napi_queue_async_work';
 
-const THROWS = { throws: true, ends: true }; // And nothing follows but cleaning up.
+const THROWS = { throws: true, ends: true }; // Only cleaning up follows.
 const THROWS_ON = { throws: true };
 const IS_SILENT = {};
 const logs = (...lines) => ({ lines: lines.map(E) }); // One of them.
 
-// What a function of the module does when a Node-API call that it makes fails.
+// What each function of the module does when one of its Node-API calls fails.
 const PLACES = {
   // Arguments and the async frame
   'ReadArguments napi_get_cb_info': THROWS,
@@ -34,7 +34,7 @@ const PLACES = {
   'CreateUndefined napi_get_undefined': THROWS_ON,
   'CreateWork napi_create_string_utf8': THROWS,
   'CreateWork napi_create_async_work': THROWS,
-  'StartAsyncWork napi_queue_async_work': { ends: true }, // Throws an error of its own.
+  'StartAsyncWork napi_queue_async_work': { ends: true }, // Throws its own error.
   'Abandon napi_delete_reference': IS_SILENT,
   'CallCallback napi_get_reference_value': THROWS,
   'CallCallback napi_call_function': THROWS,
@@ -44,7 +44,7 @@ const PLACES = {
   'Handle2ValueCallback napi_delete_async_work': IS_SILENT,
   // The executor
   'Execute napi_create_promise': THROWS,
-  'Execute napi_queue_async_work': { ends: true }, // Throws an error of its own.
+  'Execute napi_queue_async_work': { ends: true }, // Throws its own error.
   'Settle napi_resolve_deferred': THROWS_ON,
   'Settle napi_reject_deferred': THROWS_ON,
   '~NapiContext napi_delete_async_work': IS_SILENT,
@@ -67,7 +67,7 @@ const PLACES = {
   'GetElement napi_get_element': logs('GetElement: failed to get the elemrnt of array'),
   'HandleScope napi_open_handle_scope': IS_SILENT,
   '~HandleScope napi_close_handle_scope': IS_SILENT,
-  // Making answers
+  // Creating answers
   'AnswerStatus napi_get_boolean': { ends: true, ...logs('GetModemLogStatusCallback: fill bool failed') },
   'AnswerBoolean napi_get_boolean': IS_SILENT,
   'CreateStringValue napi_create_string_utf8': THROWS_ON,
@@ -118,7 +118,7 @@ function walk(calls, lines) {
     }
     return k;
   };
-  // The calls after a failing one at k; gives the index of the last of them.
+  // The calls after a failing one at k; returns the index of the last of them.
   const expectCheck = (k, status) => {
     const following = namesOf(calls.slice(k + 1, k + 3));
     assert.deepEqual(following, ['napi_get_last_error_info', 'napi_is_exception_pending']);
@@ -127,7 +127,7 @@ function walk(calls, lines) {
   };
   for (let k = 0; k < calls.length; ++k) {
     const [call, status, site] = calls[k];
-    if (k === 0 && site.endsWith(' ThrowError')) { // What is not supported says so first.
+    if (k === 0 && site.endsWith(' ThrowError')) { // An unsupported function throws first.
       expectThrow(k, '6');
       continue;
     }
@@ -154,7 +154,7 @@ function walk(calls, lines) {
   return thrown;
 }
 
-// What a run must have looked like whose Node-API calls were `calls`.
+// Checks what was seen of a run whose Node-API calls were `calls`.
 function judge(name, args, calls, seen, left, own) {
   const ok = (step, call) => step.filter(([other, status]) => other === call && status === 0).length;
   const cannot = (call) => calls.some(([other, status]) => other === call && status !== 0);
@@ -204,7 +204,7 @@ const outcome = ({ thrown, uncaught, lines, returned, ...rest }) =>
 const answersOf = ({ resolved, rejected, callback }) =>
   [resolved, rejected, ...callback.flat()].filter((each) => each !== undefined);
 
-// One run of one form under one plan; gives what was seen.
+// One run of one form under one plan; returns what was seen.
 async function attempt(name, index, own, ...faults) {
   const plan = faults.map((nth) => ({ nth }));
   fail(...plan);
@@ -241,7 +241,7 @@ async function sweep(name, index, own) {
         break;
       }
     }
-    // What cannot be read of an argument may change the question, never the answer.
+    // An argument that cannot be read may change the request, never the answer.
     const answer = answersOf(single.seen);
     const isComparable = !whole.thrown && !whole.uncaught.length &&
       single.seen.requests.length === whole.requests.length;
@@ -253,7 +253,7 @@ async function sweep(name, index, own) {
   assert.deepEqual(again, whole, `${name} form ${index}: works again`);
 }
 
-before(() => { // An error in the call keeps its promise from the caller, who cannot handle a rejection then.
+before(() => { // After an error the caller does not get the promise and cannot handle its rejection.
   process.removeAllListeners('unhandledRejection').on('unhandledRejection', () => {});
 });
 
@@ -272,7 +272,7 @@ for (const name of names) {
   });
 }
 
-// Some fail only in cleaning up after another, which a short reach leaves out.
+// Some fail only while cleaning up after another, which a short reach leaves out.
 test('every place of the table has failed', { skip: PAIR_REACH < 4 }, () => {
   assert.deepEqual(Object.keys(PLACES).filter((place) => !failed.has(place)), []);
 });

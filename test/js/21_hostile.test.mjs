@@ -1,5 +1,5 @@
-// Arbitrary values as arguments and arbitrary texts as replies: whatever comes, the process lives, nothing
-// hangs, only expected errors are seen, and what is not answered is accounted for.
+// Random values as arguments and random texts as replies: the process always survives, nothing hangs, only
+// expected errors occur, and every call that is not answered is accounted for.
 import assert from 'node:assert/strict';
 import { before, test } from 'node:test';
 import fc from 'fast-check';
@@ -27,7 +27,7 @@ function revoked() {
   return proxy;
 }
 
-// Made where they are used: fast-check itself would step into them.
+// Created where they are used: fast-check itself would trigger them.
 const MAKERS = [
   () => Symbol('s'), () => own, () => () => {}, () => class {}, async () => own(), revoked,
   () => Promise.reject(new Own()), () => new Proxy(() => {}, { apply: own }), () => new Proxy([], {}),
@@ -99,14 +99,14 @@ const known = fc.constantFrom(
   '['.repeat(1500), '{"a":'.repeat(1500), '{"a":' + '['.repeat(990) + ']'.repeat(990) + '}');
 const object = json(fc.dictionary(fc.string(), fc.jsonValue()));
 const text = fc.oneof(fc.json({ maxDepth: 4 }), bytes, fc.string(), object, known);
-const spoilt = fc.tuple(text, fc.nat(), fc.nat({ max: 255 })).map(([whole, at, byte]) => { // Almost JSON.
+const corrupted = fc.tuple(text, fc.nat(), fc.nat({ max: 255 })).map(([whole, at, byte]) => { // Almost JSON.
   const index = at % (whole.length + 1);
   return whole.slice(0, index) + String.fromCharCode(byte) + whole.slice(index + 1);
 });
-const value = fc.oneof(text, spoilt);
+const value = fc.oneof(text, corrupted);
 const anyItem = json(fc.record({ configKey: fc.jsonValue(), value: fc.jsonValue() }));
 const reply = fc.oneof(value, json(fc.record({ configKey: value, value }, { requiredKeys: [] })), anyItem);
-// As UTF-8, unless each character is meant as a byte already.
+// As UTF-8, unless each character already stands for a byte.
 const toBytes = (text) => Buffer.from(text, /^[\0-\xff]*$/.test(text) ? 'latin1' : 'utf8');
 
 // Whether an item of a configuration reply has at most a text as the key and a value of the type.

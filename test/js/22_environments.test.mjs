@@ -1,5 +1,5 @@
 // The module as built for users, in worker threads that come and go and in processes that end, with calls in
-// flight. Each case is a process of its own; its log service takes its time.
+// flight. Each case runs in its own process, with a slow log service.
 import assert from 'node:assert/strict';
 import { spawn } from 'node:child_process';
 import { once } from 'node:events';
@@ -13,7 +13,7 @@ const ROUNDS = Number(process.env.ZELK_ENVIRONMENT_ROUNDS || 8);
 const ROOT = fileURLToPath(new URL('../../', import.meta.url));
 const CALLS = names.map((name) => [name, forms(name)[0]]);
 
-// In every environment: calls everything twice, gives what is answered, in the order of the calls.
+// In every environment: calls every function twice and returns the answers in the order of the calls.
 const CALL_ALL = `
   const zelk = require(${JSON.stringify(ROOT)});
   const callAll = () => Promise.all([...CALLS, ...CALLS].map(async ([name, args]) => {
@@ -23,7 +23,7 @@ const PRELUDE = `
   const assert = require('node:assert');
   const { Worker } = require('node:worker_threads');
   const CALLS = ${JSON.stringify(CALLS)};
-  // A handler of each operation, which answers after so many milliseconds.
+  // A handler of each operation, which answers after this many milliseconds.
   const { logService } = require(${JSON.stringify(`${ROOT}testing.js`)});
   const kit = logService();
   const service = (delay) => {
@@ -44,7 +44,7 @@ const PRELUDE = `
   const isLoaded = () => readFileSync('/proc/self/maps', 'utf8').includes('zelklogservice.node');
   const times = (count, make) => Promise.all(Array.from({ length: count }, make));`;
 
-// Runs the code in a process, which must end as told.
+// Runs the code in a process, which must end as expected.
 async function ends(code, status, out, title) {
   const child = spawn(process.execPath, ['-e', `${PRELUDE}\n(async () => {${code}})();`], {
     stdio: ['ignore', 'pipe', 'pipe'], timeout: 120_000,

@@ -1,5 +1,4 @@
-// Who may call what. The caller's identity is asked for on every call and decides before anything else is
-// looked at.
+// Who may call which function. The caller's identity is checked on every call, before anything else.
 import assert from 'node:assert/strict';
 import { spawnSync } from 'node:child_process';
 import { test } from 'node:test';
@@ -20,12 +19,12 @@ const CALLERS = [
 ];
 
 for (const name of names) {
-  test(`${name} serves ${gatedNames.includes(name) ? 'system applications only' : 'everybody'}`, async () => {
+  test(`${name} serves ${gatedNames.includes(name) ? 'system applications only' : 'everyone'}`, async () => {
     service(answering(names));
     for (const [token, hasRights] of CALLERS) {
       setCaller(token);
       const isServed = hasRights || !gatedNames.includes(name);
-      const count = isServed ? 1 : forms(name).length; // A refusal looks at no argument, and leaves one line.
+      const count = isServed ? 1 : forms(name).length; // A refused call reads no arguments and logs one line.
       for (let index = 0; index < count; ++index) {
         const seen = await keeps({}, (callback) => zelk[name](...forms(name, callback)[index]));
         const what = `${name} form ${index} with ${token}`;

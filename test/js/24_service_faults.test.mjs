@@ -1,6 +1,6 @@
-// The log service as a process on a bus: what it carries, and how it is killed, stopped and replaced while
-// calls are in flight, and the bus with it. Every call that answers failures must be settled, and the next
-// one must find whatever is there then.
+// The log service as a process on a bus: it is called, killed, stopped and replaced while calls are in
+// flight, and the bus is killed too. Every call that answers failures must be settled, and the next one must
+// find the service that exists then.
 import assert from 'node:assert/strict';
 import { spawn } from 'node:child_process';
 import { once } from 'node:events';
@@ -59,8 +59,8 @@ before(startBus);
 afterEach(() => Promise.all([...running].filter((child) => child !== bus).map((child) => stop(child))));
 after(() => stop(bus));
 
-// Makes so many calls and does `harm` meanwhile. All are settled and leave nothing. Gives how many came to
-// which code, 0 for an answer.
+// Makes this many calls and does `harm` meanwhile. All are settled and leave nothing allocated. Returns the
+// number of calls by code, 0 for an answer.
 async function during(what, harm, count = CALLS) {
   const codes = {};
   let settled = 0;
@@ -91,8 +91,8 @@ for (const [what, victim, recover] of [
   }],
 ]) {
   test(`${what} killed in flight`, async () => {
-    // Frozen, it answers nobody. Until calls were on their way when it was killed, which a busy machine may
-    // delay.
+    // A stopped service answers no calls. Repeated until calls were in flight when it was killed, which a
+    // busy machine may delay.
     for (let round = 0, gone = 0; round < ROUNDS || (!gone && round < MOST_ROUNDS); ++round) {
       const service = await startService();
       await freeze(victim(service));
@@ -120,7 +120,7 @@ test('stopped and continued', async () => {
     await Promise.all(calls);
     assert.equal(answered, 12);
   }
-  if (ROUNDS > 2) { // Until nobody waits any more.
+  if (ROUNDS > 2) { // Until no call waits any more.
     await freeze(service);
     assert.deepEqual(await during('service stopped', async () => {}, 4), { [LATE]: 4 });
     service.kill('SIGCONT');
@@ -138,6 +138,6 @@ test('replaced by another owner', async () => {
       assert.equal(await stop(service, 'SIGTERM'), 0);
       service = await startService();
     });
-    assert.equal(await zelk.getTcpdumpStatus(), false); // The new one's.
+    assert.equal(await zelk.getTcpdumpStatus(), false); // The state of the new service.
   }
 });

@@ -34,7 +34,7 @@ test('an object\'s properties become typed parameters in property order', async 
   assert.deepEqual(lines, ['1', 'on', 'level', 'name', 'flags', 'masks', 'names'].map(key));
 });
 
-test('what cannot be used is left out, and every element yields one item', async () => {
+test('unusable values are left out, and every element yields one item', async () => {
   const ofKey = (name, value = '}') => `{"configKey":"${name}","value":${value}}`;
   const p = (param, lines, text) =>
     [{ configKey: 'a', value: { p: param } }, [key('p'), ...lines], ofKey('a', text)];

@@ -1,4 +1,4 @@
-// zelklogservice/testing against its manual, in front of the module as built for users.
+// zelklogservice/testing against its manual, with the module as built for users.
 import assert from 'node:assert/strict';
 import { spawnSync } from 'node:child_process';
 import { once } from 'node:events';
@@ -60,17 +60,17 @@ test('a handler decides how its call ends', async () => {
   const fails = (error) => () => {
     throw error;
   };
-  const spoilt = Object.assign(new ServiceError(7), { code: '7' });
+  const corrupted = Object.assign(new ServiceError(7), { code: '7' });
   for (const [handler, code, seen, mistake] of [
     [() => {}, 0, ['resolved', false]],
     [fails(new ServiceError(-5)), -5, ['rejected', false]],
     [async () => fails(new ServiceError(7, true))(), 7, ['rejected', true]],
     [fails(new RangeError('own')), 1003, ['rejected', false], /^RangeError: own/],
-    [fails(spoilt), 1003, ['rejected', false], /is a number, not a string/],
+    [fails(corrupted), 1003, ['rejected', false], /must be a number, not a string/],
     [() => Promise.reject('own'), 1003, ['rejected', false], /^own/],
-    [() => 1, 1004, ['rejected', false], /answers a boolean, not a number/],
-    [async () => [true], 1004, ['rejected', false], /answers a boolean, not an array/],
-    [fails(new ServiceError(7, '')), 1004, ['rejected', false], /answers a boolean, not a string/],
+    [() => 1, 1004, ['rejected', false], /must answer a boolean, not a number/],
+    [async () => [true], 1004, ['rejected', false], /must answer a boolean, not an array/],
+    [fails(new ServiceError(7, '')), 1004, ['rejected', false], /must answer a boolean, not a string/],
     [NEVER, 1002, ['rejected', false]],
   ]) {
     serve({ GetModemLogStatus: handler }, { timeout: 50 });
@@ -88,13 +88,13 @@ test('a handler decides how its call ends', async () => {
   serve({ GetTcpdumpConfig: () => ['a', 1] });
   zelk.getTcpdumpConfig(['k']);
   await arrival();
-  assert.throws(service.restore, /answers an array of strings, not a number as element 1$/);
+  assert.throws(service.restore, /must answer an array of strings, not a number as element 1$/);
 });
 
-test('mistakes are refused where they are made', () => {
+test('mistakes throw where they are made', () => {
   for (const [make, name, message = /./] of [
     [() => serve({ getModemLogStatus: NEVER }), 'TypeError', /GetModemLogConfig, .*QueryProtocolData/],
-    [() => serve({ HandleBluetoothCallPcmLogSwitch: 5 }), 'TypeError', /Bluetooth.* is a number/],
+    [() => serve({ HandleBluetoothCallPcmLogSwitch: 5 }), 'TypeError', /Bluetooth.* not a number/],
     [() => serve().handle('toString', NEVER), 'TypeError', /GetModemLogConfig, /],
     ...[[null], [5], [{}, null]].map((args) => [() => serve(...args), 'TypeError']),
     ...[0, -1, NaN, 2 ** 31, '5', null].map((timeout) => [() => serve({}, { timeout }), 'RangeError']),
@@ -141,7 +141,7 @@ test('calls that wait go on while the service is away', async () => {
   assert.equal(await waiting, true);
 });
 
-// The least of three, since the machine may have other things to do meanwhile.
+// The least of three, because the machine may be busy with something else.
 test('a waiting call ends within 100 ms when its service is restored or its environment ends', async () => {
   const SERVE = 'logService({ GetModemLogStatus: () => new Promise(() => parentPort.postMessage(0)) });';
   const ends = {
@@ -183,7 +183,7 @@ test('a waiting call ends within 100 ms when its service is restored or its envi
   }
 });
 
-test('a process ends as it wants to while calls wait', () => {
+test('a process keeps its exit status while calls wait', () => {
   const SERVE = `let service = logService({ GetModemLogStatus: () => new Promise(() => {}) });
     for (let i = 0; i < 8; ++i) { zelk.getModemLogStatus().catch(() => {}); }`;
   for (const [code, status] of [
@@ -212,7 +212,7 @@ test('every capture sees the lines of every thread', async () => {
   assert.deepEqual(second.lines, first.lines.slice(0, seen));
 });
 
-test('an identity holds in every thread until it is given back', async () => {
+test('an identity applies to every thread until it is restored', async () => {
   const ASK = `Promise.resolve(zelk.getModemLogStatus())
     .then((on) => parentPort.postMessage(on !== undefined));`;
   const served = async () => await zelk.getModemLogStatus() !== undefined;
@@ -231,7 +231,7 @@ test('an identity holds in every thread until it is given back', async () => {
   assert.equal(await served(), true);
 });
 
-test('what a test sees belongs to the realm that loaded the kit', async () => {
+test('objects of the kit belong to the realm that loaded it', async () => {
   const path = `${ROOT}testing.js`;
   const own = createContext({});
   const module = { exports: {} };

@@ -1,4 +1,4 @@
-// The command line: what each command asks, prints and ends with.
+// The command line: the requests, the output and the exit status of each command.
 import assert from 'node:assert/strict';
 import { spawnSync } from 'node:child_process';
 import { once } from 'node:events';
@@ -118,7 +118,7 @@ test('characters that a terminal would obey are shown, wherever they come from',
   assert.deepEqual(JSON.parse(stdout), [{ ...item, value }]);
 });
 
-test('standard output that cannot be written makes 1, silently if only its reader has gone', () => {
+test('standard output that cannot be written exits with 1, silently if only its reader is gone', () => {
   const ends = (redirection) => {
     const command = `set -o pipefail; "$0" "$1" modem status ${redirection}; echo "ended with $?" >&2`;
     return spawnSync('bash', ['-c', command, process.execPath, program], { encoding: 'utf8' }).stderr;
@@ -187,7 +187,7 @@ const NO_RIGHTS = { OHOS_FULL_TOKEN_ID: '1' };
 const FAILING = answering({ GetModemLogStatus: { code: 5 }, HandleTcpdumpSwitch: { code: 5 } });
 const WITH_FILE = { HILOG_LEVEL: 'E', HILOG_FILE: join(folder, 'log') };
 
-// What ends without an answer: the words, the setting, the exit status, the message.
+// Calls that end without an answer: the words, the setting, the exit status, the message.
 const FAILURES = [
   ['modem status', NO_SERVICE, 1, 'getModemLogStatus failed: no log service was reached (ZELK_LOG_SERVICE)'],
   ['modem status', FAILING, 1,
@@ -216,9 +216,9 @@ test('a call without an answer ends at once, with one line and its own status', 
   assert.match(stderr, /^zelklogservice: .*nowhere.* does not exist: run .*\n$/);
 });
 
-test('a call that hangs ends with 124 when its time is over', { skip: !hasBus }, async () => {
+test('a call that hangs ends with 124 when its time is up', { skip: !hasBus }, async () => {
   const path = join(folder, 'bus');
-  // It takes connections and says nothing.
+  // It accepts connections and sends nothing.
   const server = createServer().listen(path);
   await once(server, 'listening');
   const words = ['modem', 'status', '--timeout', '0.5'];

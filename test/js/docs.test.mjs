@@ -1,7 +1,7 @@
-// The documents: their links, their tables, and their examples, which are run as a reader would: every ```sh
-// run block, in order, in a folder that looks like the checkout. A ```text output block behind it is what it
-// prints; log lines are compared without time, process and thread. A block such as ```python file=NAME is
-// what the reader saves as NAME.
+// The documentation: its links, its tables, and its examples, which are run as a reader would: every ```sh
+// run block, in order, in a folder that looks like the checkout. The ```text output block after it is its
+// output; log lines are compared without time, process and thread. A block such as ```python file=NAME is
+// saved as NAME.
 import assert from 'node:assert/strict';
 import { spawnSync } from 'node:child_process';
 import {
@@ -24,7 +24,7 @@ const folder = mkdtempSync(join(tmpdir(), 'zelk-docs-'));
 readdirSync(root).forEach((name) => symlinkSync(join(root, name), join(folder, name)));
 after(() => rmSync(folder, { recursive: true }));
 
-// Without what differs from run to run, and without the bus daemon's own remarks about this machine.
+// Without the parts that differ from run to run, and without the bus daemon's own messages.
 const comparable = (text) =>
   text.replace(/^dbus-daemon\[.*\n/gm, '').replace(/^\d\d-\d\d \d\d:\d\d:\d\d\.\d{3} +\d+ +\d+ /gm, '');
 

@@ -1,4 +1,4 @@
-// `make install` and `make uninstall`, below a prefix with unusual letters in it.
+// `make install` and `make uninstall`, below a prefix with unusual characters.
 import assert from 'node:assert/strict';
 import { spawnSync } from 'node:child_process';
 import {
@@ -35,7 +35,7 @@ function filesBelow(folder) {
 
 const isElf = (path) => statSync(path).isFile() && readFileSync(path, 'latin1').startsWith('\x7fELF');
 
-test('what is installed works, and is where D-Bus, systemd and the shell look for it', () => {
+test('the installed files work, and are where D-Bus, systemd and the shell look for them', () => {
   assert.deepEqual(change('install').stderr, '');
   const service = { ZELK_SERVICE_PROGRAM: installed('bin/zelk-log-service') };
   const { stdout } = run('scripts/with_service.sh', [installed('bin/zelklog'), 'tcpdump', 'on'], service);
@@ -58,7 +58,7 @@ test('what is installed works, and is where D-Bus, systemd and the shell look fo
   assert.equal(run('bash', ['-c', `. "$0" && ${words}`, completion]).stdout, 'get\n');
 });
 
-test('systemd finds little that the service on the system bus could do to the machine', () => {
+test('systemd rates the exposure of the service on the system bus as low', () => {
   const unit = installed('lib/systemd/system/dev.zelk.LogService.service');
   const { status, stdout } = run('systemd-analyze', ['security', '--offline=yes', '--threshold=20', unit]);
   assert.equal(status, 0, stdout);
@@ -72,7 +72,7 @@ test('no library is looked for in the working directory', () => {
   assert.deepEqual(paths.filter((path) => path.split(':').includes('')), []);
 });
 
-test('all of it can be removed again', () => {
+test('all of them can be removed', () => {
   const { stderr } = run('make', ['uninstall', `PREFIX=${PREFIX}`, `DESTDIR=${DESTDIR}`]);
   assert.deepEqual([stderr, filesBelow(DESTDIR)], ['', []]);
   assert.equal(existsSync(installed('lib/zelklogservice')), false);

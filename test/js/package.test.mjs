@@ -1,4 +1,4 @@
-// How the package loads: both kinds of import, worker threads, and what it says when it cannot.
+// How the package loads: both kinds of import, worker threads, and the errors when it cannot.
 import assert from 'node:assert/strict';
 import { spawnSync } from 'node:child_process';
 import { copyFileSync, mkdirSync, mkdtempSync, rmSync, symlinkSync, writeFileSync } from 'node:fs';
@@ -101,7 +101,7 @@ for (const [what, folder, before, code, message, cause = /^undefined$/] of REFUS
   });
 }
 
-test('a package takes its own libraries, and a checkout those of its build', () => {
+test('a package uses its own libraries, and a checkout those of its build', () => {
   const checkout = copy('build/release', LIBRARIES, { 'CMakeLists.txt': '' });
   mkdirSync(join(checkout, OWN), { recursive: true });
   writeFileSync(join(checkout, OWN, 'zelklogservice.node'), 'of an older package');

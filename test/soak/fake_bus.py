@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""A bus with a log service on it whose messages are malformed: before each good answer it sends a spoilt copy.
+"""A bus with a log service on it whose messages are malformed: before each good answer it sends a corrupted copy.
 
     fake_bus.py [SEED]
 
@@ -15,8 +15,8 @@ import tempfile
 import threading
 
 SEED = int(sys.argv[1]) if len(sys.argv) > 1 else 1
-PATIENCE = 0.05  # Seconds. A client that says nothing for so long waits for the rest of a spoilt message.
-SPOILT_GREETINGS = 0.05  # The share of the bus's own answers that are spoilt.
+PATIENCE = 0.05  # Seconds. A client that sends nothing for this long waits for the rest of a corrupted message.
+CORRUPTED_GREETINGS = 0.05  # The share of the bus's own answers that are corrupted.
 REPLY, ERROR, SIGNAL = 2, 3, 4
 BUS, OWNER = "org.freedesktop.DBus", ":1.1"
 
@@ -98,19 +98,19 @@ def reverse(data, choose):
     data[0] = ord("B")
 
 
-def spoil(good, choose):
+def corrupt(good, choose):
     data = bytearray(good)
     choose.choice([flip, flip, flip, exaggerate, exaggerate, cut, insert, reverse])(data, choose)
     return bytes(data)
 
 
-def spoilt_copy(good, serial, choose):
-    """Of the answer itself; or of another message, with types or a sender that it should not have."""
+def corrupted_copy(good, serial, choose):
+    """From the answer itself, or from another message, with types or a sender that it should not have."""
     others = [message(ERROR, serial, OWNER, "s", string("-")),
               message(SIGNAL, serial, BUS, "sss", b"".join(pad(string(text), 4) for text in ("a", "", ":1.9"))),
               message(REPLY, serial, OWNER, "aaaaaaaaav", bytes(64)),
               message(REPLY, serial, ":1.66", "ib", struct.pack("<iI", 66, 1))]
-    return spoil(good if choose.random() < 0.7 else choose.choice(others), choose)
+    return corrupt(good if choose.random() < 0.7 else choose.choice(others), choose)
 
 
 class Client:
@@ -168,8 +168,8 @@ class Client:
                 member, serial = self.call()
                 good = answer_to(member, serial)
                 is_greeting = member in ("Hello", "AddMatch", "GetNameOwner", "StartServiceByName")
-                if not is_greeting or self.choose.random() < SPOILT_GREETINGS:
-                    self.connection.sendall(spoilt_copy(good, serial, self.choose))
+                if not is_greeting or self.choose.random() < CORRUPTED_GREETINGS:
+                    self.connection.sendall(corrupted_copy(good, serial, self.choose))
                 self.connection.sendall(good)
         except (EOFError, OSError):
             self.connection.close()

@@ -1,11 +1,11 @@
-// What the soak programs share: the module as built for users, its calls, and the memory that they use.
+// Shared by the soak programs: the module as built for users, its calls, and the memory that they use.
 import { createRequire } from 'node:module';
 import { forms } from '../support/forms.mjs';
 
 export const zelk = createRequire(import.meta.url)('../../index.js');
 export const names = Object.getOwnPropertyNames(zelk);
 
-// Those without a callback of their own.
+// Whether the function takes no callback.
 export const isRemote = (name) => /Remote|Protocol/.test(name);
 
 // One call, in callback mode where asked for and possible. `done` is called with the answer.
@@ -22,7 +22,7 @@ export function call(name, byCallback, done) {
       throw error;
     }
     if (!byCallback) {
-      done(); // Answered to a promise that nobody has.
+      done(); // The caller did not get the promise that is answered.
     }
   }
 }

@@ -1,5 +1,5 @@
-// Calls as rows of a table, and the tables of the functions that are twins of each other. A row is the whole
-// of what a call does: what it does not name must not happen.
+// Calls as rows of a table, and the tables that similar functions share. A row lists everything that a call
+// does: anything it does not name must not happen.
 import assert from 'node:assert/strict';
 import { afterEach, test } from 'node:test';
 import { setCaller } from 'zelklogservice/testing';
@@ -18,7 +18,7 @@ export const FAILS = { code: 9, answer: true };
 export const FAILS_NO = { code: 9, answer: false };
 export const AWAY = null;
 
-// What JavaScript sees. A call that is never answered keeps all that it holds.
+// What JavaScript sees. A call that is never answered keeps everything that it holds.
 export const REFUSED = {};
 export const PENDING = { pending: true, kept: { records: 1, works: 1, deferreds: 1 } };
 export const FORGOTTEN = { kept: { records: 1, works: 1, references: 1 } };
@@ -48,7 +48,7 @@ export function describe(error) {
   return error.code === undefined ? message : `${error.code}: ${message}`;
 }
 
-// The lines of the async frame around a call, which most tests have no interest in.
+// The lines of the async frame around a call, which most tests ignore.
 const FRAME = /^. ZELK_SERVICE: (HandleAsyncWork: (workName = .*|end)|Handle2ValueCallback .*)$/;
 
 // Runs zelk[name](...makeArguments(callback)) and compares all there is to see: resolved, rejected, pending
@@ -84,9 +84,10 @@ export const calls = (title, name, rows) => test(`${name} ${title}`, async () =>
   }
 });
 
-// The switches. `answers` are the service's; `yes` is what becomes of the first; `sent` what goes with the
-// items: the rest of the request, and the lines. The other words are lines: `on` and `off` those about a
-// boolean, `undefinedItems` about `undefined` in the items' place, `noItems` about a request without items.
+// The switches. `answers` are the service's; `yes` is what JavaScript gets for the first; `sent` is what goes
+// with the items: the rest of the request, and the lines. The other names are lines: `on` and `off` those
+// about a boolean, `undefinedItems` about `undefined` in the items' place, `noItems` about a request without
+// items.
 export function switchTests(name, { answers: [YES, NO], yes, sent, on, off, undefinedItems, noItems }) {
   const op = operationOf(name);
   calls('takes only true as on', name, [
@@ -104,7 +105,7 @@ export function switchTests(name, { answers: [YES, NO], yes, sent, on, off, unde
     [YES, (cb) => [true, cb, ITEMS], { callback: [[yes]] }, withItems, [...on, ...READ, ...sent.lines]],
     ...[[], {}, undefined].map((third) =>
       [YES, (cb) => [true, cb, third], { callback: [[yes]] }, [[op, true]], [...on, ...noItems]]),
-    // Anything else in the callback's place is called, in vain.
+    // Anything else in the callback's place is called, which fails.
     ...[5, null, {}].map((second) =>
       [YES, () => [true, second], UNCALLABLE, [[op, true]], [...on, ...noItems]]),
     [YES, (cb) => [true, ITEMS, cb], UNCALLABLE, [[op, true]], [...on, ...noItems]],
@@ -148,14 +149,14 @@ export function keyQueryTests(name, { done, failed, failedEmpty, nothing, away, 
   ]);
   const deep = (text) => text.repeat(2000);
   const inValue = (text) => JSON.stringify({ configKey: 'a', value: text });
-  calls('gives up the whole answer for a text that it cannot read', name, [
+  calls('abandons the whole answer if it cannot read one of its texts', name, [
     'no json', '', '{"configKey":"a"', deep('[') + deep(']'), deep('{"a":') + 1 + deep('}'),
     inValue(deep('[') + deep(']')), inValue('{"a":1,"n":4294967296}'), inValue('{"n":-2147483649}'),
   ].map((text) => [{ answer: [item, text, item] }, () => [['a'], 1], PENDING, [[op, ['a']]],
     [...done, E(`${op}Callback: Failed to parse json`)]]));
 }
 
-// What becomes of single answers. Rows: text, object, with its properties in the order in which they are set;
+// How single answers are read. Rows: text, object, with its properties in the order in which they are set;
 // lines.
 export const answerTests = (name, rows, ...faults) => test(`${name} reads an answer`, async () => {
   const op = operationOf(name);
@@ -168,8 +169,8 @@ export const answerTests = (name, rows, ...faults) => test(`${name} reads an ans
   }
 });
 
-// The changes. `refused` stands before the refusals' texts; `enter` and `end` are the lines around the
-// arguments.
+// The changes. `refused` is the prefix of the refusals' texts; `enter` and `end` are the lines before and
+// after the arguments are read.
 export function changeTests(name, { refused, enter = [], end = [] }) {
   const op = operationOf(name);
   const mismatch = [...enter, MISMATCH, MISMATCH, E(`${refused}: Illegal params`)];
@@ -187,8 +188,8 @@ export function changeTests(name, { refused, enter = [], end = [] }) {
   ]);
 }
 
-// The queries that complain and are carried out all the same; `answer` is the service's, `value` what becomes
-// of it.
+// The queries that throw and are carried out all the same; `answer` is the service's, `value` the value made
+// from it.
 export function unsupportedTests(name, { answer, value }) {
   const op = operationOf(name);
   const message = `${op} current function not support in current time`;
@@ -197,7 +198,7 @@ export function unsupportedTests(name, { answer, value }) {
   const unanswered = E(`${op}Callback: callbackConfigs is null`);
   const failed = { code: 9, answer };
   calls('throws that it is not supported, and answers all the same', name, [
-    // The promise is out of reach, and yet settled: nothing is kept.
+    // The caller does not get the promise, but it is settled: nothing is kept.
     [{ answer }, () => [], complains, [[op]], unmatched],
     [{ answer }, () => [7], complains, [[op]], unmatched],
     [{ answer }, (cb) => [7, cb], complains, [[op]], unmatched],

@@ -1,4 +1,4 @@
-// zelk_test.node: lets JavaScript tests look behind the module. Every function takes and gives JSON text.
+// zelk_test.node: lets JavaScript tests control and observe the module. Every function takes and returns JSON text.
 #include "control.h"
 
 #include <sstream>

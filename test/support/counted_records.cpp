@@ -1,5 +1,5 @@
-// The allocation functions of the module's records, as in napi/util/base_context.cpp, with a count of the records
-// alive.
+// The allocation functions of the module's contexts, as in napi/util/base_context.cpp, which also count the live
+// contexts.
 #include <new>
 
 #include "napi/util/base_context.h"

@@ -15,7 +15,7 @@ Json::Value g_plan;                      // See SetFaults.
 std::map<std::string, int> g_usesByName; // Since the plan was made; "" counts all.
 Json::Value g_trace(Json::arrayValue);
 
-// As on runtimes that overwrite the record with the next call: the message is good until then.
+// As on runtimes that overwrite the error record with the next call: the message is valid until then.
 thread_local bool g_isInjected = false;
 thread_local bool g_isWordless = false; // The record has no message.
 
@@ -31,7 +31,7 @@ const std::map<std::string, Holding> HOLDINGS = {
     {"napi_delete_reference", {&Counts::references, -1}}, {"napi_queue_async_work", {&Counts::inFlight, 1}},
 };
 
-// A work of the module's.
+// Async work of the module.
 struct Work {
     napi_async_execute_callback execute;
     napi_async_complete_callback complete;

@@ -35,16 +35,16 @@ napi_status Call(const CallSite& site, napi_status (*real)(Parameters...),
     return Ended(site, TakeFault(site, &status) ? status : real(arguments...));
 }
 
-// Runs the module's steps by way of a record of its own, so that works in flight can be counted.
+// Runs the module's steps through its own data, so that async work in flight can be counted.
 ZELK_TEST_EXPORT napi_status Call(const CallSite& site, decltype(&napi_create_async_work) real, napi_env env,
                                   napi_value resource, napi_value resourceName, napi_async_execute_callback execute,
                                   napi_async_complete_callback complete, void* data, napi_async_work* result);
 
-// Gives the record of a planned fault until the next call.
+// Returns the error record of a planned fault until the next call.
 ZELK_TEST_EXPORT napi_status Call(const CallSite& site, decltype(&napi_get_last_error_info) real, napi_env env,
                                   const napi_extended_error_info** result);
 
-// Closes in any case: the runtime ends a process whose scopes are left open.
+// Always closes: the runtime aborts a process that leaves scopes open.
 ZELK_TEST_EXPORT napi_status Call(const CallSite& site, decltype(&napi_close_handle_scope) real, napi_env env,
                                   napi_handle_scope scope);
 

@@ -41,7 +41,7 @@ const FORMS = {
 // The argument lists of a function, with `callback` where the form has one.
 export const forms = (name, callback) => FORMS[name](callback);
 
-// The service operation behind a function.
+// The service operation that a function calls.
 export const operation = (name) => name[0].toUpperCase() + name.slice(1);
 
 const CONFIG_REPLY = [

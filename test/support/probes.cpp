@@ -15,7 +15,7 @@ using namespace OHOS::HiviewDFX;
 
 using Argv = std::array<napi_value, 4>; // Null past the real arguments.
 
-// What a probe does with its arguments; null is undefined for JavaScript.
+// What a probe does with its arguments; null is undefined in JavaScript.
 using Probe = napi_value (*)(napi_env env, const Argv& argv);
 
 napi_value Run(napi_env env, napi_callback_info info)
@@ -59,7 +59,7 @@ napi_value Give(napi_env env, const std::vector<T>& list)
     return array;
 }
 
-// What a list holds after `append` has seen the first argument.
+// The list after `append` was called with the first argument.
 template <typename T, void (*append)(napi_env, napi_value, std::vector<T>&)>
 napi_value Append(napi_env env, const Argv& argv)
 {
@@ -68,7 +68,7 @@ napi_value Append(napi_env env, const Argv& argv)
     return Give(env, list);
 }
 
-// The steps of a function, without a record.
+// The steps of a function, without a context.
 template <void (*step)(napi_env, void*)>
 napi_value ExecuteNothing(napi_env env, const Argv&)
 {
@@ -88,7 +88,7 @@ napi_value HandleNothing(napi_env env, const Argv&)
     return NapiUtil::HandleAsyncWork<BaseContext>(env, nullptr, "Nothing", nullptr, nullptr);
 }
 
-// A bare record, whose complete step answers undefined.
+// A bare context, whose complete step answers undefined.
 napi_value HandleBare(napi_env env, const Argv&)
 {
     const auto execute = [](napi_env, void*) {
@@ -105,7 +105,7 @@ napi_value AnswerNothing(napi_env env, const Argv&)
     return nullptr;
 }
 
-// The record has neither callback nor promise.
+// The context has neither a callback nor a promise.
 napi_value AnswerNobody(napi_env env, const Argv&)
 {
     NapiUtil::Handle2ValueCallback(env, new BaseContext, nullptr);

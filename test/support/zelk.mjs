@@ -1,5 +1,5 @@
-// The module under test and the means to look behind it. A test reads as: service → call → value, requests,
-// lines.
+// The module under test and the means to control and observe it. A test reads as: service → call → value,
+// requests, lines.
 import assert from 'node:assert/strict';
 import { createRequire } from 'node:module';
 import { setTimeout as sleep } from 'node:timers/promises';
@@ -40,7 +40,7 @@ function handlerOf({ code = 0, answer, delay = 0 }) {
   return delay === 0 ? end : () => sleep(delay).then(end);
 }
 
-// What the log service answers: {Operation: {code, answer, delay}}; nothing but code 0 where nothing is
+// Sets the log service's answers: {Operation: {code, answer, delay}}; only code 0 for operations that are not
 // named. Null: there is no service.
 export function service(script) {
   for (const name of names) {
@@ -59,7 +59,7 @@ export const leaveService = () => logServiceInForce.restore();
 
 service({});
 
-// Until no work of the module is in flight and what it answered has been delivered.
+// Waits until no async work of the module is in flight and all its answers have been delivered.
 async function idle() {
   let isLast;
   do {
@@ -105,8 +105,8 @@ export async function run(action) {
 
 const HELD = ['records', 'references', 'works', 'deferreds'];
 
-// What the module holds after `action` and did not before, {records, references, works, deferreds}, and its
-// result.
+// What the module holds after `action` but did not hold before, {records, references, works, deferreds}, and
+// the result of `action`.
 export async function leaves(action) {
   const before = counts();
   const result = await action();
@@ -114,7 +114,7 @@ export async function leaves(action) {
   return [Object.fromEntries(HELD.map((key) => [key, after[key] - before[key]])), result];
 }
 
-// Runs `action`, which must leave `kept` behind and nothing else.
+// Runs `action`, which must leave exactly `kept` allocated.
 export async function keeps(kept, action) {
   const [left, result] = await leaves(() => run(action));
   assert.deepEqual(left, { records: 0, references: 0, works: 0, deferreds: 0, ...kept });

@@ -16,7 +16,7 @@ zelk.fetchRemoteDevicesLogs('request'); // @ts-expect-error
 zelk.queryRemoteDevicesLogs('request', 'more'); // @ts-expect-error
 zelk.queryProtocolData(); // @ts-expect-error
 zelk.getRemoteDevicesList(callback); // @ts-expect-error
-// A state that is no boolean means off. The callback stands before the items, and must be one.
+// A state that is not a boolean means off. The callback comes before the items, and must be a function.
 zelk.handleModemLogSwitch('on'); // @ts-expect-error
 zelk.handleBluetoothCallPcmLogSwitch(1); // @ts-expect-error
 zelk.handleModemLogSwitch(true, [item], callback); // @ts-expect-error

@@ -1,4 +1,4 @@
-// Uses that the types allow, from a CommonJS file, and what they say about the answers.
+// Uses that the types allow, from a CommonJS file, and the types of their answers.
 import zelk = require('zelklogservice');
 import type { ConfigEntry, ConfigItem, LogMask, ModemLogCommand, NotSupportedError } from 'zelklogservice';
 
