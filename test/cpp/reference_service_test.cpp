@@ -24,7 +24,8 @@ TEST(ItemText, FramesAndTheirParts)
         {R"({"configKey":"q"q","value":not json})", R"(q"q|not json)"},
         {R"({"configKey":","value":1})", refused},
         {R"({"configKey":"a","value":)", refused},
-        {R"({"value":1,"configKey":"a"})", refused},
+        {R"({"configKey":"a","value":1} )", refused},
+        {R"( {"configKey":"a","value":1})", refused},
         {"", refused},
     };
     for (const auto& [text, parts] : cases) {
