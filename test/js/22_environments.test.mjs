@@ -58,31 +58,30 @@ async function ends(code, status, out, title) {
 const VALUE = { b: true, d: 1.5, i: 1, n: null, s: 'x', u: 4000000000 };
 const ITEMS = [{ configKey: 'a', value: VALUE }, { configKey: 'b', value: {} }];
 
-for (const [title, code, out] of [
+for (const [title, code] of [
   ['workers are terminated with calls in flight', `
-    let terminated = 0;
     for (let round = 0; round < ${ROUNDS}; ++round) {
       service(round % 4 * 2);
       await times(4, () => worker(
         'callAll(); zelk.getTcpdumpStatus(() => {}); parentPort.postMessage(0); setInterval(() => {}, 1000);',
-        (started) => setTimeout(() => started.terminate(), Math.random() * 30, terminated++)));
+        (started) => setTimeout(() => started.terminate(), Math.random() * 30)));
     }
     service(0); ${CALL_ALL}
-    console.log(terminated, 'workers', (await callAll()).length);`, `${ROUNDS * 4} workers 32\n`],
+    assert.equal((await callAll())[3], true);`],
   ['several environments call at once and get the same answers', `
     service(1); ${CALL_ALL}
     for (let round = 0; round < ${Math.ceil(ROUNDS / 4)}; ++round) {
       const own = callAll();
       assert.deepEqual(await times(4, () => worker(CALL_AND_POST)), Array(4).fill(JSON.stringify(await own)));
       assert.deepEqual((await own).slice(0, 4), [${JSON.stringify(ITEMS)}, '6', '6', true]);
-    }`, ''],
+    }`],
   ['workers call while the main thread sets environment variables', `
     service(0);
     const end = Date.now() + ${ROUNDS * 200};
     const timer = setInterval(() => { process.env['ZELK_TEST_' + Date.now()] = 'x'; }, 1);
     await times(2, () => worker(
       'while (Date.now() < ' + end + ') { try { zelk.handleModemLogSwitch(); } catch {} }'));
-    clearInterval(timer);`, ''],
+    clearInterval(timer);`],
   ['is loaded, unloaded and loaded again', `
     service(0);
     for (let round = 0; round < ${ROUNDS * 2}; ++round) {
@@ -92,9 +91,9 @@ for (const [title, code, out] of [
     ${CALL_ALL}
     await callAll().then(() => worker(''));
     assert.equal(isLoaded(), true);
-    await callAll();`, ''],
+    await callAll();`],
 ]) {
-  test(title, () => ends(code, 0, out, title));
+  test(title, () => ends(code, 0, '', title));
 }
 
 const SLOW = `${CALL_ALL}

@@ -110,4 +110,5 @@ test('a package uses its own libraries, and a checkout those of its build', () =
   assert.equal(run(loads(checkout)).stdout, 'function\n');
   const unbuilt = copy(OWN, LIBRARIES, { 'CMakeLists.txt': '' });
   assert.equal(run(loads(unbuilt)).stdout, 'function\n');
+  assert.match(run(loads(checkout), { ZELKLOGSERVICE_BUILD: 'nowhere' }).stderr, /nowhere.* does not exist/);
 });
