@@ -1,7 +1,7 @@
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
 import { E, I } from '../support/cases.mjs';
-import { probes, run, zelk } from '../support/zelk.mjs';
+import { fail, probes, run, zelk } from '../support/zelk.mjs';
 
 const [NOT_STRING, LEN] = [E('GetString: get len error'), E('GetString: len error')];
 const [NO_NAMES, WRONG] = [E('failed to get property names.'), E('AddParamToList: WRONG TYPE')];
@@ -40,7 +40,7 @@ test('unusable values are left out, and every element yields one item', async ()
     [{ configKey: 'a', value: { p: param } }, [key('p'), ...lines], ofKey('a', text)];
   for (const [element, lines, expected = ofKey('')] of [
     ...[[], [null, null], { x: 1 }, new Date(0)].map((value) => p(value, [])),
-    p([1, 'x'], [MIXED, BAD_ARRAY]),
+    ...[[1, 'x'], [undefined, 1]].map((value) => p(value, [MIXED, BAD_ARRAY])),
     ...[[{}, []], [undefined], [1n]].map((value) => p(value, [BAD_ARRAY])),
     ...[undefined, null, Symbol('s'), () => 0, 1n].map((value) => p(value, [WRONG])),
     p('', [LEN], '{"p":""}'),
@@ -58,7 +58,11 @@ test('unusable values are left out, and every element yields one item', async ()
     const { texts, lines: seen, thrown } = await send([element, element]);
     assert.deepEqual([texts, seen, thrown], [[expected, expected], [...lines, ...lines], undefined]);
   }
-  for (const array of [new Array(2), new Array(100_000).fill({ configKey: 'k', value: { n: 1 } })]) {
+  fail({ name: 'napi_get_element', nth: 2 }); // The first name.
+  const unnamed = await send([{ configKey: 'a', value: { p: 1, q: 2 } }]);
+  assert.deepEqual([unnamed.texts, unnamed.lines],
+    [[ofKey('a', '{"q":2}')], [E('failed to get the element of array'), key('q')]]);
+  for (const array of [new Array(2), new Array(10_000).fill({ configKey: 'k', value: { n: 1 } })]) {
     assert.equal((await send(array)).texts.length, array.length);
   }
 });

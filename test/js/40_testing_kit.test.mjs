@@ -189,7 +189,7 @@ test('a process keeps its exit status while calls wait', () => {
   for (const [code, status] of [
     [`${SERVE} setTimeout(() => process.exit(3), 100);`, 3],
     [`${SERVE} setTimeout(() => service.restore(), 100);`, 0],
-    [`process.on('exit', () => { ${SERVE} }); logService().restore();`, 0],
+    [`logService().restore(); process.on('exit', () => { ${SERVE} });`, 0],
   ]) {
     const start = Date.now();
     const child = spawnSync(process.execPath, ['-e', LOAD + code], { encoding: 'utf8' });
