@@ -125,6 +125,7 @@ void PrintIds()
         Print(std::to_string(getpid()) + " " + std::to_string(gettid()));
     };
     print();
+    std::async(std::launch::async, print).wait();
     if (fork() == 0) {
         print();
     } else {
@@ -288,6 +289,8 @@ TEST(Line, IsWrittenFromTheLevelOn)
         {"HILOG_LEVEL=DI $P levels 2>&1", report},
         {"HILOG_LEVEL=F HILOG_FILE=/no/where $P levels 2>&1",
          "zelklogservice: HILOG_FILE=\"/no/where\": .*\n" + lines("F7 F8 ")},
+        {"mkfifo $F; HILOG_LEVEL=F HILOG_FILE=$F timeout 9 $P levels 2>&1",
+         "zelklogservice: HILOG_FILE=.*\n" + lines("F7 F8 ")}, // Nobody reads it.
     });
 }
 
@@ -298,8 +301,10 @@ TEST(Line, HasTimeProcessThreadAndTag)
         {"echo before >$F; HILOG_LEVEL=W HILOG_FILE=$F $P awkward 2>&1; cat $F",
          "before\n" + start + R"(C0000a/T\\nU: \\na\\n\\nb\\n\n)" + start + R"(C00000/\(null\): \(null\)\n)"},
         {"HILOG_LEVEL=E TZ=East-5:30 $P times 2>&1", R"((.{14})\..*T: .*\1 .*\n(.{14})\..*T: .*\2 .*\n)"},
-        {"HILOG_LEVEL=E $P ids 2>&1",
-         R"(.{18} +(\d+) +(\d+) E C00001/T: \1 \2\n.{18} +(\d+) +(\d+) E C00001/T: \3 \4\n)"},
+        {"HILOG_LEVEL=E $P ids 2>&1", R"((.{18} +(\d+) +(\d+) E C00001/T: \2 \3\n){3})"},
+        {"for i in 1 2 3 4 5 6 7 8; do HILOG_LEVEL=E $P ids 2>&1; done | cut -c1-18 | sort -c && echo sorted",
+         "sorted\n"},
+        {"umask 0; HILOG_FILE=$F $P levels; stat -c %a $F", "644\n"},
     });
 }
 
