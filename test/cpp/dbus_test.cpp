@@ -3,6 +3,7 @@
 #include <atomic>
 #include <csignal>
 #include <cstdlib>
+#include <fcntl.h>
 #include <fstream>
 #include <future>
 #include <gtest/gtest.h>
@@ -209,6 +210,8 @@ TEST(Dbus, ForeignAnswers)
         {[](auto* call) { PlayedBus::ReplyError(call, BUS, SD_BUS_ERROR_NO_REPLY); }, Codes(4, GONE)},
         {[](auto* call) { PlayedBus::ReplyError(call, BUS, SD_BUS_ERROR_SERVICE_UNKNOWN); }, Codes(4, GONE)},
         {[](auto* call) { PlayedBus::ReplyError(call, BUS, SD_BUS_ERROR_TIMEOUT); }, Codes(4, IPC_TIMEOUT)},
+        {[](auto* call) { PlayedBus::ReplyError(call, BUS, "org.freedesktop.DBus.Error.TimedOut"); },
+         Codes(4, IPC_TIMEOUT)},
         {[](auto* call) { PlayedBus::ReplyError(call, BUS, SD_BUS_ERROR_ACCESS_DENIED); }, Codes(4, ERROR)},
     };
     std::atomic<size_t> row = 0;
@@ -322,13 +325,16 @@ TEST(Dbus, ActivationCountsForTheLimit)
             std::this_thread::sleep_for(1500ms);
             late.isOwned = true;
             PlayedBus::Reply(call, BUS, "u", 1);
+        } else { // The owner has left and is to be started once more.
+            PlayedBus::Signal(call, BUS, BUS, "NameOwnerChanged", "sss", SERVICE_NAME, OWNER, "");
+            PlayedBus::ReplyError(call, BUS, SD_BUS_ERROR_SERVICE_UNKNOWN);
         }
     });
     late.isOwned = false;
     EXPECT_EQ(LogServiceProxy::Find(PoolOf(late.folder), 200ms), nullptr);
     late.isOwned = false;
     const steady_clock::time_point start = steady_clock::now();
-    EXPECT_EQ(StatusBy(late.Find(3s)), "1002 off");
+    EXPECT_EQ(StatusBy(late.Find(2500ms)), "1002 off");
     EXPECT_LT(steady_clock::now() - start, 4s);
 }
 
@@ -418,10 +424,12 @@ TEST(ServiceSetting, Values)
     const std::string& address = bus.folder.address;
     const std::string report = "^zelklogservice: ZELK_LOG_SERVICE=\"[^\n]*no service\n$";
     const std::string silence = "^$";
+    const std::string linked = bus.folder.path / "a,b"; // Has to be escaped in an address.
+    std::filesystem::create_directory_symlink(bus.folder.path, linked);
     const std::tuple<std::string, int, std::string> cases[] = {
         {"", 0, silence},
         {"none", 1, silence},
-        {"Session", 1, report},
+        {"'Session\n'", 1, report},
         {address, 0, silence},
         // libsystemd skips empty parts and transports that it does not know.
         {"'autolaunch:;" + address + ";'", 0, silence},
@@ -432,7 +440,7 @@ TEST(ServiceSetting, Values)
         {"unix:", 1, report},
         {"'unix:path=/nonexistent;unixexec:path=/bin/true'", 1, report},
         {"session DBUS_SESSION_BUS_ADDRESS=" + address, 0, silence},
-        {"session DBUS_SESSION_BUS_ADDRESS= XDG_RUNTIME_DIR=" + bus.folder.path.string(), 0, silence},
+        {"session DBUS_SESSION_BUS_ADDRESS= XDG_RUNTIME_DIR=" + linked, 0, silence},
         {"session DBUS_SESSION_BUS_ADDRESS= XDG_RUNTIME_DIR=", 1, silence},
         {"session DBUS_SESSION_BUS_ADDRESS=unixexec:path=/bin/true", 1,
          "DBUS_SESSION_BUS_ADDRESS=\"[^\n]*no service\n$"},
@@ -449,7 +457,9 @@ TEST(ServiceSetting, Values)
 TEST(LogServiceProgram, HasItsExitStatus)
 {
     const std::pair<const char*, int> cases[] = {
-        {"--help", 0}, {"--address=unix:path=/nonexistent", 1}, {"--address", 2}, {"--quiet", 2}, {"extra", 2},
+        {"--help", 0},    {"--address=unix:path=/nonexistent", 1},
+        {"--address", 2}, {"--quiet", 2},
+        {"extra", 2},     {"--quiet 2>&1 | grep -q 'unknown option --quiet; try --help'", 0},
     };
     for (const auto& [words, status] : cases) {
         EXPECT_EQ(Process(PROGRAM + " " + words).Wait(), status) << words;
@@ -475,14 +485,21 @@ TEST(LogServiceProgram, EndsWhateverItWaitsFor)
     verbose.Signal(SIGTERM);
     EXPECT_EQ(verbose.Wait(), 0);
 
-    Process serving(Serving(bus));
+    const int reader = open(unread.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    Process serving(Serving(bus) + " --verbose 2>" + unread);
     bus.WaitForService();
+    close(reader);
+    for (int call = 0; call < 2; ++call) { // The second finds whether the first has ended the service.
+        EXPECT_EQ(StatusBy(bus.WaitForService()), "0 off");
+    }
     bus.daemon->Signal(SIGSTOP);
     Process starting(Serving(bus));
     std::this_thread::sleep_for(200ms);
     for (Process* service : {&serving, &starting}) {
+        const steady_clock::time_point start = steady_clock::now();
         service->Signal(SIGTERM);
         EXPECT_EQ(service->Wait(), 0); // The bus's own limit of 25 s would have been an error.
+        EXPECT_LT(steady_clock::now() - start, 5s);
     }
 }
 
