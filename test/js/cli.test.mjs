@@ -1,6 +1,6 @@
 // The command line: the requests, the output and the exit status of each command.
 import assert from 'node:assert/strict';
-import { spawnSync } from 'node:child_process';
+import { spawn, spawnSync } from 'node:child_process';
 import { once } from 'node:events';
 import { existsSync, mkdtempSync, rmSync, writeFileSync } from 'node:fs';
 import { createServer } from 'node:net';
@@ -160,7 +160,7 @@ const USAGE = [
   ['modem config get', /missing required argument 'KEY'/],
   ['modem config set', /give at least one item/],
   ['modem config set a x', /"x" is not of the form key=value/],
-  [`protocol ${'x'.repeat(8195)}`, /the request is longer than 8194 bytes/],
+  [`protocol ${'é'.repeat(4098)}`, /the request is longer than 8194 bytes/],
   ['remote fetch r 9007199254740993', /Not a whole number/],
   ['modem status --timeout 0', /Not a number of seconds/],
 ];
@@ -182,9 +182,11 @@ test('the help of each command shows what holds for all', () => {
   }
 });
 
-const NO_SERVICE = { ZELK_LOG_SERVICE: 'none' };
+const NO_SERVICE = { ZELK_LOG_SERVICE: 'none', HILOG_FILE: join(folder, 'unused') };
 const NO_RIGHTS = { OHOS_FULL_TOKEN_ID: '1' };
 const FAILING = answering({ GetModemLogStatus: { code: 5 }, HandleTcpdumpSwitch: { code: 5 } });
+const DYING = { NODE_OPTIONS: `--require=${join(folder, 'dying.cjs')}` };
+writeFileSync(join(folder, 'dying.cjs'), 'process.send && process.exit(7);'); // In the process of the call.
 const WITH_FILE = { HILOG_LEVEL: 'E', HILOG_FILE: join(folder, 'log') };
 
 // Calls that end without an answer: the words, the setting, the exit status, the message.
@@ -195,6 +197,7 @@ const FAILURES = [
   ['modem status', { ...NO_SERVICE, ...WITH_FILE }, 1,
     'getModemLogStatus failed: no log service was reached, or it ' +
     'reported an error (the lines in HILOG_FILE say which)'],
+  ['modem status', DYING, 1, 'getModemLogStatus broke off: its process ended with 7'],
   ['modem masks', NO_SERVICE, 124,
     'getModemLogLogMasks gave no answer: no log service was reached (ZELK_LOG_SERVICE)'],
   ['tcpdump on', FAILING, 124,
@@ -225,6 +228,12 @@ test('a call that hangs ends with 124 when its time is up', { skip: !hasBus }, a
   const { status, stderr } = zelklog(words, { ZELK_LOG_SERVICE: `unix:path=${path}` });
   assert.equal(stderr, 'zelklog: getModemLogStatus gave no answer within 0.5 s (--timeout)\n');
   assert.equal(status, 124);
+  await once(server, 'connection'); // That of the call before.
+  const child = spawn(process.execPath, [program, 'modem', 'status'],
+    { env: { ...process.env, ZELK_LOG_SERVICE: `unix:path=${path}` } });
+  const [connection] = await once(server, 'connection');
+  child.kill('SIGKILL'); // Its call ends with it.
+  await once(connection.resume(), 'close', { signal: AbortSignal.timeout(10_000) });
   server.close();
 });
 
