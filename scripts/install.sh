@@ -30,7 +30,7 @@ tell_system() {
         systemctl daemon-reload
     fi
     if [ -S /run/dbus/system_bus_socket ]; then
-        dbus-send --system --dest=org.freedesktop.DBus / org.freedesktop.DBus.ReloadConfig
+        dbus-send --system --print-reply --dest=org.freedesktop.DBus / org.freedesktop.DBus.ReloadConfig >/dev/null
     fi
 }
 
@@ -39,7 +39,7 @@ make_user() {
         return
     fi
     if command -v systemd-sysusers >/dev/null; then
-        systemd-sysusers "$PREFIX/lib/sysusers.d/zelklog.conf"
+        systemd-sysusers "$PWD/host/dbus/data/zelklog.sysusers.conf"
     else
         useradd --system --user-group --no-create-home --shell /usr/sbin/nologin zelklog
     fi
@@ -50,13 +50,13 @@ install_all() {
     for program in zelk-log-service zelklogservice.node zelklog.1; do
         [ -e "build/release/$program" ] || fail "build/release/$program does not exist: run \`make build\` first, without sudo"
     done
+    make_user # Before the bus reads a policy that names it.
     local log
     log=$(mktemp)
     DESTDIR=$DESTDIR cmake --install build/release --prefix "$PREFIX" >"$log" || fail "that failed: see $log"
     grep -hE '^Note: ' "$log" || true
     rm "$log"
     mv build/release/install_manifest.txt "$list"
-    make_user
     tell_system
     echo "Installed below $DESTDIR$PREFIX"
 }
