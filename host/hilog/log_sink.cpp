@@ -139,7 +139,8 @@ int LogSink::Put(LogLevel level, unsigned int domain, const char* tag, std::stri
     std::unique_lock<std::timed_mutex> lock(outputMutex_, std::try_to_lock);
     if (!lock) {
         // With the system clock: ThreadSanitizer does not see a lock that is waited for with the steady clock.
-        lock.try_lock_until(system_clock::now() + (lost_ == 0 ? LONGEST_WAIT_FOR_READER : SHORT_WAIT_FOR_LOCK));
+        const auto wait = lost_ == 0 ? LONGEST_WAIT_FOR_READER : SHORT_WAIT_FOR_LOCK;
+        static_cast<void>(lock.try_lock_until(system_clock::now() + wait));
     }
     // With the lock, so that a capture gets lines in the order in which they are written; without it if they are lost.
     Show(level, domain, tag, std::string_view(line).substr(messageStart));
