@@ -48,6 +48,11 @@ device: ## build and test with the compiler, the libraries and the flags of a de
 	@ctest --preset device
 	@ZELKLOGSERVICE_BUILD=device node --test test/js/*.test.mjs
 
+arm: ## build for the processors of devices, and run the tests in an emulator
+	@./scripts/setup.sh build test arm
+	@./scripts/arm.sh arm64
+	@./scripts/arm.sh armhf
+
 asan: ## run the tests under AddressSanitizer and UndefinedBehaviorSanitizer
 	@./scripts/setup.sh build test
 	@./scripts/sanitize.sh asan
