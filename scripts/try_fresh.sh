@@ -177,7 +177,8 @@ for user in $users; do
                 cmake --build build/$compiler"
         done
     fi
-    umount -R "$system/dev" "$system/proc" "$system/sys"
+    kill "$(cat "$system/run/dbus/pid")" # The service ends with its bus.
+    umount --lazy --recursive "$system/dev" "$system/proc" "$system/sys"
     rm -rf --one-file-system "$system"
 done
 echo "Debian $1: all well"
