@@ -136,7 +136,7 @@ int LogSink::Put(LogLevel level, unsigned int domain, const char* tag, std::stri
         return 0;
     }
     const Deadline deadline = isRegularFile_ ? Deadline() : steady_clock::now() + LONGEST_WAIT_FOR_READER;
-    std::unique_lock<std::timed_mutex> lock(outputMutex_, std::try_to_lock);
+    std::unique_lock<TimedMutex> lock(outputMutex_, std::try_to_lock);
     if (!lock) {
         // With the system clock: ThreadSanitizer does not see a lock that is waited for with the steady clock.
         const auto wait = lost_ == 0 ? LONGEST_WAIT_FOR_READER : SHORT_WAIT_FOR_LOCK;

@@ -12,6 +12,7 @@
 
 #include "hilog/capture.h"
 #include "line_header.h"
+#include "timed_mutex.h"
 #include "write_until.h"
 
 namespace OHOS::Host {
@@ -63,9 +64,9 @@ private:
 
     std::atomic<size_t> lost_{0}; // Lines lost and not yet reported.
 
-    std::timed_mutex outputMutex_; // Keeps lines whole that take more than one write. Guards:
-    bool isBrokenOff_ = false;     // The last line written lacks its end.
-    std::time_t second_ = -1;      // The one that `stamp_` is for.
+    TimedMutex outputMutex_;   // Keeps lines whole that take more than one write. Guards:
+    bool isBrokenOff_ = false; // The last line written lacks its end.
+    std::time_t second_ = -1;  // The one that `stamp_` is for.
     std::array<char, TIME_STAMP_SIZE> stamp_{};
 
     std::mutex captureMutex_; // Taken after outputMutex_ where both are. Guards:

@@ -1,0 +1,52 @@
+// A mutex that a thread can wait for until a point in time.
+#ifndef HOST_HILOG_TIMED_MUTEX_H
+#define HOST_HILOG_TIMED_MUTEX_H
+
+#include <chrono>
+#include <ctime>
+#include <pthread.h>
+
+namespace OHOS::Host {
+
+// Unlike std::timed_mutex, which some C++ libraries make of a mutex and a condition variable, it is one lock of the
+// system: a thread that holds it during a fork can release it in the child.
+class TimedMutex {
+public:
+    using TimePoint = std::chrono::system_clock::time_point;
+
+    TimedMutex() = default;
+    TimedMutex(const TimedMutex&) = delete;
+    TimedMutex& operator=(const TimedMutex&) = delete;
+
+    void lock()
+    {
+        pthread_mutex_lock(&mutex_);
+    }
+
+    bool try_lock()
+    {
+        return pthread_mutex_trylock(&mutex_) == 0;
+    }
+
+    bool try_lock_until(TimePoint time)
+    {
+        using namespace std::chrono;
+        const auto whole = time_point_cast<seconds>(time);
+        timespec until{};
+        until.tv_sec = whole.time_since_epoch().count();
+        until.tv_nsec = static_cast<long>(duration_cast<nanoseconds>(time - whole).count());
+        return pthread_mutex_timedlock(&mutex_, &until) == 0;
+    }
+
+    void unlock()
+    {
+        pthread_mutex_unlock(&mutex_);
+    }
+
+private:
+    pthread_mutex_t mutex_ = PTHREAD_MUTEX_INITIALIZER;
+};
+
+} // namespace OHOS::Host
+
+#endif // HOST_HILOG_TIMED_MUTEX_H
