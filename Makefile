@@ -41,12 +41,15 @@ test: ## build and run all tests
 	@ctest --preset release
 	@node --test test/js/*.test.mjs
 
+# What is installed is always the release build.
+tests_of_any_build := $(filter-out test/js/install.test.mjs,$(wildcard test/js/*.test.mjs))
+
 device: ## build and test with the compiler, the libraries and the flags of a device's build
 	@./scripts/setup.sh build test device
 	@cmake --preset device --log-level=WARNING
 	@cmake --build --preset device
 	@ctest --preset device
-	@ZELKLOGSERVICE_BUILD=device node --test test/js/*.test.mjs
+	@ZELKLOGSERVICE_BUILD=device node --test $(tests_of_any_build)
 
 arm: ## build for the processors of devices, and run the tests in an emulator
 	@./scripts/setup.sh build test arm
