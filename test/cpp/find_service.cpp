@@ -1,13 +1,16 @@
 // Exits with 0 when the log service that the environment names answers, with 1 when there is none. With an argument,
-// no file descriptors are left during the first two tries.
+// no file descriptors are left during the first two tries. It looks for the service as a worker does, on a thread that
+// may not read the environment.
 #include <cstdlib>
+#include <string_view>
 #include <sys/resource.h>
+#include <thread>
 
 #include "zelk_service_api/client.h"
 
 namespace {
 
-bool g_isLoaded = false;
+thread_local bool t_isWorker = false;
 
 bool IsServed()
 {
@@ -16,12 +19,27 @@ bool IsServed()
     return proxy && proxy->GetModemLogStatus(on) == 0;
 }
 
+// False if the first two tries, without descriptors, find one too.
+bool IsServedOnlyWithDescriptors()
+{
+    // A sanitizer needs descriptors to check a class the first time.
+    OHOS::HiviewDFX::Client().OnRemoteDied(nullptr);
+    rlimit usual = {};
+    getrlimit(RLIMIT_NOFILE, &usual);
+    const rlimit none = {0, usual.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &none);
+    const bool found = IsServed() || IsServed();
+    setrlimit(RLIMIT_NOFILE, &usual);
+    return !found && IsServed();
+}
+
 } // namespace
 
-// libsystemd reads the environment with this.
+// libsystemd reads the environment with this. Newer releases read one variable once per process, at the first message,
+// and cannot be kept from it.
 extern "C" __attribute__((visibility("default"))) char* secure_getenv(const char* name) noexcept
 {
-    if (g_isLoaded) {
+    if (t_isWorker && std::string_view(name) != "SYSTEMD_ENABLE_LOG_CONTEXT") {
         std::abort();
     }
     return std::getenv(name);
@@ -29,22 +47,15 @@ extern "C" __attribute__((visibility("default"))) char* secure_getenv(const char
 
 int main(int argc, char**)
 {
-    g_isLoaded = true;
     for (const char* name :
          {"ZELK_LOG_SERVICE", "DBUS_SESSION_BUS_ADDRESS", "DBUS_SYSTEM_BUS_ADDRESS", "XDG_RUNTIME_DIR"}) {
         setenv(name, "changed", 1);
     }
-    if (argc > 1) {
-        OHOS::HiviewDFX::Client().OnRemoteDied(
-            nullptr); // A sanitizer needs descriptors to check a class the first time.
-        rlimit usual = {};
-        getrlimit(RLIMIT_NOFILE, &usual);
-        const rlimit none = {0, usual.rlim_max};
-        setrlimit(RLIMIT_NOFILE, &none);
-        if (IsServed() || IsServed()) {
-            return EXIT_FAILURE;
-        }
-        setrlimit(RLIMIT_NOFILE, &usual);
-    }
-    return IsServed() && IsServed() ? EXIT_SUCCESS : EXIT_FAILURE;
+    bool isServed = false;
+    std::thread([&] {
+        t_isWorker = true;
+        isServed = (argc > 1 ? IsServedOnlyWithDescriptors() : IsServed()) && IsServed();
+        t_isWorker = false;
+    }).join();
+    return isServed ? EXIT_SUCCESS : EXIT_FAILURE;
 }
