@@ -13,10 +13,11 @@ napi_value HandleModemLogSwitch(napi_env env, napi_callback_info info)
         return nullptr;
     }
     // The state is logged at ERROR level, although nothing is wrong.
-    auto context =
-        ReadSwitchCall(env, info,
-                       {"HandleModemLogSwitch: Illegal params number", "HandleModemLogSwitch: config is undefined",
-                        "HandleModemLogSwitch: switchStatus, "});
+    auto context = ReadSwitchCall(
+        env, info,
+        {"HandleModemLogSwitch: Illegal params number", "HandleModemLogSwitch: config is undefined", [](bool status) {
+             ZELK_ERROR("HandleModemLogSwitch: switchStatus, %{public}d", status);
+         }});
     if (context == nullptr) {
         return nullptr;
     }

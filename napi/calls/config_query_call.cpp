@@ -12,10 +12,11 @@ std::unique_ptr<GetConfigContext> ReadConfigQueryCall(napi_env env, napi_callbac
                                                       const ConfigQueryTexts& texts)
 {
     Arguments<2> arguments;
-    if (!ReadObjectArguments(env, info, texts.illegalParams, arguments)) {
+    napi_valuetype type = napi_undefined;
+    if (!ReadObjectArguments(env, info, texts.illegalParams, arguments, type)) {
         return nullptr;
     }
-    if (!NapiUtil::IsArray(env, arguments[0])) {
+    if (type != napi_object || !NapiUtil::IsArray(env, arguments[0])) {
         ZELK_ERROR("%{public}s", texts.errorType);
         return nullptr;
     }

@@ -18,8 +18,8 @@ bool ReadState(napi_env env, napi_value state, const SwitchTexts& texts, SwitchC
     }
     if (type == napi_boolean) {
         context.switchStatus = NapiUtil::GetBool(env, state);
-        if (texts.switchStatus != nullptr) {
-            ZELK_ERROR("%{public}s%{public}d", texts.switchStatus, context.switchStatus);
+        if (texts.logSwitchStatus != nullptr) {
+            texts.logSwitchStatus(context.switchStatus);
         }
     }
     return true;

@@ -20,7 +20,7 @@ struct SwitchContext : BaseContext {
 struct SwitchTexts {
     const char* illegalCount;
     const char* configUndefined;
-    const char* switchStatus; // The state follows as 1 or 0. Null for a function that does not log it.
+    void (*logSwitchStatus)(bool); // Null for a function that does not log the state.
 };
 
 // Reads (state), (state, configs), (state, callback) or (state, callback, configs). Only `true` means on. With two
