@@ -29,7 +29,11 @@
  */
 export type ConfigValue = boolean | number | string | readonly boolean[] | readonly number[] | readonly string[];
 
-/** The parameters of an item by name. They are sent in the order of the object's own enumerable properties. */
+/**
+ * The parameters of an item by name, sent in the order of the object's own properties (on the desktop the enumerable
+ * ones). A name ends at its first NUL, and one longer than 8194 bytes of UTF-8 counts as `""`: what is sent is the
+ * property with that name, if there is one.
+ */
 export type ConfigParameters = Readonly<Record<string, ConfigValue>>;
 
 /** One setting to be changed. */
@@ -157,8 +161,8 @@ export function getModemLogStatus(callback: AnswerCallback<boolean>): undefined;
  */
 export function handleModemLogSwitch(on: boolean, configs?: undefined): Promise<boolean> | undefined;
 /**
- * Turns the modem log on or off, see above, and applies `configs` with the switch (`HandleModemLogSwitchWithConfigs`;
- * an empty list makes the request without items).
+ * Turns the modem log on or off, see above, and applies `configs` with the switch; an empty list makes the
+ * request without items. On the desktop the request with items is `HandleModemLogSwitchWithConfigs`.
  */
 export function handleModemLogSwitch(on: boolean, configs: readonly ConfigItem[]): Promise<boolean> | undefined;
 /**
@@ -282,8 +286,8 @@ export function changeTcpdumpConfig(configs: readonly ConfigItem[], callback: An
  */
 export function handleTcpdumpSwitch(on: boolean, configs?: undefined): Promise<boolean> | undefined;
 /**
- * Starts or stops packet capture, see above, and applies `configs` with the switch (`HandleTcpdumpSwitchWithConfigs`;
- * an empty list makes the request without items).
+ * Starts or stops packet capture, see above, and applies `configs` with the switch; an empty list makes the
+ * request without items. On the desktop the request with items is `HandleTcpdumpSwitchWithConfigs`.
  */
 export function handleTcpdumpSwitch(on: boolean, configs: readonly ConfigItem[]): Promise<boolean> | undefined;
 /**

@@ -39,7 +39,9 @@ declare namespace zelklogservice {
   type ConfigValue = boolean | number | string | readonly boolean[] | readonly number[] | readonly string[];
 
   /**
-   * The parameters of an item by name. They are sent in the order of the object's own enumerable properties.
+   * The parameters of an item by name, sent in the order of the object's own properties (on the desktop the enumerable
+   * ones). A name ends at its first NUL, and one longer than 8194 bytes of UTF-8 counts as `""`: what is sent is the
+   * property with that name, if there is one.
    *
    * @systemapi
    * @since 11
@@ -237,8 +239,8 @@ declare namespace zelklogservice {
   function handleModemLogSwitch(on: boolean, configs?: undefined): Promise<boolean> | undefined;
 
   /**
-   * Turns the modem log on or off, see above, and applies `configs` with the switch (`HandleModemLogSwitchWithConfigs`;
-   * an empty list makes the request without items).
+   * Turns the modem log on or off, see above, and applies `configs` with the switch; an empty list makes the
+   * request without items. On the desktop the request with items is `HandleModemLogSwitchWithConfigs`.
    *
    * @param { boolean } on
    * @param { readonly ConfigItem[] } configs
@@ -440,8 +442,8 @@ declare namespace zelklogservice {
   function handleTcpdumpSwitch(on: boolean, configs?: undefined): Promise<boolean> | undefined;
 
   /**
-   * Starts or stops packet capture, see above, and applies `configs` with the switch (`HandleTcpdumpSwitchWithConfigs`;
-   * an empty list makes the request without items).
+   * Starts or stops packet capture, see above, and applies `configs` with the switch; an empty list makes the
+   * request without items. On the desktop the request with items is `HandleTcpdumpSwitchWithConfigs`.
    *
    * @param { boolean } on
    * @param { readonly ConfigItem[] } configs

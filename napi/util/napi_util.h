@@ -105,8 +105,8 @@ public:
 
     // The named property, `undefined` when the object lacks it. Null when it cannot be read.
     static napi_value GetProperty(napi_env env, napi_value object, const std::string& name);
-    // Appends the names of the object's own enumerable properties in the runtime's order; a name that GetString refuses
-    // becomes "".
+    // Appends the names of the object's own properties, on Node.js the enumerable ones, in the runtime's order; a name
+    // that GetString refuses becomes "".
     static void GetPropertyNames(napi_env env, napi_value object, std::vector<std::string>& names);
     // Throws when the string cannot be made or set.
     static void SetPropertyStringUtf8(napi_env env, napi_value object, const std::string& name,
