@@ -110,6 +110,7 @@ declare global {
  * handlers, waits until its time limit. A handler that never answers holds its call until that limit, or until the
  * environment of the handler ends: then the call ends with code 1001 within 100 ms.
  *
+ * @param handlers An object, or an instance of a class whose methods are handlers; they are called on it.
  * @throws {TypeError} An unknown operation (the message lists the known ones), or a handler that is not a function.
  * @throws {RangeError} A time limit that is out of range.
  * @throws {Error} `ERR_ZELK_SERVICE_IN_USE`: a log service of another thread is in force.
@@ -142,7 +143,7 @@ export interface LogLine {
 export interface LogCapture {
   /** Every line since the start, in the order of writing, up to the moment when this is read. */
   readonly lines: LogLine[];
-  /** Ends the capture; `lines` stays. */
+  /** Ends the capture. `lines` stays, and is complete: `const { lines, stop } = captureLog()` can read it then. */
   stop(): void;
 }
 

@@ -121,9 +121,11 @@ function checkedHandlers(handlers) {
     throw new TypeError(`the handlers must be an object, not ${kindOf(handlers)}`);
   }
   const checked = new Map();
-  for (const name of Object.keys(handlers)) {
-    checkHandler(name, handlers[name]);
-    checked.set(name, handlers[name]);
+  // The methods of a class are not among the object's own keys.
+  for (const name of new Set([...Object.keys(handlers), ...Object.keys(OPERATIONS)])) {
+    const handler = handlers[name];
+    checkHandler(name, handler);
+    checked.set(name, handler?.bind(handlers));
   }
   return checked;
 }
@@ -256,15 +258,19 @@ const LEVELS = { 3: 'D', 4: 'I', 5: 'W', 6: 'E', 7: 'F' };
 function captureLog() {
   const native = addon.startCapture();
   const lines = [];
+  function take() {
+    addon.takeLines(native, (level, domain, tag, message) => {
+      lines.push({ level: LEVELS[level], domain, tag, message });
+    });
+  }
   return {
     get lines() {
-      addon.takeLines(native, (level, domain, tag, message) => {
-        lines.push({ level: LEVELS[level], domain, tag, message });
-      });
+      take();
       return lines;
     },
     stop() {
       addon.stopCapture(native);
+      take();
     },
   };
 }

@@ -42,10 +42,18 @@ const reply = '{"configKey":"k","value":"{\\"n\\":1}"}';
 // The functions' own tests see that each operation gets its arguments and gives its answer.
 test('a handler gets copies of the lists, and answers with text or bytes, at once or later', async () => {
   for (const give of [(value) => value, async (value) => value]) {
-    serve({
-      GetTcpdumpConfig: (keys) => give([Buffer.from(reply.replace('k', keys.pop()))]),
-      QueryRemoteDevicesLogs: () => give(Buffer.from('a\xff', 'latin1')),
-    });
+    class Handlers {
+      #text = Buffer.from('a\xff', 'latin1');
+
+      GetTcpdumpConfig(keys) {
+        return give([Buffer.from(reply.replace('k', keys.pop()))]);
+      }
+
+      QueryRemoteDevicesLogs() {
+        return give(this.#text);
+      }
+    }
+    serve(new Handlers());
     assert.deepEqual(await zelk.getTcpdumpConfig(['k']), items);
     assert.equal(await zelk.queryRemoteDevicesLogs('ß'), 'a\ufffd');
     assert.deepEqual(service.requests, [
@@ -199,9 +207,10 @@ test('a process keeps its exit status while calls wait', () => {
 });
 
 test('every capture sees the lines of every thread', async () => {
-  const [first, second] = [captureLog(), captureLog()];
+  const first = captureLog();
+  const { lines, stop } = captureLog();
   await firstMessage('zelk.getModemLogStatus().then(parentPort.postMessage.bind(parentPort));');
-  second.stop();
+  stop();
   const seen = first.lines.length;
   assert.ok(seen > 5);
   zelk.getModemLogStatus(0, 0);
@@ -209,7 +218,7 @@ test('every capture sees the lines of every thread', async () => {
     level: 'E', domain: 0xd002d19, tag: 'ZELK_SERVICE', message: 'GetModemLogStatus: Illegal params number',
   }]);
   first.stop();
-  assert.deepEqual(second.lines, first.lines.slice(0, seen));
+  assert.deepEqual(lines, first.lines.slice(0, seen));
 });
 
 test('an identity applies to every thread until it is restored', async () => {
