@@ -60,7 +60,7 @@ function call({ name, args, unsupported }, { seconds, verbose }) {
       stdio: ['ignore', 'inherit', 'pipe', 'ipc'],
     });
     let outcome;
-    let reached = env.HILOG_FILE ? undefined : true;
+    let reached = env.HILOG_FILE || !LEVELS.includes(env.HILOG_LEVEL) ? undefined : true;
     readLines(child.stderr, (line) => {
       if (NO_SERVICE_LINE.test(line)) {
         reached = false;

@@ -23,7 +23,7 @@ function causeOf(reached) {
     case false:
       return 'no log service was reached (ZELK_LOG_SERVICE)';
     default:
-      return 'no log service was reached, or it reported an error (the lines in HILOG_FILE say which)';
+      return 'no log service was reached, or it reported an error (see the log: HILOG_LEVEL, HILOG_FILE)';
   }
 }
 

@@ -1,5 +1,6 @@
 #include "bus_handles.h"
 
+#include <cerrno>
 #include <cstdint>
 
 namespace OHOS::Host {
@@ -19,7 +20,10 @@ int OpenBus(const std::string& address, std::chrono::microseconds limit, BusHand
     if (result >= 0) {
         result = sd_bus_set_method_call_timeout(raw, static_cast<uint64_t>(limit.count()));
     }
-    return result < 0 ? result : sd_bus_start(raw);
+    if (result >= 0) {
+        result = sd_bus_start(raw);
+    }
+    return result == -E2BIG ? -EINVAL : result; // The path of a socket is too long.
 }
 
 } // namespace OHOS::Host

@@ -65,11 +65,9 @@ BusSetting ReadBus(std::string_view service)
 struct Environment {
     const std::string service = std::string(Setting(SERVICE_VARIABLE));
     const BusSetting bus = ReadBus(service);
+    const bool isEmbedded = service.empty() || service == "embedded";
+    const bool hasBus = !isEmbedded && service != "none" && !bus.address.empty();
 };
-
-// Read while the library is loaded: later, another thread may be changing the environment. Never destroyed: workers may
-// outlive static objects.
-const Environment& g_environment = *new Environment;
 
 void ReportOnce(const char* variable, const std::string& value, const std::string& why)
 {
@@ -79,9 +77,8 @@ void ReportOnce(const char* variable, const std::string& value, const std::strin
     }
 }
 
-void ReportBus()
+void ReportBus(const BusSetting& bus)
 {
-    const BusSetting& bus = g_environment.bus;
     ReportOnce(bus.variable, bus.address,
                bus.variable == SERVICE_VARIABLE
                    ? "not embedded, session, system, none or a D-Bus address that is accepted"
@@ -95,31 +92,36 @@ bool IsAccepted(const std::string& address)
     return address.find(':') != std::string::npos && (";" + address).find(";unixexec:") == std::string::npos;
 }
 
-ProxySource NoService()
+const Environment* ReadEnvironment()
 {
-    return [] {
-        return nullptr;
-    };
+    const auto* environment = new Environment;
+    if (environment->hasBus && !IsAccepted(environment->bus.address)) {
+        ReportBus(environment->bus);
+    }
+    return environment;
 }
+
+// Read while the library is loaded: later, another thread may be changing the environment. Never destroyed: workers may
+// outlive static objects.
+const Environment& g_environment = *ReadEnvironment();
 
 // Empty when the source cannot be created now.
 ProxySource MakeSource()
 {
-    const auto& [service, bus] = g_environment;
-    if (service.empty() || service == "embedded") {
+    const auto& [service, bus, isEmbedded, hasBus] = g_environment;
+    if (isEmbedded) {
         return [embedded = MakeReferenceService()] {
             return embedded;
         };
     }
-    if (service == "none" || bus.address.empty()) {
-        return NoService();
-    }
-    if (!IsAccepted(bus.address)) {
-        ReportBus();
-        return NoService();
+    if (!hasBus || !IsAccepted(bus.address)) {
+        return [] {
+            return nullptr;
+        };
     }
     std::string error;
-    ProxySource source = OpenDbusLibrary(bus.address, ReportBus, error);
+    ProxySource source = OpenDbusLibrary(
+        bus.address, [] { ReportBus(g_environment.bus); }, error);
     if (!source) {
         ReportOnce(SERVICE_VARIABLE, service, error);
     }

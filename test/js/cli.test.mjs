@@ -196,7 +196,10 @@ const FAILURES = [
     'getModemLogStatus failed: the log service reported an error; its answer was false'],
   ['modem status', { ...NO_SERVICE, ...WITH_FILE }, 1,
     'getModemLogStatus failed: no log service was reached, or it ' +
-    'reported an error (the lines in HILOG_FILE say which)'],
+    'reported an error (see the log: HILOG_LEVEL, HILOG_FILE)'],
+  ['modem status', { ...NO_SERVICE, HILOG_LEVEL: 'w' }, 1,
+    'getModemLogStatus failed: no log service was reached, or it ' +
+    'reported an error (see the log: HILOG_LEVEL, HILOG_FILE)'],
   ['modem status', DYING, 1, 'getModemLogStatus broke off: its process ended with 7'],
   ['modem masks', NO_SERVICE, 124,
     'getModemLogLogMasks gave no answer: no log service was reached (ZELK_LOG_SERVICE)'],
@@ -212,8 +215,12 @@ test('a call without an answer ends at once, with one line and its own status', 
   for (const [words, env, status, message] of FAILURES) {
     const seen = zelklog(words.split(' '), env);
     assert.deepEqual([seen.status, seen.stdout], [status, '']);
-    assert.equal(seen.stderr.replace(/^[A-Z].*\n/, ''), `zelklog: ${message}\n`); // But for the request.
+    // But for the request and the report of a wrong setting.
+    const own = seen.stderr.replace(/^([A-Z]|zelklogservice: HILOG_LEVEL="w": ).*\n/, '');
+    assert.equal(own, `zelklog: ${message}\n`);
   }
+  const refused = zelklog(['modem', 'status'], { ...NO_RIGHTS, ZELK_LOG_SERVICE: 'bogus' });
+  assert.match(refused.stderr, /^zelklogservice: ZELK_LOG_SERVICE="bogus".*no service\nzelklog: .* refused/);
   const { status, stderr } = zelklog(['modem', 'status'], { ZELKLOGSERVICE_BUILD: 'nowhere' });
   assert.equal(status, 1);
   assert.match(stderr, /^zelklogservice: .*nowhere.* does not exist: run .*\n$/);
