@@ -30,15 +30,17 @@ constexpr struct {
     Type type;
 } ARGUMENT_TYPES[] = {
     {"", "s", Type::TEXT},
-    {"", "dioxXuc", Type::INT},
-    {"h", "dioxXu", Type::INT},
-    {"hh", "dioxXu", Type::INT},
-    {"l", "dioxXu", Type::LONG},
-    {"z", "dioxXu", Type::LONG},
-    {"t", "dioxXu", Type::LONG},
-    {"ll", "dioxXu", Type::LONG_LONG},
-    {"j", "dioxXu", Type::LONG_LONG},
-    {"L", "dioxXu", Type::LONG_LONG},
+    {"", "dioxXubBc", Type::INT},
+    {"h", "dioxXubB", Type::INT},
+    {"hh", "dioxXubB", Type::INT},
+    {"l", "dioxXubB", Type::LONG},
+    {"z", "dioxXubB", Type::LONG},
+    {"Z", "dioxXubB", Type::LONG},
+    {"t", "dioxXubB", Type::LONG},
+    {"ll", "dioxXubB", Type::LONG_LONG},
+    {"j", "dioxXubB", Type::LONG_LONG},
+    {"q", "dioxXubB", Type::LONG_LONG},
+    {"L", "dioxXubB", Type::LONG_LONG},
     {"", "aAeEfFgG", Type::DOUBLE},
     {"l", "aAeEfFgG", Type::DOUBLE},
     {"L", "aAeEfFgG", Type::LONG_DOUBLE},
@@ -84,7 +86,7 @@ std::string TakeNumber(const char*& text, Arguments& args)
 // Flags, width and precision.
 std::string TakeLayout(const char*& text, Arguments& args)
 {
-    std::string layout(Take(text, "-+ #0'"));
+    std::string layout(Take(text, "-+ #0'I"));
     layout += TakeNumber(text, args); // The sign of a negative width is the flag "-".
     if (Skip(text, ".")) {
         const std::string precision = TakeNumber(text, args);
@@ -202,7 +204,7 @@ const char* AppendFrom(std::string& out, const char* percent, Arguments& args)
         return text;
     }
     std::string format = '%' + TakeLayout(text, args);
-    const std::string_view length = Take(text, "hlLjzt");
+    const std::string_view length = Take(text, "hlLjqtzZ");
     const Type type = ArgumentType(length, *text);
     if (type != Type::UNKNOWN) {
         format.append(length) += *text;

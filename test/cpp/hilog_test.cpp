@@ -62,6 +62,7 @@ TEST(Format, PrintsAsPrintfDoesAndHidesWhatIsPrivate)
     const std::pair<std::string, std::string> cases[] = {
         asPrintf("%{public}hhd %{public}ho %{public}+d %{public}#X %{public}u", 300, 70000, 7, 0xBEEF, -1),
         asPrintf("%{public}ld %{public}zu %{public}tX %{public}lld %{public}ji", LONG_MIN, -1L, -1L, LLONG_MIN, -1LL),
+        asPrintf("%{public}b %{public}#hhB %{public}qd %{public}Zu %{public}Id", 5, 6, -1LL, 2L, 8),
         asPrintf("%{public}f %{public}.3e %{public}lG %{public}Lf", 1.5, 1e300, 1.0 / 3, 2.5L),
         asPrintf("%{public}lc %{public}C %{public}ls %{public}.2S", wint_t{'x'}, wint_t{'y'}, L"wide", L"wide"),
         asPrintf("%{public}8s|%{public}-8.2s|%{public}.*s|%{public}.*s|", "text", "text", 3, "text", -1, "text"),
