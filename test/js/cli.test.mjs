@@ -24,6 +24,10 @@ function zelklog(words, env = {}) {
   return { status, stdout, stderr };
 }
 
+function requiring(file) {
+  return { NODE_OPTIONS: `${process.env.NODE_OPTIONS ?? ''} --require=${file}` };
+}
+
 // The settings under which the command finds a log service with these answers, {Operation: answer} or, of one
 // that fails, {Operation: {code, answer}}, which reports each request on standard error.
 function answering(answers) {
@@ -40,7 +44,7 @@ function answering(answers) {
         return answer ?? undefined;
       });
     }`);
-  return { NODE_OPTIONS: `--require=${file}` };
+  return requiring(file);
 }
 
 const CHANGED = 'zelklog: note: this was for the embedded log service, which ends with this command; ' +
@@ -185,7 +189,7 @@ test('the help of each command shows what holds for all', () => {
 const NO_SERVICE = { ZELK_LOG_SERVICE: 'none', HILOG_FILE: join(folder, 'unused') };
 const NO_RIGHTS = { OHOS_FULL_TOKEN_ID: '1' };
 const FAILING = answering({ GetModemLogStatus: { code: 5 }, HandleTcpdumpSwitch: { code: 5 } });
-const DYING = { NODE_OPTIONS: `--require=${join(folder, 'dying.cjs')}` };
+const DYING = requiring(join(folder, 'dying.cjs'));
 writeFileSync(join(folder, 'dying.cjs'), 'process.send && process.exit(7);'); // In the process of the call.
 const WITH_FILE = { HILOG_LEVEL: 'E', HILOG_FILE: join(folder, 'log') };
 
@@ -231,16 +235,15 @@ test('a call that hangs ends with 124 when its time is up', { skip: !hasBus }, a
   // It accepts connections and sends nothing.
   const server = createServer().listen(path);
   await once(server, 'listening');
-  const words = ['modem', 'status', '--timeout', '0.5'];
-  const { status, stderr } = zelklog(words, { ZELK_LOG_SERVICE: `unix:path=${path}` });
-  assert.equal(stderr, 'zelklog: getModemLogStatus gave no answer within 0.5 s (--timeout)\n');
-  assert.equal(status, 124);
-  await once(server, 'connection'); // That of the call before.
   const child = spawn(process.execPath, [program, 'modem', 'status'],
     { env: { ...process.env, ZELK_LOG_SERVICE: `unix:path=${path}` } });
   const [connection] = await once(server, 'connection');
   child.kill('SIGKILL'); // Its call ends with it.
   await once(connection.resume(), 'close', { signal: AbortSignal.timeout(10_000) });
+  const words = ['modem', 'status', '--timeout', '0.5'];
+  const { status, stderr } = zelklog(words, { ZELK_LOG_SERVICE: `unix:path=${path}` });
+  assert.equal(stderr, 'zelklog: getModemLogStatus gave no answer within 0.5 s (--timeout)\n');
+  assert.equal(status, 124);
   server.close();
 });
 
