@@ -17,7 +17,7 @@ PRODUCT := zelklogservice zelk_dbus zelk_testing zelk-log-service command_docs
 configure = cmake --preset release --log-level=WARNING >/dev/null
 build_product = $(configure) && cmake --build --preset release --target $(PRODUCT)
 
-.PHONY: help setup build demo test device arm asan tsan lint format format-check bench soak fuzz engines pack install uninstall clean
+.PHONY: help setup build demo test device arm arm64 armhf asan tsan lint format format-check bench soak fuzz engines pack install uninstall clean
 
 help: ## show this list
 	@awk -F ':.*## ' '/^[a-z-]+:.*## / { printf "make %-13s %s\n", $$1, $$2 }' Makefile
@@ -51,10 +51,11 @@ device: ## build and test with the compiler, the libraries and the flags of a de
 	@ctest --preset device
 	@ZELKLOGSERVICE_BUILD=device node --test $(tests_of_any_build)
 
-arm: ## build for the processors of devices, and run the tests in an emulator
+arm: arm64 armhf ## build for the processors of devices, and run the tests in an emulator
+
+arm64 armhf:
 	@./scripts/setup.sh build test arm
-	@./scripts/arm.sh arm64
-	@./scripts/arm.sh armhf
+	@./scripts/arm.sh $@
 
 asan: ## run the tests under AddressSanitizer and UndefinedBehaviorSanitizer
 	@./scripts/setup.sh build test

