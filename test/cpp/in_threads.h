@@ -1,0 +1,21 @@
+#ifndef TEST_CPP_IN_THREADS_H
+#define TEST_CPP_IN_THREADS_H
+
+#include <array>
+#include <future>
+
+namespace ZelkTest {
+
+// Runs work(0) to work(3), each in its own thread, and waits for all of them.
+template <typename Work>
+void InThreads(Work work)
+{
+    std::array<std::future<void>, 4> threads;
+    for (size_t index = 0; index < threads.size(); ++index) {
+        threads[index] = std::async(std::launch::async, work, index);
+    }
+}
+
+} // namespace ZelkTest
+
+#endif // TEST_CPP_IN_THREADS_H
