@@ -188,7 +188,7 @@ function judge(name, args, calls, seen, left, own) {
   const referenced = ok(asked, 'napi_create_reference') === 1;
   const hasWork = cannot('napi_delete_async_work') || (!isRemote(name) && (isKept || isRefused));
   assert.deepEqual(left, {
-    records: Number(isKept && !isRemote(name)),
+    contexts: Number(isKept && !isRemote(name)),
     references: Number(referenced && (isKept || cannot('napi_delete_reference'))),
     works: Number(hasWork),
     deferreds: promised - settled,

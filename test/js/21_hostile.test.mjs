@@ -121,7 +121,7 @@ for (const [name, type] of [
   test(`arbitrary replies to ${name}`, () => always(async (texts, code) => {
     service({ [operation(name)]: { code, answer: texts.map(toBytes) } });
     const [left, { uncaught, callback: [answer], lines }] = await callBack(name);
-    assert.deepEqual([uncaught, left.records], [[], answer ? 0 : 1]);
+    assert.deepEqual([uncaught, left.contexts], [[], answer ? 0 : 1]);
     if (answer) {
       assert.ok(answer[0].length === texts.length && answer[0].every((each) => isItem(each, type)));
     } else {

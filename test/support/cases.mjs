@@ -20,8 +20,8 @@ export const AWAY = null;
 
 // What JavaScript sees. A call that is never answered keeps everything that it holds.
 export const REFUSED = {};
-export const PENDING = { pending: true, kept: { records: 1, works: 1, deferreds: 1 } };
-export const FORGOTTEN = { kept: { records: 1, works: 1, references: 1 } };
+export const PENDING = { pending: true, kept: { contexts: 1, works: 1, deferreds: 1 } };
+export const FORGOTTEN = { kept: { contexts: 1, works: 1, references: 1 } };
 // The runtime's own message for a missing argument and for a callback that cannot be called.
 const RUNTIME = "the runtime's message";
 export const THROWS = { thrown: RUNTIME };

@@ -18,31 +18,6 @@ std::vector<napi_property_descriptor>& Probes()
     return probes;
 }
 
-Json::Value PlanFaults(const Json::Value& plan)
-{
-    SetFaults(plan);
-    return {};
-}
-
-Json::Value Trace(const Json::Value&)
-{
-    return ReadTrace();
-}
-
-Json::Value ReadCounts(const Json::Value&)
-{
-    const Counts& counts = TheCounts();
-    Json::Value all;
-    all["records"] = counts.records.load();
-    all["references"] = counts.references.load();
-    all["works"] = counts.works.load();
-    all["deferreds"] = counts.deferreds.load();
-    all["inFlight"] = counts.inFlight.load();
-    all["calls"] = counts.calls.load();
-    all["faults"] = counts.faults.load();
-    return all;
-}
-
 using Control = Json::Value (*)(const Json::Value& argument);
 
 napi_value CallControl(napi_env env, napi_callback_info info)
@@ -91,7 +66,7 @@ extern "C" ZELK_TEST_EXPORT napi_value napi_register_module_v1(napi_env env, nap
     using namespace ZelkTest;
     const napi_property_descriptor functions[] = {
         Function("planFaults", PlanFaults),
-        Function("trace", Trace),
+        Function("trace", ReadTrace),
         Function("counts", ReadCounts),
         {"probes", nullptr, ReadProbes, nullptr, nullptr, nullptr, napi_default, nullptr},
     };

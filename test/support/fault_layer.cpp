@@ -3,6 +3,7 @@
 #include <map>
 #include <mutex>
 #include <string>
+#include <utility>
 
 #include "test/support/faults.h"
 
@@ -11,24 +12,22 @@ namespace ZelkTest {
 namespace {
 
 std::mutex g_mutex;
-Json::Value g_plan;                      // See SetFaults.
+Json::Value g_plan;                      // See PlanFaults.
 std::map<std::string, int> g_usesByName; // Since the plan was made; "" counts all.
 Json::Value g_trace(Json::arrayValue);
+std::map<std::string, int> g_counts = {{"contexts", 0},  {"references", 0}, {"works", 0},
+                                       {"deferreds", 0}, {"inFlight", 0},   {"faults", 0}};
 
 // As on runtimes that overwrite the error record with the next call: the message is valid until then.
 thread_local bool g_isInjected = false;
 thread_local bool g_isWordless = false; // The record has no message.
 
 // The calls that change what the module holds.
-struct Holding {
-    std::atomic<int> Counts::*count;
-    int change;
-};
-const std::map<std::string, Holding> HOLDINGS = {
-    {"napi_create_async_work", {&Counts::works, 1}},      {"napi_delete_async_work", {&Counts::works, -1}},
-    {"napi_create_promise", {&Counts::deferreds, 1}},     {"napi_resolve_deferred", {&Counts::deferreds, -1}},
-    {"napi_reject_deferred", {&Counts::deferreds, -1}},   {"napi_create_reference", {&Counts::references, 1}},
-    {"napi_delete_reference", {&Counts::references, -1}}, {"napi_queue_async_work", {&Counts::inFlight, 1}},
+const std::map<std::string, std::pair<const char*, int>> HOLDINGS = {
+    {"napi_create_async_work", {"works", 1}},      {"napi_delete_async_work", {"works", -1}},
+    {"napi_create_promise", {"deferreds", 1}},     {"napi_resolve_deferred", {"deferreds", -1}},
+    {"napi_reject_deferred", {"deferreds", -1}},   {"napi_create_reference", {"references", 1}},
+    {"napi_delete_reference", {"references", -1}}, {"napi_queue_async_work", {"inFlight", 1}},
 };
 
 // Async work of the module.
@@ -48,22 +47,21 @@ void Complete(napi_env env, napi_status status, void* data)
 {
     const Work work = *static_cast<Work*>(data);
     delete static_cast<Work*>(data);
-    TheCounts().inFlight--;
+    Count("inFlight", -1);
     work.complete(env, status, work.data);
 }
 
 bool IsPlanned(const CallSite& site, napi_status* status)
 {
     const std::lock_guard<std::mutex> lock(g_mutex);
-    TheCounts().calls++;
     const int anyUse = ++g_usesByName[""];
     const int ownUse = ++g_usesByName[site.call];
     for (const Json::Value& fault : g_plan) {
         const std::string name = fault["name"].asString();
         const int uses = name.empty() ? anyUse : ownUse;
         if ((name.empty() || name == site.call) && uses == fault["nth"].asInt()) {
-            TheCounts().faults++;
-            *status = static_cast<napi_status>(fault.get("status", napi_generic_failure).asInt());
+            ++g_counts.at("faults");
+            *status = napi_generic_failure;
             g_isWordless = fault["wordless"].asBool();
             return true;
         }
@@ -80,26 +78,36 @@ std::string NameOf(const CallSite& site)
 
 } // namespace
 
-Counts& TheCounts()
+void Count(const char* what, int change)
 {
-    static Counts counts;
-    return counts;
+    const std::lock_guard<std::mutex> lock(g_mutex);
+    g_counts.at(what) += change;
 }
 
-void SetFaults(const Json::Value& plan)
+Json::Value PlanFaults(const Json::Value& plan)
 {
     const std::lock_guard<std::mutex> lock(g_mutex);
     g_plan = plan;
     g_usesByName.clear();
     g_trace.clear();
-    TheCounts().calls = 0;
-    TheCounts().faults = 0;
+    g_counts.at("faults") = 0;
+    return {};
 }
 
-Json::Value ReadTrace()
+Json::Value ReadTrace(const Json::Value&)
 {
     const std::lock_guard<std::mutex> lock(g_mutex);
     return g_trace;
+}
+
+Json::Value ReadCounts(const Json::Value&)
+{
+    const std::lock_guard<std::mutex> lock(g_mutex);
+    Json::Value counts;
+    for (const auto& [what, count] : g_counts) {
+        counts[what] = count;
+    }
+    return counts;
 }
 
 bool TakeFault(const CallSite& site, napi_status* status)
@@ -112,7 +120,7 @@ napi_status Ended(const CallSite& site, napi_status status)
 {
     const auto holding = HOLDINGS.find(site.call);
     if (status == napi_ok && holding != HOLDINGS.end()) {
-        TheCounts().*holding->second.count += holding->second.change;
+        Count(holding->second.first, holding->second.second);
     }
     const std::lock_guard<std::mutex> lock(g_mutex);
     if (!g_plan.empty()) {

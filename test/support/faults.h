@@ -1,4 +1,4 @@
-// The plan of Node-API calls that are to fail.
+// The plan of Node-API calls that are to fail, and what is known of the calls, as JSON.
 #ifndef TEST_SUPPORT_FAULTS_H
 #define TEST_SUPPORT_FAULTS_H
 
@@ -6,12 +6,16 @@
 
 namespace ZelkTest {
 
-// `plan`: [{"name": the Node-API function, or "" for any, "nth": which use of it, "status": 9 unless named,
-// "wordless": true for an error without a message}, ..].
-void SetFaults(const Json::Value& plan);
+// `plan`: [{"name": the Node-API function, or none for any, "nth": which use of it, "wordless": true for an error
+// without a message}, ..].
+Json::Value PlanFaults(const Json::Value& plan);
 
 // The module's Node-API calls since the plan was made, unless it is empty: [["name", status, "file function"], ..].
-Json::Value ReadTrace();
+Json::Value ReadTrace(const Json::Value&);
+
+// {"contexts", "references", "works", "deferreds"}: what the module holds; "inFlight": async work queued and not
+// completed; "faults": calls that were made to fail since the plan was made.
+Json::Value ReadCounts(const Json::Value&);
 
 } // namespace ZelkTest
 

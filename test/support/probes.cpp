@@ -1,7 +1,6 @@
 // The module's internals, callable from JavaScript: its steps with null data, its value helpers. Linked
 // into the test build of the module.
-#include <algorithm>
-#include <array>
+#include <json/writer.h>
 
 #include "config/napi_zelk_config_info_build.h"
 #include "control.h"
@@ -13,83 +12,56 @@ namespace {
 
 using namespace OHOS::HiviewDFX;
 
-using Argv = std::array<napi_value, 4>; // Null past the real arguments.
-
-// What a probe does with its arguments; null is undefined in JavaScript.
-using Probe = napi_value (*)(napi_env env, const Argv& argv);
+// What a probe does with its argument, null if there is none; null is undefined in JavaScript.
+using Probe = napi_value (*)(napi_env env, napi_value argument);
 
 napi_value Run(napi_env env, napi_callback_info info)
 {
-    Argv argv = {};
-    size_t count = argv.size();
+    size_t count = 1;
+    napi_value argument = nullptr;
     void* data = nullptr;
-    napi_get_cb_info(env, info, &count, argv.data(), nullptr, &data);
-    std::fill(argv.begin() + std::min(count, argv.size()), argv.end(), nullptr);
-    return reinterpret_cast<Probe>(data)(env, argv);
+    napi_get_cb_info(env, info, &count, &argument, nullptr, &data);
+    return reinterpret_cast<Probe>(data)(env, count > 0 ? argument : nullptr);
 }
 
-// Results as JavaScript values.
-napi_value Give(napi_env env, bool value)
-{
-    napi_value result = nullptr;
-    napi_get_boolean(env, value, &result);
-    return result;
-}
-
-napi_value Give(napi_env env, int32_t value)
-{
-    napi_value result = nullptr;
-    napi_create_int32(env, value, &result);
-    return result;
-}
-
-napi_value Give(napi_env env, const std::string& text)
-{
-    return NapiUtil::CreateStringValue(env, text);
-}
-
-template <typename T>
-napi_value Give(napi_env env, const std::vector<T>& list)
-{
-    napi_value array = nullptr;
-    napi_create_array(env, &array);
-    for (size_t index = 0; index < list.size(); ++index) {
-        napi_set_element(env, array, static_cast<uint32_t>(index), Give(env, T(list[index])));
-    }
-    return array;
-}
-
-// The list after `append` was called with the first argument.
+// The list, as an array, after `append` was called with the argument.
 template <typename T, void (*append)(napi_env, napi_value, std::vector<T>&)>
-napi_value Append(napi_env env, const Argv& argv)
+napi_value Append(napi_env env, napi_value argument)
 {
     std::vector<T> list = {T()};
-    append(env, argv[0], list);
-    return Give(env, list);
+    append(env, argument, list);
+    Json::Value array(Json::arrayValue);
+    for (const T& each : list) {
+        array.append(each);
+    }
+    const std::string text = Json::writeString(Json::StreamWriterBuilder(), array);
+    napi_value value = nullptr;
+    napi_run_script(env, NapiUtil::CreateStringValue(env, text), &value);
+    return value;
 }
 
 // The steps of a function, without a context.
 template <void (*step)(napi_env, void*)>
-napi_value ExecuteNothing(napi_env env, const Argv&)
+napi_value ExecuteNothing(napi_env env, napi_value)
 {
     step(env, nullptr);
     return nullptr;
 }
 
 template <void (*step)(napi_env, napi_status, void*)>
-napi_value CompleteNothing(napi_env env, const Argv&)
+napi_value CompleteNothing(napi_env env, napi_value)
 {
     step(env, napi_ok, nullptr);
     return nullptr;
 }
 
-napi_value HandleNothing(napi_env env, const Argv&)
+napi_value HandleNothing(napi_env env, napi_value)
 {
     return NapiUtil::HandleAsyncWork<BaseContext>(env, nullptr, "Nothing", nullptr, nullptr);
 }
 
 // A bare context, whose complete step answers undefined.
-napi_value HandleBare(napi_env env, const Argv&)
+napi_value HandleBare(napi_env env, napi_value)
 {
     const auto execute = [](napi_env, void*) {
     };
@@ -99,76 +71,63 @@ napi_value HandleBare(napi_env env, const Argv&)
     return NapiUtil::HandleAsyncWork(env, new BaseContext(), "Bare", execute, complete);
 }
 
-napi_value AnswerNothing(napi_env env, const Argv&)
+napi_value AnswerNothing(napi_env env, napi_value)
 {
     NapiUtil::Handle2ValueCallback(env, nullptr, nullptr);
     return nullptr;
 }
 
 // The context has neither a callback nor a promise.
-napi_value AnswerNobody(napi_env env, const Argv&)
+napi_value AnswerNobody(napi_env env, napi_value)
 {
     NapiUtil::Handle2ValueCallback(env, new BaseContext, nullptr);
     return nullptr;
 }
 
 // (code)
-napi_value ThrowErrors(napi_env env, const Argv& argv)
+napi_value ThrowErrors(napi_env env, napi_value argument)
 {
-    NapiUtil::ThrowError(env, NapiUtil::GetInt32(env, argv[0]), "message");
+    NapiUtil::ThrowError(env, NapiUtil::GetInt32(env, argument), "message");
     NapiUtil::ThrowError(env, 1, "while one is pending");
     return nullptr;
 }
 
-napi_value GetFirstElement(napi_env env, const Argv& argv)
+napi_value GetFirstElement(napi_env env, napi_value argument)
 {
-    return NapiUtil::GetElement(env, argv[0], 0);
+    return NapiUtil::GetElement(env, argument, 0);
 }
 
-napi_value GetStrings(napi_env env, const Argv& argv)
+void GetStrings(napi_env env, napi_value array, std::vector<std::string>& list)
 {
-    std::vector<std::string> list = {""};
-    NapiUtil::GetStrings(env, argv[0], list, MAX_STRING_LENGTH);
-    return Give(env, list);
+    NapiUtil::GetStrings(env, array, list, MAX_STRING_LENGTH);
 }
 
-napi_value ReadItems(napi_env env, const Argv& argv)
+napi_value ReadItems(napi_env env, napi_value argument)
 {
     std::vector<std::shared_ptr<ConfigInfo>> items;
-    FillConfigInfoVector(env, argv[0], items);
+    FillConfigInfoVector(env, argument, items);
     return nullptr;
 }
 
-struct NamedProbe {
-    const char* name;
-    Probe probe;
-};
+using NamedProbe = std::pair<const char*, Probe>;
+
+#define STEPS(function)                                                                                                \
+    NamedProbe("Native" #function, ExecuteNothing<Native##function>),                                                  \
+        NamedProbe(#function "Callback", CompleteNothing<function##Callback>)
 
 const NamedProbe PROBES[] = {
-    {"NativeGetModemLogStatus", ExecuteNothing<NativeGetModemLogStatus>},
-    {"GetModemLogStatusCallback", CompleteNothing<GetModemLogStatusCallback>},
-    {"NativeHandleModemLogSwitch", ExecuteNothing<NativeHandleModemLogSwitch>},
-    {"HandleModemLogSwitchCallback", CompleteNothing<HandleModemLogSwitchCallback>},
-    {"NativeGetModemLogConfig", ExecuteNothing<NativeGetModemLogConfig>},
-    {"GetModemLogConfigCallback", CompleteNothing<GetModemLogConfigCallback>},
-    {"NativeGetModemLogDirectPackConfig", ExecuteNothing<NativeGetModemLogDirectPackConfig>},
-    {"GetModemLogDirectPackConfigCallback", CompleteNothing<GetModemLogDirectPackConfigCallback>},
-    {"NativeGetModemLogLogMasks", ExecuteNothing<NativeGetModemLogLogMasks>},
-    {"GetModemLogLogMasksCallback", CompleteNothing<GetModemLogLogMasksCallback>},
-    {"NativeChangeModemLogConfig", ExecuteNothing<NativeChangeModemLogConfig>},
-    {"ChangeModemLogConfigCallback", CompleteNothing<ChangeModemLogConfigCallback>},
-    {"NativeSendModemLogCommand", ExecuteNothing<NativeSendModemLogCommand>},
-    {"SendModemLogCommandCallback", CompleteNothing<SendModemLogCommandCallback>},
-    {"NativeGetTcpdumpStatus", ExecuteNothing<NativeGetTcpdumpStatus>},
-    {"GetTcpdumpStatusCallback", CompleteNothing<GetTcpdumpStatusCallback>},
-    {"NativeHandleTcpdumpSwitch", ExecuteNothing<NativeHandleTcpdumpSwitch>},
-    {"HandleTcpdumpSwitchCallback", CompleteNothing<HandleTcpdumpSwitchCallback>},
-    {"NativeGetTcpdumpConfig", ExecuteNothing<NativeGetTcpdumpConfig>},
-    {"GetTcpdumpConfigCallback", CompleteNothing<GetTcpdumpConfigCallback>},
-    {"NativeChangeTcpdumpConfig", ExecuteNothing<NativeChangeTcpdumpConfig>},
-    {"ChangeTcpdumpConfigCallback", CompleteNothing<ChangeTcpdumpConfigCallback>},
-    {"NativeHandleBluetoothCallPcmLogSwitch", ExecuteNothing<NativeHandleBluetoothCallPcmLogSwitch>},
-    {"HandleBluetoothCallPcmLogSwitchCallback", CompleteNothing<HandleBluetoothCallPcmLogSwitchCallback>},
+    STEPS(GetModemLogStatus),
+    STEPS(HandleModemLogSwitch),
+    STEPS(GetModemLogConfig),
+    STEPS(GetModemLogDirectPackConfig),
+    STEPS(GetModemLogLogMasks),
+    STEPS(ChangeModemLogConfig),
+    STEPS(SendModemLogCommand),
+    STEPS(GetTcpdumpStatus),
+    STEPS(HandleTcpdumpSwitch),
+    STEPS(GetTcpdumpConfig),
+    STEPS(ChangeTcpdumpConfig),
+    STEPS(HandleBluetoothCallPcmLogSwitch),
     {"OnGlobalExecuteCallback", ExecuteNothing<OnGlobalExecuteCallback>},
     {"OnGlobalCompleteCallback", CompleteNothing<OnGlobalCompleteCallback>},
     {"handleNothing", HandleNothing},
@@ -179,7 +138,7 @@ const NamedProbe PROBES[] = {
     {"getFirstElement", GetFirstElement},
     {"getBooleans", Append<bool, NapiUtil::GetBooleans>},
     {"getInt32s", Append<int, NapiUtil::GetInt32s>},
-    {"getStrings", GetStrings},
+    {"getStrings", Append<std::string, GetStrings>},
     {"fillStringVector", Append<std::string, FillStringVector>},
     {"fillConfigInfoVector", ReadItems},
 };
@@ -187,9 +146,9 @@ const NamedProbe PROBES[] = {
 __attribute__((constructor)) void RegisterProbes()
 {
     std::vector<napi_property_descriptor> functions;
-    for (const NamedProbe& probe : PROBES) {
-        functions.push_back({probe.name, nullptr, Run, nullptr, nullptr, nullptr, napi_enumerable,
-                             reinterpret_cast<void*>(probe.probe)});
+    for (const auto& [name, probe] : PROBES) {
+        functions.push_back(
+            {name, nullptr, Run, nullptr, nullptr, nullptr, napi_enumerable, reinterpret_cast<void*>(probe)});
     }
     ZelkTest::AddProbes(functions);
 }

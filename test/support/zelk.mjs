@@ -103,9 +103,9 @@ export async function run(action) {
   return seen;
 }
 
-const HELD = ['records', 'references', 'works', 'deferreds'];
+const HELD = ['contexts', 'references', 'works', 'deferreds'];
 
-// What the module holds after `action` but did not hold before, {records, references, works, deferreds}, and
+// What the module holds after `action` but did not hold before, {contexts, references, works, deferreds}, and
 // the result of `action`.
 export async function leaves(action) {
   const before = counts();
@@ -117,6 +117,6 @@ export async function leaves(action) {
 // Runs `action`, which must leave exactly `kept` allocated.
 export async function keeps(kept, action) {
   const [left, result] = await leaves(() => run(action));
-  assert.deepEqual(left, { records: 0, references: 0, works: 0, deferreds: 0, ...kept });
+  assert.deepEqual(left, { contexts: 0, references: 0, works: 0, deferreds: 0, ...kept });
   return result;
 }

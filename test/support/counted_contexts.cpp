@@ -9,13 +9,13 @@ namespace OHOS::HiviewDFX {
 
 void* BaseContext::operator new(size_t size)
 {
-    ZelkTest::TheCounts().records++;
+    ZelkTest::Count("contexts", 1);
     return ::operator new(size);
 }
 
 void BaseContext::operator delete(void* storage)
 {
-    ZelkTest::TheCounts().records--;
+    ZelkTest::Count("contexts", -1);
     ::operator delete(storage);
 }
 
