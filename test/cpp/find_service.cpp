@@ -1,6 +1,7 @@
 // Exits with 0 when the log service that the environment names answers, with 1 when there is none. With an argument,
 // no file descriptors are left during the first two tries. It looks for the service as a worker does, on a thread that
 // may not read the environment.
+#include <algorithm>
 #include <cstdlib>
 #include <string_view>
 #include <sys/resource.h>
@@ -12,25 +13,18 @@ namespace {
 
 thread_local bool t_isWorker = false;
 
-bool IsServed()
+// Whether it is, with at most this many file descriptors.
+bool IsServed(rlim_t descriptors)
 {
-    const OHOS::sptr<OHOS::HiviewDFX::IZelkLogService> proxy = OHOS::HiviewDFX::Client().GetProxy();
-    bool on = false;
-    return proxy && proxy->GetModemLogStatus(on) == 0;
-}
-
-// False if the first two tries, without descriptors, find one too.
-bool IsServedOnlyWithDescriptors()
-{
-    // A sanitizer needs descriptors to check a class the first time.
-    OHOS::HiviewDFX::Client().OnRemoteDied(nullptr);
     rlimit usual = {};
     getrlimit(RLIMIT_NOFILE, &usual);
-    const rlimit none = {0, usual.rlim_max};
-    setrlimit(RLIMIT_NOFILE, &none);
-    const bool found = IsServed() || IsServed();
+    const rlimit limit = {std::min(descriptors, usual.rlim_cur), usual.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &limit);
+    const OHOS::sptr<OHOS::HiviewDFX::IZelkLogService> proxy = OHOS::HiviewDFX::Client().GetProxy();
+    bool on = false;
+    const bool isServed = proxy && proxy->GetModemLogStatus(on) == 0;
     setrlimit(RLIMIT_NOFILE, &usual);
-    return !found && IsServed();
+    return isServed;
 }
 
 } // namespace
@@ -51,10 +45,12 @@ int main(int argc, char**)
          {"ZELK_LOG_SERVICE", "DBUS_SESSION_BUS_ADDRESS", "DBUS_SYSTEM_BUS_ADDRESS", "XDG_RUNTIME_DIR"}) {
         setenv(name, "changed", 1);
     }
+    OHOS::HiviewDFX::Client().OnRemoteDied(nullptr); // A sanitizer needs descriptors to check a class the first time.
     bool isServed = false;
     std::thread([&] {
         t_isWorker = true;
-        isServed = (argc > 1 ? IsServedOnlyWithDescriptors() : IsServed()) && IsServed();
+        const bool isServedWithout = argc > 1 && (IsServed(0) || IsServed(0));
+        isServed = !isServedWithout && IsServed(RLIM_INFINITY) && IsServed(RLIM_INFINITY);
         t_isWorker = false;
     }).join();
     return isServed ? EXIT_SUCCESS : EXIT_FAILURE;
