@@ -396,8 +396,9 @@ TEST_F(Service, HasItsExitStatus)
     EXPECT_EQ(bus.Find(), nullptr);
     for (const auto& [name, option] : {std::pair("SESSION", "--session"), {"SYSTEM", "--system"}}) {
         const std::string variable = "DBUS_" + std::string(name) + "_BUS_ADDRESS=";
-        const Process another("exec env " + variable + bus.address + " " + PROGRAM + " " + option);
+        Process another("exec env " + variable + bus.address + " " + PROGRAM + " " + option);
         EXPECT_EQ(StatusBy(bus.WaitForService()), "0 off") << name;
+        EXPECT_EQ(another.End(SIGTERM), 0);
     }
 }
 
