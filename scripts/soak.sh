@@ -11,17 +11,17 @@ soak() {
 }
 
 if [ "${CI:-}" = true ]; then
-    soak answering.mjs "${1:-100000}"
+    soak flat.mjs embedded "${1:-100000}"
     ZELK_LOG_SERVICE=none soak keeping.mjs 10000
-    soak killing.mjs 20000 200
-    soak malformed.mjs 600
+    soak flat.mjs killed 20000
+    soak flat.mjs malformed 600
     exit
 fi
 
-soak answering.mjs "${1:-1000000}"
+soak flat.mjs embedded "${1:-1000000}"
 ZELK_LOG_SERVICE=none soak keeping.mjs 50000
-soak killing.mjs 200000
-soak malformed.mjs 20000
+soak flat.mjs killed 200000
+soak flat.mjs malformed 20000
 
 cmake --build --preset release
 export ZELK_FAULT_PAIR_REACH=1000 ZELK_HOSTILE_RUNS=5000 ZELK_ENVIRONMENT_ROUNDS=150 ZELK_SERVICE_FAULT_ROUNDS=20

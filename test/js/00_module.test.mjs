@@ -1,7 +1,8 @@
 import assert from 'node:assert/strict';
 import { spawnSync } from 'node:child_process';
 import { test } from 'node:test';
-import { buildFolder, names, zelk } from '../support/zelk.mjs';
+import { buildFolder } from '../support/paths.mjs';
+import { names, zelk } from '../support/zelk.mjs';
 
 const TABLE = [
   'getModemLogConfig', 'getModemLogDirectPackConfig', 'getModemLogLogMasks', 'getModemLogStatus',

@@ -2,46 +2,25 @@
 // flight, and the bus is killed too. Every call that answers failures must be settled, and the next one must
 // find the service that exists then.
 import assert from 'node:assert/strict';
-import { spawn } from 'node:child_process';
-import { once } from 'node:events';
 import { readFileSync } from 'node:fs';
 import { after, afterEach, before, test } from 'node:test';
 import { setTimeout as sleep } from 'node:timers/promises';
-import { fileURLToPath } from 'node:url';
+import { end, launchService, running, startBus, stop } from '../support/bus.mjs';
 
 const ROUNDS = Number(process.env.ZELK_SERVICE_FAULT_ROUNDS || 2);
 const CALLS = 1000;
 const MOST_ROUNDS = 20;
 const [UNREACHABLE, GONE, LATE] = [1, 1001, 1002]; // Unreachable: no owner of the name, or no bus.
 
-const BUS_CONFIGURATION = fileURLToPath(new URL('../../scripts/private_bus.conf', import.meta.url));
 const address = `unix:abstract=zelk-test-${process.pid}`; // A bus that comes back has the same.
 process.env.ZELK_LOG_SERVICE = address;
-const { buildFolder, leaves, leaveService, run, zelk } = await import('../support/zelk.mjs');
+const { leaves, leaveService, run, zelk } = await import('../support/zelk.mjs');
 leaveService();
-const running = new Set();
 let bus;
 
-function start(command, ...args) {
-  const child = spawn(command, args, { stdio: ['ignore', 'pipe', 'ignore'] });
-  running.add(child);
-  return child.on('exit', () => running.delete(child));
-}
-const end = async (child) => (await once(child, 'exit'))[0];
-function stop(child, signal = 'SIGKILL') {
-  child.kill(signal);
-  return end(child);
-}
-const startBus = () => {
-  bus = start('dbus-daemon', `--config-file=${BUS_CONFIGURATION}`, '--nofork', '--nopidfile',
-    `--address=${address}`, '--print-address');
-  return once(bus.stdout, 'data');
-};
-
 const isServed = () => zelk.getRemoteDevicesList().then(() => true, () => false);
-const launch = () => start(`${buildFolder}zelk-log-service`, '--address', address);
 async function startService() {
-  const service = launch();
+  const service = launchService(address);
   while (!(await isServed())) {
     assert.equal(service.exitCode, null, 'the service runs');
     await sleep(5);
@@ -55,7 +34,9 @@ async function freeze(child) {
   }
 }
 
-before(startBus);
+before(async () => {
+  bus = await startBus(address);
+});
 afterEach(() => Promise.all([...running].filter((child) => child !== bus).map((child) => stop(child))));
 after(() => stop(bus));
 
@@ -85,9 +66,9 @@ async function during(what, harm, count = CALLS) {
 for (const [what, victim, recover] of [
   ['service', (service) => service, () => {}],
   ['bus', () => bus, async (service) => {
-    assert.equal(service.exitCode ?? (await end(service)), 1);
+    assert.equal(await end(service), 1);
     assert.equal(await isServed(), false);
-    await startBus();
+    bus = await startBus(address);
   }],
 ]) {
   test(`${what} killed in flight`, async () => {
@@ -134,7 +115,7 @@ test('replaced by another owner', async () => {
     assert.deepEqual([await zelk.handleTcpdumpSwitch(true), await zelk.getTcpdumpStatus()], [true, true]);
     await during('service replaced', async (calls) => {
       await Promise.race(calls);
-      assert.equal(await end(launch()), 1); // One at a time.
+      assert.equal(await end(launchService(address)), 1); // One at a time.
       assert.equal(await stop(service, 'SIGTERM'), 0);
       service = await startService();
     });

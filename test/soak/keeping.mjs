@@ -1,10 +1,9 @@
 // What a call keeps that is never answered, per function and form: most never are without a service.
 //   ZELK_LOG_SERVICE=none node --expose-gc --max-semi-space-size=1 test/soak/keeping.mjs [calls per line]
 import assert from 'node:assert/strict';
-import { call, isRemote, memory, names, turn } from './memory.mjs';
+import { answersFailures, call, isRemote, memory, names, turn } from './memory.mjs';
 
 const CALLS = Number(process.argv[2] || 20_000);
-const ANSWERED = /^(getModemLogStatus|handleModemLogSwitch|changeModemLogConfig)$/;
 const NOISE = 3 * 2 ** 20; // Bytes by which the allocators of the runtime may wander.
 const MOST = 4096; // Bytes of one call: record, work, promise or callback, and the items of the arguments.
 
@@ -27,6 +26,6 @@ for (const name of names) {
     const [rss, heap] = ['rss', 'heap'].map((key) => Math.round((after[key] - before[key]) / CALLS));
     console.log(`${name} by ${byCallback ? 'callback' : 'promise'}: ` +
       `${rss} bytes resident per call, ${heap} of them JavaScript's`);
-    assert.ok(rss * CALLS < NOISE + (isRemote(name) || ANSWERED.test(name) ? 0 : MOST * CALLS), name);
+    assert.ok(rss * CALLS < NOISE + (answersFailures(name) ? 0 : MOST * CALLS), name);
   }
 }

@@ -8,21 +8,25 @@ export const names = Object.getOwnPropertyNames(zelk);
 // Whether the function takes no callback.
 export const isRemote = (name) => /Remote|Protocol/.test(name);
 
-// One call, in callback mode where asked for and possible. `done` is called with the answer.
+// Whether it answers a call that fails.
+export const answersFailures = (name) =>
+  isRemote(name) || /^(getModemLogStatus|handleModemLogSwitch|changeModemLogConfig)$/.test(name);
+
+// One call, in callback mode where asked for and possible. `done` is called with the way in which it ends.
 export function call(name, byCallback, done) {
-  const marker = () => done();
+  const marker = () => done('called');
   const args = byCallback ? forms(name, marker).find((list) => list.at(-1) === marker) : forms(name)[0];
   try {
     const promise = zelk[name](...args);
     if (!byCallback) {
-      promise.then(done, done);
+      promise.then(() => done('resolved'), () => done('rejected'));
     }
   } catch (error) {
     if (error.code !== '6') {
       throw error;
     }
     if (!byCallback) {
-      done(); // The caller did not get the promise that is answered.
+      done('thrown'); // The caller did not get the promise that is answered.
     }
   }
 }

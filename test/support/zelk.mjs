@@ -3,11 +3,9 @@
 import assert from 'node:assert/strict';
 import { createRequire } from 'node:module';
 import { setTimeout as sleep } from 'node:timers/promises';
-import { fileURLToPath } from 'node:url';
 import { captureLog, logService, ServiceError } from 'zelklogservice/testing';
+import { buildFolder } from './paths.mjs';
 
-export const buildFolder = fileURLToPath(
-  new URL(`../../build/${process.env.ZELKLOGSERVICE_BUILD || 'release'}/`, import.meta.url));
 const require = createRequire(import.meta.url);
 const control = require(`${buildFolder}zelk_test.node`);
 

@@ -1,0 +1,80 @@
+// A bus whose messages are malformed: it stands before another one, and sends a corrupted copy before each
+// good message. Their sockets are `malformed` and `bus` in a folder.
+//   node test/soak/malformed_bus.mjs FOLDER SEED
+import { connect, createServer } from 'node:net';
+import { pipeline } from 'node:stream';
+
+const [folder, seed] = process.argv.slice(2);
+const PATIENCE = 50; // Milliseconds. A client that is silent for longer waits for the rest of a message.
+const SPARED = 0.95; // Of the bus's own messages, without which there is no connection.
+const EXTREMES = [0, 1, 2 ** 31 - 1, 2 ** 32 - 1, 2 ** 26, 2 ** 27 + 1];
+const TYPES = 'ybnqiuxtdsogvh';
+
+// Numbers below 1 that are the same for the same seed.
+function randomFrom(state) {
+  return () => {
+    state = (Math.imul(state, 1664525) + 1013904223) >>> 0;
+    return state / 2 ** 32;
+  };
+}
+
+const bytes = (count, random) => Buffer.from(Array.from({ length: count }, () => random() * 256));
+
+// Each changes the message at a random place, or gives another one.
+const CORRUPTIONS = [
+  (data, at, random) => {
+    for (let count = random() * 8; count > 0; --count) {
+      data[Math.floor(random() * data.length)] = random() * 256;
+    }
+  },
+  (data, at, random) => { // Where a length may be.
+    data.writeUInt32LE(EXTREMES[Math.floor(random() * EXTREMES.length)], Math.min(at, data.length - 4) & ~3);
+  },
+  (data, at) => data.subarray(0, at),
+  (data, at, random) =>
+    Buffer.concat([data.subarray(0, at), bytes(random() * 40, random), data.subarray(at)]),
+  (data) => data.write('B'), // The other byte order.
+  (data) => data.write('9', data.indexOf(':1.') + 3), // Another sender.
+  (data, at, random) => { // Other types.
+    data.write(TYPES[Math.floor(random() * TYPES.length)], data.indexOf('\u0001g\0') + 5);
+  },
+];
+
+function corrupt(good, random) {
+  const data = Buffer.from(good);
+  const corruption = CORRUPTIONS[Math.floor(random() * CORRUPTIONS.length)];
+  const changed = corruption(data, Math.floor(random() * data.length), random);
+  return Buffer.isBuffer(changed) ? changed : data;
+}
+
+// The connection begins with lines in capitals.
+const isMessage = (data) => data[0] === 'l'.charCodeAt();
+
+// The size of the first message, or line.
+function sizeOf(data) {
+  if (!isMessage(data)) {
+    return data.indexOf('\n') + 1 || Infinity;
+  }
+  return data.length < 16 ? Infinity : (((data.readUInt32LE(12) + 23) >>> 3) << 3) + data.readUInt32LE(4);
+}
+
+let connections = Number(seed);
+createServer((client) => {
+  const random = randomFrom(++connections);
+  const bus = connect(`${folder}/bus`);
+  let rest = Buffer.alloc(0);
+  bus.on('data', (chunk) => {
+    rest = Buffer.concat([rest, chunk]);
+    for (let size = sizeOf(rest); size <= rest.length; size = sizeOf(rest)) {
+      const good = rest.subarray(0, size);
+      rest = rest.subarray(size);
+      const isSpared = good.includes('org.freedesktop.DBus') && random() < SPARED;
+      if (isMessage(good) && !isSpared) {
+        client.write(corrupt(good, random));
+      }
+      client.write(good);
+    }
+  });
+  pipeline(client, bus, () => client.destroy());
+  client.setTimeout(PATIENCE, () => client.destroy());
+}).listen(`${folder}/malformed`, () => console.log('ready'));

@@ -1,0 +1,31 @@
+// Processes of a test's own: a bus, and the log service on it. They end with the test.
+import { spawn } from 'node:child_process';
+import { once } from 'node:events';
+import { buildFolder, root } from './paths.mjs';
+
+export const running = new Set();
+process.on('exit', () => running.forEach((child) => child.kill('SIGKILL')));
+
+export function start(command, ...args) {
+  const child = spawn(command, args, { stdio: ['ignore', 'pipe', 'ignore'] });
+  running.add(child);
+  return child.on('exit', () => running.delete(child));
+}
+
+// Its exit status.
+export const end = async (child) => (running.has(child) ? (await once(child, 'exit'))[0] : child.exitCode);
+
+export function stop(child, signal = 'SIGKILL') {
+  child.kill(signal);
+  return end(child);
+}
+
+export async function startBus(address) {
+  const bus = start('dbus-daemon', `--config-file=${root}scripts/private_bus.conf`, '--nofork', '--nopidfile',
+    `--address=${address}`, '--print-address');
+  await once(bus.stdout, 'data');
+  return bus;
+}
+
+// Does not wait until it serves.
+export const launchService = (address) => start(`${buildFolder}zelk-log-service`, '--address', address);
