@@ -29,9 +29,8 @@ const SERVICES = {
     }, PAUSE);
     return address;
   },
-  async malformed() { // Behind a bus whose messages are malformed.
-    await startBus(address);
-    launchService(address);
+  async malformed() { // The same, behind a bus whose messages are malformed.
+    await SERVICES.killed();
     const front = start(process.execPath, `${root}test/soak/malformed_bus.mjs`, folder, seed);
     await once(front.stdout, 'data');
     return `unix:path=${folder}/malformed`;

@@ -6,44 +6,30 @@ import { pipeline } from 'node:stream';
 
 const [folder, seed] = process.argv.slice(2);
 const PATIENCE = 50; // Milliseconds. A client that is silent for longer waits for the rest of a message.
-const SPARED = 0.95; // Of the bus's own messages, without which there is no connection.
+const CORRUPTED = 20; // One in so many of the bus's own answers, without which there is no connection.
 const EXTREMES = [0, 1, 2 ** 31 - 1, 2 ** 32 - 1, 2 ** 26, 2 ** 27 + 1];
-const TYPES = 'ybnqiuxtdsogvh';
 
-// Numbers below 1 that are the same for the same seed.
-function randomFrom(state) {
-  return () => {
-    state = (Math.imul(state, 1664525) + 1013904223) >>> 0;
-    return state / 2 ** 32;
-  };
-}
-
-const bytes = (count, random) => Buffer.from(Array.from({ length: count }, () => random() * 256));
+// Gives whole numbers below `count`, the same for the same seed.
+const randomFrom = (state) => (count) => {
+  state = (Math.imul(state, 1664525) + 1013904223) >>> 0;
+  return Math.floor(state / 2 ** 32 * count);
+};
 
 // Each changes the message at a random place, or gives another one.
 const CORRUPTIONS = [
-  (data, at, random) => {
-    for (let count = random() * 8; count > 0; --count) {
-      data[Math.floor(random() * data.length)] = random() * 256;
-    }
-  },
-  (data, at, random) => { // Where a length may be.
-    data.writeUInt32LE(EXTREMES[Math.floor(random() * EXTREMES.length)], Math.min(at, data.length - 4) & ~3);
-  },
+  (data, at, random) => data.writeUInt8(random(256), at),
+  (data, at, random) => // Where a length may be.
+    data.writeUInt32LE(EXTREMES[random(EXTREMES.length)], Math.min(at, data.length - 4) & ~3),
   (data, at) => data.subarray(0, at),
-  (data, at, random) =>
-    Buffer.concat([data.subarray(0, at), bytes(random() * 40, random), data.subarray(at)]),
+  (data, at) => Buffer.concat([data.subarray(0, at), data]),
   (data) => data.write('B'), // The other byte order.
   (data) => data.write('9', data.indexOf(':1.') + 3), // Another sender.
-  (data, at, random) => { // Other types.
-    data.write(TYPES[Math.floor(random() * TYPES.length)], data.indexOf('\u0001g\0') + 5);
-  },
+  (data, at, random) => data.write('ybnqiuxtdsogvh'[random(14)], data.indexOf('\u0001g\0') + 5), // A type.
 ];
 
 function corrupt(good, random) {
   const data = Buffer.from(good);
-  const corruption = CORRUPTIONS[Math.floor(random() * CORRUPTIONS.length)];
-  const changed = corruption(data, Math.floor(random() * data.length), random);
+  const changed = CORRUPTIONS[random(CORRUPTIONS.length)](data, random(data.length), random);
   return Buffer.isBuffer(changed) ? changed : data;
 }
 
@@ -68,7 +54,8 @@ createServer((client) => {
     for (let size = sizeOf(rest); size <= rest.length; size = sizeOf(rest)) {
       const good = rest.subarray(0, size);
       rest = rest.subarray(size);
-      const isSpared = good.includes('org.freedesktop.DBus') && random() < SPARED;
+      const isAnswer = good.includes('org.freedesktop.DBus') && !good.includes('NameOwnerChanged');
+      const isSpared = isAnswer && random(CORRUPTED) > 0;
       if (isMessage(good) && !isSpared) {
         client.write(corrupt(good, random));
       }
