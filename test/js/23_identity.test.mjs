@@ -2,13 +2,11 @@
 import assert from 'node:assert/strict';
 import { spawnSync } from 'node:child_process';
 import { test } from 'node:test';
-import { fileURLToPath } from 'node:url';
 import { setCaller } from 'zelklogservice/testing';
 import { E } from '../support/cases.mjs';
 import { answering, forms, operation } from '../support/forms.mjs';
-import { gatedNames, keeps, names, run, service, zelk } from '../support/zelk.mjs';
-
-const ROOT = fileURLToPath(new URL('../../', import.meta.url));
+import { root } from '../support/paths.mjs';
+import { gatedNames, keeps, names, service, zelk } from '../support/zelk.mjs';
 
 // Alternately, because rights once had must not last.
 const CALLERS = [
@@ -22,11 +20,17 @@ for (const name of names) {
   test(`${name} serves ${gatedNames.includes(name) ? 'system applications only' : 'everyone'}`, async () => {
     service(answering(names));
     for (const [token, hasRights] of CALLERS) {
-      setCaller(token);
       const isServed = hasRights || !gatedNames.includes(name);
       const count = isServed ? 1 : forms(name).length; // A refused call reads no arguments and logs one line.
       for (let index = 0; index < count; ++index) {
-        const seen = await keeps({}, (callback) => zelk[name](...forms(name, callback)[index]));
+        const seen = await keeps({}, (callback) => {
+          setCaller(token);
+          try {
+            return zelk[name](...forms(name, callback)[index]);
+          } finally {
+            setCaller(0n); // A call once made needs no rights.
+          }
+        });
         const what = `${name} form ${index} with ${token}`;
         if (isServed) {
           assert.deepEqual(seen.requests.map(([asked]) => asked), [operation(name)], what);
@@ -42,23 +46,8 @@ for (const name of names) {
   });
 }
 
-test('a call once made is answered although the rights are gone', async () => {
-  service(answering(names, { delay: 5 }));
-  for (const name of gatedNames) {
-    setCaller({ systemApplication: true });
-    const { thrown, callback: answers } = await run((callback) => {
-      try {
-        zelk[name](...forms(name, callback).find((args) => args.at(-1) === callback));
-      } finally {
-        setCaller({ systemApplication: false });
-      }
-    });
-    assert.deepEqual([thrown ? thrown.code : '6', answers.length], ['6', 1], name);
-  }
-});
-
 test('a worker thread that loads the module has the identity of the environment', () => {
-  const call = `console.log(require(${JSON.stringify(ROOT)}).getModemLogStatus())`;
+  const call = `console.log(require(${JSON.stringify(root)}).getModemLogStatus())`;
   const code = `new (require('node:worker_threads').Worker)(${JSON.stringify(call)}, { eval: true })`;
   const env = { ...process.env, OHOS_FULL_TOKEN_ID: '0' };
   const { stdout } = spawnSync(process.execPath, ['-e', code], { env, encoding: 'utf8' });

@@ -71,9 +71,7 @@ async function idle() {
 // the service's requests and the log lines, as "E ZELK_SERVICE: text".
 export async function run(action) {
   const seen = { callback: [], uncaught: [] };
-  const others = process.rawListeners('uncaughtException');
-  process.removeAllListeners('uncaughtException');
-  process.on('uncaughtException', (error) => seen.uncaught.push(error));
+  process.setUncaughtExceptionCaptureCallback((error) => seen.uncaught.push(error));
   logServiceInForce.clear();
   log.lines.length = 0;
   try {
@@ -89,8 +87,7 @@ export async function run(action) {
     }
     await idle();
   } finally {
-    process.removeAllListeners('uncaughtException');
-    others.forEach((listener) => process.on('uncaughtException', listener));
+    process.setUncaughtExceptionCaptureCallback(null);
   }
   assert.deepEqual(logServiceInForce.errors, []);
   seen.requests = logServiceInForce.requests.map(({ operation, args }) => [operation, ...args]);
