@@ -5,17 +5,16 @@ import { spawn } from 'node:child_process';
 import { once } from 'node:events';
 import { text } from 'node:stream/consumers';
 import { test } from 'node:test';
-import { fileURLToPath } from 'node:url';
 import { answering, forms } from '../support/forms.mjs';
+import { root } from '../support/paths.mjs';
 import { names } from '../support/zelk.mjs';
 
 const ROUNDS = Number(process.env.ZELK_ENVIRONMENT_ROUNDS || 8);
-const ROOT = fileURLToPath(new URL('../../', import.meta.url));
 const CALLS = names.map((name) => [name, forms(name)[0]]);
 
 // In every environment: calls every function twice and returns the answers in the order of the calls.
 const CALL_ALL = `
-  const zelk = require(${JSON.stringify(ROOT)});
+  const zelk = require(${JSON.stringify(root)});
   const callAll = () => Promise.all([...CALLS, ...CALLS].map(async ([name, args]) => {
     try { return await zelk[name](...args); } catch (error) { return error.code; }
   }));`;
@@ -24,7 +23,7 @@ const PRELUDE = `
   const { Worker } = require('node:worker_threads');
   const CALLS = ${JSON.stringify(CALLS)};
   // A handler of each operation, which answers after this many milliseconds.
-  const { logService } = require(${JSON.stringify(`${ROOT}testing.js`)});
+  const { logService } = require(${JSON.stringify(`${root}testing.js`)});
   const kit = logService();
   const service = (delay) => {
     for (const [name, { answer }] of Object.entries(${JSON.stringify(answering(names))})) {
