@@ -1,7 +1,6 @@
 import assert from 'node:assert/strict';
-import { spawnSync } from 'node:child_process';
 import { test } from 'node:test';
-import { buildFolder } from '../support/paths.mjs';
+import { buildFolder, runCode } from '../support/system.mjs';
 import { names, zelk } from '../support/zelk.mjs';
 
 const TABLE = [
@@ -29,6 +28,6 @@ test('throws at import when its functions cannot be defined', () => {
     } catch (error) {
       console.log(error.message);
     }`;
-  const { stdout, stderr } = spawnSync(process.execPath, ['-e', script], { encoding: 'utf8' });
+  const { stdout, stderr } = runCode(script);
   assert.equal(stdout, 'injected failure\n', stderr);
 });

@@ -6,7 +6,7 @@ import { once } from 'node:events';
 import { text } from 'node:stream/consumers';
 import { test } from 'node:test';
 import { answering, forms } from '../support/forms.mjs';
-import { root } from '../support/paths.mjs';
+import { root } from '../support/system.mjs';
 import { names } from '../support/zelk.mjs';
 
 const ROUNDS = Number(process.env.ZELK_ENVIRONMENT_ROUNDS || 8);

@@ -1,11 +1,10 @@
 // Who may call which function. The caller's identity is checked on every call, before anything else.
 import assert from 'node:assert/strict';
-import { spawnSync } from 'node:child_process';
 import { test } from 'node:test';
 import { setCaller } from 'zelklogservice/testing';
 import { E } from '../support/cases.mjs';
 import { answering, forms, operation } from '../support/forms.mjs';
-import { root } from '../support/paths.mjs';
+import { root, runCode } from '../support/system.mjs';
 import { gatedNames, keeps, names, service, zelk } from '../support/zelk.mjs';
 
 // Alternately, because rights once had must not last.
@@ -49,7 +48,5 @@ for (const name of names) {
 test('a worker thread that loads the module has the identity of the environment', () => {
   const call = `console.log(require(${JSON.stringify(root)}).getModemLogStatus())`;
   const code = `new (require('node:worker_threads').Worker)(${JSON.stringify(call)}, { eval: true })`;
-  const env = { ...process.env, OHOS_FULL_TOKEN_ID: '0' };
-  const { stdout } = spawnSync(process.execPath, ['-e', code], { env, encoding: 'utf8' });
-  assert.equal(stdout, 'undefined\n');
+  assert.equal(runCode(code, { env: { OHOS_FULL_TOKEN_ID: '0' } }).stdout, 'undefined\n');
 });

@@ -1,6 +1,5 @@
 // zelklogservice/testing against its manual, with the module as built for users.
 import assert from 'node:assert/strict';
-import { spawnSync } from 'node:child_process';
 import { once } from 'node:events';
 import { readFileSync } from 'node:fs';
 import { createRequire } from 'node:module';
@@ -9,7 +8,7 @@ import { compileFunction, createContext, runInContext } from 'node:vm';
 import { Worker } from 'node:worker_threads';
 import zelk from 'zelklogservice';
 import { ServiceError, captureLog, logService, setCaller } from 'zelklogservice/testing';
-import { root } from '../support/paths.mjs';
+import { root, runCode } from '../support/system.mjs';
 
 const LOAD = `const zelk = require(${JSON.stringify(root)});
   const { logService, setCaller } = require(${JSON.stringify(`${root}testing.js`)});`;
@@ -191,8 +190,7 @@ test('a process keeps its exit status while calls wait', () => {
     [`${SERVE} setTimeout(() => service.restore(), 100);`, 0],
     [`logService().restore(); process.on('exit', () => { ${SERVE} });`, 0],
   ]) {
-    const child = spawnSync(process.execPath, ['-e', LOAD + code], { encoding: 'utf8', timeout: 10_000 });
-    assert.deepEqual([child.status, child.stderr], [status, ''], code);
+    assert.deepEqual(runCode(LOAD + code, { timeout: 10_000 }), { status, stdout: '', stderr: '' }, code);
   }
 });
 

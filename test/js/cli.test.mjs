@@ -1,24 +1,17 @@
 // The command line: the requests, the output and the exit status of each command.
 import assert from 'node:assert/strict';
-import { spawn, spawnSync } from 'node:child_process';
+import { spawn } from 'node:child_process';
 import { once } from 'node:events';
-import { mkdtempSync, rmSync, writeFileSync } from 'node:fs';
-import { tmpdir } from 'node:os';
+import { mkdtempSync, writeFileSync } from 'node:fs';
 import { join } from 'node:path';
-import { after, test } from 'node:test';
+import { test } from 'node:test';
 import { parseItem } from '../../bin/items.js';
-import { root } from '../support/paths.mjs';
+import { root, run, temporaryFolder } from '../support/system.mjs';
 
 const program = `${root}bin/zelklog`;
-const folder = mkdtempSync(join(tmpdir(), 'zelk-cli-'));
-after(() => rmSync(folder, { recursive: true }));
-
-function zelklog(words, env = {}) {
-  const settings = { ZELK_LOG_SERVICE: '', OHOS_FULL_TOKEN_ID: '', HILOG_LEVEL: '', HILOG_FILE: '', ...env };
-  const { status, stdout, stderr } = spawnSync(process.execPath, [program, ...words],
-    { encoding: 'utf8', env: { ...process.env, ...settings } });
-  return { status, stdout, stderr };
-}
+const folder = temporaryFolder();
+const PLAIN = { ZELK_LOG_SERVICE: '', OHOS_FULL_TOKEN_ID: '', HILOG_LEVEL: '', HILOG_FILE: '' };
+const zelklog = (words, env) => run(process.execPath, [program, ...words], { env: { ...PLAIN, ...env } });
 
 // The settings under which each process of the command runs this code first.
 function preloading(code) {
@@ -123,7 +116,7 @@ test('characters that a terminal would obey are shown, wherever they come from',
 test('standard output that cannot be written exits with 1, silently if only its reader is gone', () => {
   const ends = (redirection) => {
     const command = `set -o pipefail; "$0" "$1" modem status ${redirection}; echo "ended with $?" >&2`;
-    return spawnSync('bash', ['-c', command, process.execPath, program], { encoding: 'utf8' }).stderr;
+    return run('bash', ['-c', command, process.execPath, program]).stderr;
   };
   assert.match(ends('>/dev/full'), /^zelklog: cannot write to standard output: ENOSPC: .*\nended with 1\n$/);
   assert.equal(ends('| true'), 'ended with 1\n');
@@ -244,16 +237,14 @@ test('a call that hangs ends with 124 when its time is up, and when its command 
   await once(child.stdout.resume(), 'close', { signal: AbortSignal.timeout(10_000) });
 });
 
-const hasTerminals = spawnSync('script', ['-qec', 'true', '/dev/null']).status === 0;
+const hasTerminals = run('script', ['-qec', 'true', '/dev/null']).status === 0;
 
 test('colours appear on a terminal only, and not with NO_COLOR', { skip: !hasTerminals }, () => {
-  const onTerminal = (env) => {
-    const settings = { ...process.env, NODE: process.execPath, PROGRAM: program, ...env };
+  for (const [NO_COLOR, output] of [['', '\u001b[32maccepted\u001b[39m\r\n'], ['1', 'accepted\r\n']]) {
     const command = '"$NODE" "$PROGRAM" modem on 2>/dev/null';
-    return spawnSync('script', ['-qec', command, '/dev/null'], { encoding: 'utf8', env: settings }).stdout;
-  };
-  assert.equal(onTerminal({ NO_COLOR: '' }), '\u001b[32maccepted\u001b[39m\r\n');
-  assert.equal(onTerminal({ NO_COLOR: '1' }), 'accepted\r\n');
+    const env = { NODE: process.execPath, PROGRAM: program, NO_COLOR };
+    assert.equal(run('script', ['-qec', command, '/dev/null'], { env }).stdout, output);
+  }
 });
 
 test('a call may be longer than one word of a command line', () => {

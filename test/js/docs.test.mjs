@@ -4,15 +4,11 @@
 // saved as NAME.
 import assert from 'node:assert/strict';
 import { spawnSync } from 'node:child_process';
-import {
-  existsSync, mkdtempSync, readdirSync, readFileSync, rmSync, symlinkSync, writeFileSync,
-} from 'node:fs';
-import { tmpdir } from 'node:os';
+import { existsSync, readdirSync, readFileSync, symlinkSync, writeFileSync } from 'node:fs';
 import { dirname, join } from 'node:path';
-import { after, test } from 'node:test';
-import { fileURLToPath } from 'node:url';
+import { test } from 'node:test';
+import { root, temporaryFolder } from '../support/system.mjs';
 
-const root = fileURLToPath(new URL('../..', import.meta.url));
 const build = process.env.ZELKLOGSERVICE_BUILD || 'release';
 const read = (document) => readFileSync(join(root, document), 'utf8');
 
@@ -20,9 +16,8 @@ const succeeds = (command, ...args) => spawnSync(command, args, { stdio: 'ignore
 const dbus = existsSync(`${root}build/release/zelk-log-service`) && succeeds('dbus-run-session', '--version');
 const HAS = { dbus, 'python3-dbus': dbus && succeeds('/usr/bin/python3', '-c', 'import dbus, gi') };
 
-const folder = mkdtempSync(join(tmpdir(), 'zelk-docs-'));
+const folder = temporaryFolder();
 readdirSync(root).forEach((name) => symlinkSync(join(root, name), join(folder, name)));
-after(() => rmSync(folder, { recursive: true }));
 
 // Without the parts that differ from run to run, and without the bus daemon's own messages.
 const comparable = (text) =>

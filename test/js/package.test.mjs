@@ -1,19 +1,13 @@
 // How the package loads: both kinds of import, worker threads, and the errors when it cannot.
 import assert from 'node:assert/strict';
-import { spawnSync } from 'node:child_process';
-import { copyFileSync, mkdirSync, mkdtempSync, rmSync, symlinkSync, writeFileSync } from 'node:fs';
+import { copyFileSync, mkdirSync, mkdtempSync, symlinkSync, writeFileSync } from 'node:fs';
 import { createRequire } from 'node:module';
-import { tmpdir } from 'node:os';
 import { join } from 'node:path';
-import { after, test } from 'node:test';
-import { fileURLToPath } from 'node:url';
+import { test } from 'node:test';
+import { buildFolder, root, runCode, temporaryFolder } from '../support/system.mjs';
 
-const root = fileURLToPath(new URL('../..', import.meta.url));
-const build = join(root, 'build', process.env.ZELKLOGSERVICE_BUILD || 'release');
 const require = createRequire(import.meta.url);
-
-const scratch = mkdtempSync(join(tmpdir(), 'zelk-package-'));
-after(() => rmSync(scratch, { recursive: true }));
+const scratch = temporaryFolder();
 
 test('require and import give the same exports object, and import each function by name', async () => {
   const library = require(root);
@@ -32,7 +26,7 @@ function copy(where, files, more = {}) {
     copyFileSync(join(root, file), join(folder, file));
   }
   mkdirSync(join(folder, where), { recursive: true });
-  files.forEach((file) => symlinkSync(join(build, file), join(folder, where, file)));
+  files.forEach((file) => symlinkSync(join(buildFolder, file), join(folder, where, file)));
   Object.entries(more).forEach(([file, text]) => writeFileSync(join(folder, file), text));
   return folder;
 }
@@ -40,10 +34,7 @@ function copy(where, files, more = {}) {
 const OWN = `lib/linux-${process.arch}`;
 const LIBRARIES = ['zelklogservice.node', 'libohos_host.so', 'libzelk_service_api.so'];
 
-function run(script, env = {}) {
-  const settings = { ...process.env, ZELKLOGSERVICE_BUILD: '', ...env };
-  return spawnSync(process.execPath, ['-e', script], { encoding: 'utf8', env: settings });
-}
+const run = (script, build = '') => runCode(script, { env: { ZELKLOGSERVICE_BUILD: build } });
 
 const patched = (what) => `Object.defineProperty(process, ${what});`;
 const refusing = (reason) => `process.dlopen = () => {
@@ -53,7 +44,7 @@ const refusing = (reason) => `process.dlopen = () => {
 const whole = copy(OWN, LIBRARIES);
 const garbage = copy(OWN, [], { [`${OWN}/zelklogservice.node`]: 'x' });
 const incomplete = copy(OWN, []);
-copyFileSync(join(build, 'zelklogservice.node'), join(incomplete, OWN, 'zelklogservice.node'));
+copyFileSync(join(buildFolder, 'zelklogservice.node'), join(incomplete, OWN, 'zelklogservice.node'));
 
 // Each: what is wrong, the folder to load, what is set up before, the code and text of the error, and that of
 // its cause where the loader or the module itself threw one.
@@ -106,9 +97,9 @@ test('a package uses its own libraries, and a checkout those of its build', () =
   mkdirSync(join(checkout, OWN), { recursive: true });
   writeFileSync(join(checkout, OWN, 'zelklogservice.node'), 'of an older package');
   const loads = (folder) => `console.log(typeof require(${JSON.stringify(folder)}).getModemLogStatus)`;
-  assert.equal(run(loads(whole), { ZELKLOGSERVICE_BUILD: 'nowhere' }).stdout, 'function\n');
+  assert.equal(run(loads(whole), 'nowhere').stdout, 'function\n');
   assert.equal(run(loads(checkout)).stdout, 'function\n');
   const unbuilt = copy(OWN, LIBRARIES, { 'CMakeLists.txt': '' });
   assert.equal(run(loads(unbuilt)).stdout, 'function\n');
-  assert.match(run(loads(checkout), { ZELKLOGSERVICE_BUILD: 'nowhere' }).stderr, /nowhere.* does not exist/);
+  assert.match(run(loads(checkout), 'nowhere').stderr, /nowhere.* does not exist/);
 });

@@ -1,21 +1,17 @@
 // index.d.ts against its users (test/types) and against the module itself.
 import assert from 'node:assert/strict';
-import { spawnSync } from 'node:child_process';
 import { readFileSync } from 'node:fs';
 import { createRequire } from 'node:module';
 import { test } from 'node:test';
-import { fileURLToPath } from 'node:url';
 import ts from 'typescript';
-
 import { TARGET, sdkDeclaration } from '../../scripts/sdk_declaration.mjs';
+import { root, run } from '../support/system.mjs';
 
-const root = fileURLToPath(new URL('../..', import.meta.url));
 const tsc = createRequire(import.meta.url).resolve('typescript/bin/tsc');
 
 for (const [users, project] of [['Node.js', 'test/types'], ['a device', 'test/types/sdk']]) {
   test(`good uses on ${users} compile, and each bad use is refused`, () => {
-    const args = [tsc, '-p', `${root}${project}`];
-    const { status, stdout } = spawnSync(process.execPath, args, { encoding: 'utf8' });
+    const { status, stdout } = run(process.execPath, [tsc, '-p', `${root}${project}`]);
     assert.equal(status, 0, stdout);
   });
 }

@@ -3,18 +3,15 @@
 // The second flag fixes the size of the JavaScript heap's nursery, which may change by 16 MiB otherwise.
 import assert from 'node:assert/strict';
 import { once } from 'node:events';
-import { mkdtempSync, rmSync } from 'node:fs';
-import { tmpdir } from 'node:os';
 import { launchService, start, startBus, stop } from '../support/bus.mjs';
-import { root } from '../support/paths.mjs';
+import { root, temporaryFolder } from '../support/system.mjs';
 
 const [kind, calls = 100_000, seed = Date.now() % 1e6] = process.argv.slice(2);
 const IN_FLIGHT = 56; // At a time.
 const LIMIT = 4 * 2 ** 20; // Bytes by which the allocators of the runtime may wander.
 const PAUSE = 200; // Milliseconds from kill to kill.
 
-const folder = mkdtempSync(`${tmpdir()}/zelk-soak-`);
-process.on('exit', () => rmSync(folder, { recursive: true }));
+const folder = temporaryFolder();
 const address = `unix:path=${folder}/bus`;
 
 // The log services; each gives the address at which the module finds it.

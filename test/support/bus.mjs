@@ -1,7 +1,7 @@
 // Processes of a test's own: a bus, and the log service on it. They end with the test.
 import { spawn } from 'node:child_process';
 import { once } from 'node:events';
-import { buildFolder, root } from './paths.mjs';
+import { buildFolder, root } from './system.mjs';
 
 export const running = new Set();
 process.on('exit', () => running.forEach((child) => child.kill('SIGKILL')));

@@ -115,11 +115,12 @@ export function switchTests(name, { answers: [YES, NO], yes, sent, on, off, unde
   ]);
 }
 
-// The queries for keys. The words are lines: `done` those of a success, `failed` of code 9 with an item,
-// `failedEmpty` without, `nothing` of an answer without items, `away` without a service, `noKeys` of an empty
-// list.
-export function keyQueryTests(name, { done, failed, failedEmpty, nothing, away, noKeys }) {
+// The queries for keys. `log` gives the lines about a code, and about whether the answer is empty and whether
+// it failed.
+export function keyQueryTests(name, log) {
   const op = operationOf(name);
+  const done = log(0, '0 - 0');
+  const nothing = E(`${op}Callback: callbackConfigs is null`);
   const one = I(`${op}: only one param`);
   const item = '{"configKey":"a","value":"{\\"on\\":true}"}';
   const both = { answer: [item, '{"configKey":"b","value":"{}"}'] };
@@ -139,13 +140,18 @@ export function keyQueryTests(name, { done, failed, failedEmpty, nothing, away, 
     [both, (cb) => [['a'], cb, 1], REFUSED, [], [E(`${op}: Illegal params num`)]],
   ]);
   calls('never answers a query that fails or finds nothing, and sends no empty list', name, [
-    [{ code: 9, answer: [item] }, () => [['a']], PENDING, [[op, ['a']]], [one, ...failed]],
-    [{ code: 9, answer: [item] }, (cb) => [['a'], cb], FORGOTTEN, [[op, ['a']]], failed],
-    [{ code: 9, answer: [] }, () => [['a']], PENDING, [[op, ['a']]], [one, ...failedEmpty]],
-    [{ code: 0, answer: [] }, () => [['a']], PENDING, [[op, ['a']]], [one, ...nothing]],
-    [{ code: 0, answer: [] }, (cb) => [['a'], cb], FORGOTTEN, [[op, ['a']]], nothing],
-    [AWAY, () => [['a'], 1], PENDING, [], [W(`[${op}]"get proxy fail."`), ...away]],
-    [both, () => [[]], PENDING, [], [one, W(`[${op}]"configs is empty."`), ...noKeys]],
+    [{ code: 9, answer: [item] }, () => [['a']], PENDING, [[op, ['a']]],
+      [one, ...log(9, '0 - 1'), nothing]],
+    [{ code: 9, answer: [item] }, (cb) => [['a'], cb], FORGOTTEN, [[op, ['a']]],
+      [...log(9, '0 - 1'), nothing]],
+    [{ code: 9, answer: [] }, () => [['a']], PENDING, [[op, ['a']]],
+      [one, ...log(9, '1 - 1'), nothing]],
+    [{ code: 0, answer: [] }, () => [['a']], PENDING, [[op, ['a']]],
+      [one, ...log(0, '1 - 0'), nothing]],
+    [{ code: 0, answer: [] }, (cb) => [['a'], cb], FORGOTTEN, [[op, ['a']]],
+      [...log(0, '1 - 0'), nothing]],
+    [AWAY, () => [['a'], 1], PENDING, [], [W(`[${op}]"get proxy fail."`), ...log(3, '1 - 1'), nothing]],
+    [both, () => [[]], PENDING, [], [one, W(`[${op}]"configs is empty."`), ...log(7, '1 - 1'), nothing]],
   ]);
   const deep = (text) => text.repeat(2000);
   const inValue = (text) => JSON.stringify({ configKey: 'a', value: text });

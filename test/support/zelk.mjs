@@ -4,7 +4,7 @@ import assert from 'node:assert/strict';
 import { createRequire } from 'node:module';
 import { setTimeout as sleep } from 'node:timers/promises';
 import { captureLog, logService, ServiceError } from 'zelklogservice/testing';
-import { buildFolder } from './paths.mjs';
+import { buildFolder } from './system.mjs';
 
 const require = createRequire(import.meta.url);
 const control = require(`${buildFolder}zelk_test.node`);

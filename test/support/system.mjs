@@ -1,0 +1,24 @@
+// Paths, folders and programs.
+import { spawnSync } from 'node:child_process';
+import { mkdtempSync, rmSync } from 'node:fs';
+import { tmpdir } from 'node:os';
+import { fileURLToPath } from 'node:url';
+
+export const root = fileURLToPath(new URL('../../', import.meta.url));
+export const buildFolder = `${root}build/${process.env.ZELKLOGSERVICE_BUILD || 'release'}/`;
+
+// Its path; it is removed with all that is in it when the process ends.
+export function temporaryFolder() {
+  const folder = mkdtempSync(`${tmpdir()}/zelk-test-`);
+  process.on('exit', () => rmSync(folder, { recursive: true }));
+  return folder;
+}
+
+// `env` is added to the environment.
+export function run(program, args, { env, ...options } = {}) {
+  const { status, stdout, stderr } = spawnSync(program, args,
+    { encoding: 'utf8', env: { ...process.env, ...env }, ...options });
+  return { status, stdout, stderr };
+}
+
+export const runCode = (code, options) => run(process.execPath, ['-e', code], options);
