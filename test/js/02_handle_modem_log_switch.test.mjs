@@ -22,7 +22,6 @@ calls('delivers the boolean of a failure', name, [
   [FAILS, () => [true], { rejected: true }, [[op, true]], [ON, NO_ITEMS, FAILED]],
   [FAILS_NO, () => [true], { rejected: false }, [[op, true]], [ON, NO_ITEMS, FAILED]],
   [FAILS, () => [0, ITEMS], { rejected: true }, [[op, false, [TEXT]]], [...READ, WRITTEN, FAILED]],
-  [FAILS, (cb) => [true, cb], { callback: [[true]] }, [[op, true]], [ON, NO_ITEMS, FAILED]],
   [AWAY, () => [0], { rejected: false }, [], [NO_ITEMS, W(`[${op}]"get proxy fail."`), FAILED]],
   [AWAY, () => [0, ITEMS], { rejected: false }, [], [...READ, W(`[${op}]"get proxy fail."`), FAILED]],
 ]);

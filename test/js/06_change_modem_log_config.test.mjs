@@ -14,10 +14,8 @@ changeTests(name, { refused: op });
 calls('delivers the boolean of a failure or an empty list', name, [
   [FAILS, () => [ITEMS], { rejected: true }, [[op, [TEXT]]], [...READ, WRITTEN, FAILED]],
   [FAILS_NO, () => [ITEMS], { rejected: false }, [[op, [TEXT]]], [...READ, WRITTEN, FAILED]],
-  [FAILS, (cb) => [ITEMS, cb], { callback: [[true]] }, [[op, [TEXT]]], [...READ, WRITTEN, FAILED]],
   [AWAY, () => [ITEMS], { rejected: false }, [], [...READ, W(`[${op}]"get proxy fail."`), FAILED]],
   [FAILS, () => [[]], { rejected: false }, [], [EMPTY, FAILED]],
-  [FAILS, (cb) => [[], cb], { callback: [[false]] }, [], [EMPTY, FAILED]],
 ]);
 
 test(`${name} sends one text per item, in order, even for invalid items`, async () => {

@@ -1,7 +1,7 @@
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
 import {
-  AWAY, calls, E, FAILS, FORGOTTEN, ITEMS, MISMATCH, NO, NO_FUNCTIONS, NO_OBJECTS, PENDING, READ, REFUSED,
+  AWAY, calls, E, FAILS, ITEMS, MISMATCH, NO, NO_FUNCTIONS, NO_OBJECTS, PENDING, READ, REFUSED,
   TEXT, THROWS, UNCALLABLE, W, WRITTEN, YES,
 } from '../support/cases.mjs';
 import { run, zelk } from '../support/zelk.mjs';
@@ -23,7 +23,6 @@ calls('takes a command and, of two arguments, any callback; a failure is neither
   [YES, () => [], THROWS, [], mismatch],
   ...NO_OBJECTS.map((value) => [YES, (cb) => [value, cb], REFUSED, [], mismatch]),
   [FAILS, () => [command], PENDING, [[op, TEXT]], SENT],
-  [FAILS, (cb) => [command, cb], FORGOTTEN, [[op, TEXT]], SENT],
   [AWAY, () => [command], PENDING, [], [...READ, W(`[${op}]"get proxy fail."`)]],
 ]);
 

@@ -1,6 +1,4 @@
-import {
-  AWAY, calls, E, FAILS, FORGOTTEN, NO, NO_FUNCTIONS, PENDING, REFUSED, W, YES,
-} from '../support/cases.mjs';
+import { AWAY, calls, E, FAILS, NO, NO_FUNCTIONS, PENDING, REFUSED, W, YES } from '../support/cases.mjs';
 
 const op = 'GetTcpdumpStatus';
 // Several texts are the modem log status's.
@@ -14,7 +12,6 @@ calls('answers, and takes one callback; a failure is never answered', 'getTcpdum
   ...NO_FUNCTIONS.map((value) => [YES, () => [value], { resolved: true }, [[op]], []]),
   [YES, (cb) => [cb, 1], REFUSED, [], [E('GetModemLogStatus: Illegal params number')]],
   [FAILS, () => [], PENDING, [[op]], [UNRESOLVED]],
-  [FAILS, (cb) => [cb], FORGOTTEN, [[op]], [UNRESOLVED]],
   [AWAY, () => [], PENDING, [], [W(`[${op}]"get proxy fail."`), UNRESOLVED]],
   [YES, () => [], PENDING, [[op]], [UNMADE], 'napi_get_boolean'],
 ]);

@@ -1,5 +1,5 @@
 import {
-  AWAY, calls, FAILS, FORGOTTEN, I, ITEMS, NO, PENDING, READ, switchTests, TEXT, W, WRITTEN, YES,
+  AWAY, calls, FAILS, I, ITEMS, NO, PENDING, READ, switchTests, TEXT, W, WRITTEN, YES,
 } from '../support/cases.mjs';
 
 const name = 'handleTcpdumpSwitch';
@@ -20,7 +20,6 @@ switchTests(name, {
 calls('never answers a failure', name, [
   [FAILS, () => [true], PENDING, [[op, true]], [NO_ITEMS, failed(9)]],
   [FAILS, () => [0, ITEMS], PENDING, [[op, false, [TEXT]]], [...READ, WRITTEN, failed(9)]],
-  [FAILS, (cb) => [true, cb], FORGOTTEN, [[op, true]], [NO_ITEMS, failed(9)]],
   [AWAY, () => [0], PENDING, [], [NO_ITEMS, W(`[${op}]"get proxy fail."`), failed(3)]],
   [AWAY, () => [0, ITEMS], PENDING, [], [...READ, W(`[${op}]"get proxy fail."`), failed(3)]],
 ]);

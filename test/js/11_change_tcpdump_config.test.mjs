@@ -1,7 +1,7 @@
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
 import {
-  AWAY, calls, changeTests, E, expectCall, FAILS, FORGOTTEN, I, ITEMS, PENDING, READ, TEXT, W, WRITTEN,
+  AWAY, calls, changeTests, E, expectCall, FAILS, I, ITEMS, PENDING, READ, TEXT, W, WRITTEN,
 } from '../support/cases.mjs';
 
 const name = 'changeTcpdumpConfig';
@@ -15,10 +15,8 @@ changeTests(name, { refused: '[TCP dump] napi ChangeTcpdumpConfig', enter: [ENTE
 // Not even logged.
 calls('never answers a failure or an empty list', name, [
   [FAILS, () => [ITEMS], PENDING, [[op, [TEXT]]], [ENTER, ...READ, END, WRITTEN]],
-  [FAILS, (cb) => [ITEMS, cb], FORGOTTEN, [[op, [TEXT]]], [ENTER, ...READ, END, WRITTEN]],
   [AWAY, () => [ITEMS], PENDING, [], [ENTER, ...READ, END, W(`[${op}]"get proxy fail."`)]],
   [FAILS, () => [[]], PENDING, [], [ENTER, END]],
-  [FAILS, (cb) => [[], cb], FORGOTTEN, [], [ENTER, END]],
 ]);
 
 test(`${name} writes "end" before the work is queued, and makes the texts after`, async () => {

@@ -1,4 +1,4 @@
-import { AWAY, calls, FORGOTTEN, I, ITEMS, PENDING, READ, switchTests, W } from '../support/cases.mjs';
+import { AWAY, calls, I, ITEMS, PENDING, READ, switchTests, W } from '../support/cases.mjs';
 
 const name = 'handleBluetoothCallPcmLogSwitch';
 const op = 'HandleBluetoothCallPcmLogSwitch';
@@ -19,6 +19,5 @@ switchTests(name, {
 calls('never answers a failure', name, [
   [FAILS, () => [true], PENDING, [[op, true]], [failed(9)]],
   [FAILS, () => [0, ITEMS], PENDING, [[op, false]], [...READ, failed(9)]],
-  [FAILS, (cb) => [true, cb], FORGOTTEN, [[op, true]], [failed(9)]],
   [AWAY, () => [0, ITEMS], PENDING, [], [...READ, W(`[${op}]"get proxy fail."`), failed(3)]],
 ]);

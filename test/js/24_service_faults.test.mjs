@@ -90,17 +90,11 @@ for (const [what, victim, recover] of [
 
 test('stopped and continued', async () => {
   const service = await startService();
-  for (let round = 0; round < ROUNDS; ++round) {
-    await freeze(service);
-    let answered = 0;
-    const note = (isOn) => (answered += isOn);
-    const calls = Array.from({ length: 12 }, () => zelk.handleModemLogSwitch(true).then(note));
-    await sleep(100);
-    assert.equal(answered, 0);
-    service.kill('SIGCONT');
-    await Promise.all(calls);
-    assert.equal(answered, 12);
-  }
+  await freeze(service);
+  const call = zelk.handleModemLogSwitch(true);
+  assert.equal(await Promise.race([call, sleep(100, 'waits')]), 'waits');
+  service.kill('SIGCONT');
+  assert.equal(await call, true);
   if (ROUNDS > 2) { // Until no call waits any more.
     await freeze(service);
     assert.deepEqual(await during('service stopped', async () => {}, 4), { [LATE]: 4 });

@@ -142,14 +142,10 @@ export function keyQueryTests(name, log) {
   calls('never answers a query that fails or finds nothing, and sends no empty list', name, [
     [{ code: 9, answer: [item] }, () => [['a']], PENDING, [[op, ['a']]],
       [one, ...log(9, '0 - 1'), nothing]],
-    [{ code: 9, answer: [item] }, (cb) => [['a'], cb], FORGOTTEN, [[op, ['a']]],
-      [...log(9, '0 - 1'), nothing]],
     [{ code: 9, answer: [] }, () => [['a']], PENDING, [[op, ['a']]],
       [one, ...log(9, '1 - 1'), nothing]],
     [{ code: 0, answer: [] }, () => [['a']], PENDING, [[op, ['a']]],
       [one, ...log(0, '1 - 0'), nothing]],
-    [{ code: 0, answer: [] }, (cb) => [['a'], cb], FORGOTTEN, [[op, ['a']]],
-      [...log(0, '1 - 0'), nothing]],
     [AWAY, () => [['a'], 1], PENDING, [], [W(`[${op}]"get proxy fail."`), ...log(3, '1 - 1'), nothing]],
     [both, () => [[]], PENDING, [], [one, W(`[${op}]"configs is empty."`), ...log(7, '1 - 1'), nothing]],
   ]);
@@ -185,7 +181,6 @@ export function changeTests(name, { refused, enter = [], end = [] }) {
     [YES, () => [ITEMS], { resolved: true }, [[op, [TEXT]]], sent],
     [NO, () => [ITEMS], { resolved: false }, [[op, [TEXT]]], sent],
     [YES, (cb) => [ITEMS, cb], { callback: [[true]] }, [[op, [TEXT]]], sent],
-    [NO, (cb) => [ITEMS, cb], { callback: [[false]] }, [[op, [TEXT]]], sent],
     [YES, (cb) => [ITEMS, cb, 1], { resolved: true }, [[op, [TEXT]]], sent],
     ...NO_FUNCTIONS.map((second) => [YES, () => [ITEMS, second], { resolved: true }, [[op, [TEXT]]], sent]),
     [YES, () => [], THROWS, [], mismatch],
@@ -215,7 +210,6 @@ export function unsupportedTests(name, { answer, value }) {
   ]);
   calls('never answers a query that fails', name, [
     [failed, () => [], { ...complains, kept: PENDING.kept }, [[op]], [...unmatched, unanswered]],
-    [failed, (cb) => [cb], { ...complains, ...FORGOTTEN }, [[op]], [unanswered]],
     [AWAY, (cb) => [cb], { ...complains, ...FORGOTTEN }, [], [W(`[${op}]"get proxy fail."`), unanswered]],
   ]);
   // Rows: an answer, and what the callback receives; or nothing, and a line.
