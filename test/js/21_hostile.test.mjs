@@ -15,22 +15,19 @@ before(() => { // Of promises that are values, or that an error in the call kept
 });
 
 // Of the caller's own getters, proxies and callbacks.
-class Own extends Error {}
+const OWN = new Error('own');
 const own = () => {
-  throw new Own('own');
+  throw OWN;
 };
 const throwing = (object, key) => Object.defineProperty(object, key, { get: own, enumerable: true });
 const loop = (object, key) => Object.assign(object, { [key]: object });
-function revoked() {
-  const { proxy, revoke } = Proxy.revocable([], {});
-  revoke();
-  return proxy;
-}
+const revoked = Proxy.revocable([], {});
+revoked.revoke();
 
 // Created where they are used: fast-check itself would trigger them.
 const MAKERS = [
-  () => Symbol('s'), () => own, () => () => {}, () => class {}, async () => own(), revoked,
-  () => Promise.reject(new Own()), () => new Proxy(() => {}, { apply: own }), () => new Proxy([], {}),
+  () => Symbol('s'), () => own, () => () => {}, () => class {}, async () => own(), () => revoked.proxy,
+  () => Promise.reject(OWN), () => new Proxy(() => {}, { apply: own }), () => new Proxy([], {}),
   ...['get', 'has', 'ownKeys', 'getOwnPropertyDescriptor', 'getPrototypeOf'].flatMap((name) =>
     [() => new Proxy([{}], { [name]: own }), () => new Proxy({}, { [name]: own })]),
   () => throwing({}, 'configKey'), () => throwing({ configKey: 'k' }, 'value'), () => throwing([1], 0),
@@ -60,14 +57,14 @@ const anything = fc.anything({
 });
 const scalar = fc.oneof(fc.boolean(), fc.double(), fc.string());
 const parameter = fc.oneof(anything, trap, fc.boolean(), fc.string(), fc.array(scalar));
-const itemValue = fc.oneof(fc.dictionary(fc.string(), parameter), trap);
-const itemKey = fc.oneof(fc.string(), anything);
-const item = fc.record({ configKey: itemKey, value: itemValue }, { requiredKeys: [] });
+const item = fc.record({
+  configKey: fc.oneof(fc.string(), anything), value: fc.oneof(fc.dictionary(fc.string(), parameter), trap),
+}, { requiredKeys: [] });
 const list = fc.array(fc.oneof(item, fc.string(), anything));
 const argument = fc.oneof(anything, trap, item, list, fc.boolean());
 
 // Errors that a call may throw, besides those of its values.
-const isExpected = (error) => error instanceof Own || error === own ||
+const isExpected = (error) => error === OWN || error === own ||
   /^(Invalid argument|.* current function not support in current time)$/.test(error?.message) ||
   (error instanceof TypeError && /revoked|proxy|class constructor/i.test(error.message));
 
@@ -87,14 +84,12 @@ for (const name of names) {
   }, fc.array(argument, { maxLength: 5 })));
 }
 
-const bytes = fc.uint8Array({ maxLength: 60 }).map((octets) => String.fromCharCode(...octets));
 const json = (arbitrary) => arbitrary.map((value) => JSON.stringify(value));
 const known = fc.constantFrom(
   '', '5', '[', '[[1]]', '{"a":1}x', '//c\n{}', '{"a":-2147483649}', '{"a":4294967296}', '{"a":1e999}',
   '{"a":"\\u0000b"}', '{"\\u0000":1}', '{"a":1,"a":2}', '{"a":"\\ud800"}', '[1]', 'null', '"x"', '\ufeff{}',
   '['.repeat(1500), '{"a":'.repeat(1500), '{"a":' + '['.repeat(990) + ']'.repeat(990) + '}');
-const object = json(fc.dictionary(fc.string(), fc.jsonValue()));
-const text = fc.oneof(fc.json({ maxDepth: 4 }), bytes, fc.string(), object, known);
+const text = fc.oneof(fc.json({ maxDepth: 4 }), fc.string(), json(fc.object({ maxDepth: 0 })), known);
 const corrupted = fc.tuple(text, fc.nat(), fc.nat({ max: 255 })).map(([whole, at, byte]) => { // Almost JSON.
   const index = at % (whole.length + 1);
   return whole.slice(0, index) + String.fromCharCode(byte) + whole.slice(index + 1);

@@ -46,11 +46,10 @@ async function during(what, harm, count = CALLS) {
   const codes = {};
   let settled = 0;
   const note = () => ++settled;
-  let harmed;
   const [left, { lines }] = await leaves(async () => {
+    let harmed;
     const seen = await run(() => {
-      const calls = Array.from({ length: count }, () => zelk.getRemoteDevicesList().then(note, note));
-      harmed = harm(calls);
+      harmed = harm(Array.from({ length: count }, () => zelk.getRemoteDevicesList().then(note, note)));
     });
     await harmed;
     return seen;
