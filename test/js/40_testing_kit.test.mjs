@@ -152,17 +152,12 @@ test('a waiting call ends within 100 ms when its service is restored or its envi
       await arrival(2);
       return [service.restore, calls];
     },
-    async terminated() {
-      const worker = inWorker(`${SERVE} setInterval(() => {}, 1000); parentPort.postMessage(0);`);
-      await once(worker, 'message');
-      const calls = [call()];
-      await once(worker, 'message');
-      return [() => worker.terminate(), calls];
-    },
-    async 'terminated with its own call'() {
+    async 'terminated, with a call of its own'() {
       const worker = inWorker(`${SERVE} zelk.getModemLogStatus();`);
       await once(worker, 'message');
-      return [() => worker.terminate(), [once(worker, 'exit').then(() => ['rejected', false])]];
+      const calls = [call(), once(worker, 'exit').then(() => ['rejected', false])];
+      await once(worker, 'message');
+      return [() => worker.terminate(), calls];
     },
   };
   for (const [how, prepare] of Object.entries(ends)) {

@@ -17,11 +17,22 @@ const onState = (state: boolean): void => void state;
 
 const entries = [zelk.getModemLogConfig(keys), zelk.getTcpdumpConfig(keys)] as const;
 same<typeof entries, readonly [Promised<ConfigEntry[]>, Promised<ConfigEntry[]>]>(true);
-const states = [zelk.getModemLogStatus(), zelk.getTcpdumpStatus()] as const;
-same<typeof states, readonly [Promised<boolean>, Promised<boolean>]>(true);
+const states = [
+  zelk.getModemLogStatus(), zelk.getTcpdumpStatus(), zelk.changeModemLogConfig(items),
+  zelk.changeTcpdumpConfig([...items]), zelk.sendModemLogCommand(command),
+] as const;
+type State = Promised<boolean>;
+same<typeof states, readonly [State, State, State, State, State]>(true);
 const bluetooth = zelk.handleBluetoothCallPcmLogSwitch(true, items);
 same<typeof bluetooth, Promised<false>>(true);
+const texts = [zelk.fetchRemoteDevicesLogs('{"device":"a"}', 7), zelk.queryRemoteDevicesLogs('{}'),
+  zelk.getRemoteDevicesList(), zelk.queryProtocolData('')] as const;
+type Text = Promise<string>;
+same<typeof texts, readonly [Text, Text, Text, Text]>(true);
 same<ReturnType<typeof zelk.getModemLogDirectPackConfig>, undefined>(true);
+same<NotSupportedError['code'], '6'>(true);
+same<ConfigEntry['configKey'], string | undefined>(true);
+same<ConfigEntry['value'][string], boolean | number | string | null>(true);
 
 const noPromise: undefined[] = [
   zelk.getModemLogConfig(keys, (answer) => same<typeof answer, ConfigEntry[]>(true)),
@@ -36,22 +47,4 @@ const noPromise: undefined[] = [
 for (const turn of [zelk.handleModemLogSwitch, zelk.handleTcpdumpSwitch] as const) {
   const answers: Promised<boolean>[] = [turn(true), turn(false, undefined), turn(true, items), turn(true, [])];
   noPromise.push(turn(true, onState), turn(true, onState, items), void answers);
-}
-
-export async function answers(): Promise<string[]> {
-  for (const { configKey, value } of (await zelk.getModemLogConfig(keys)) ?? []) {
-    same<typeof configKey, string | undefined>(true);
-    const level = value['level'];
-    same<typeof level, boolean | number | string | null | undefined>(true);
-  }
-  const results = [await zelk.changeModemLogConfig(items), await zelk.changeTcpdumpConfig([...items]),
-    await zelk.sendModemLogCommand(command)] as const;
-  same<typeof results, readonly [boolean | undefined, boolean | undefined, boolean | undefined]>(true);
-  try {
-    zelk.getModemLogLogMasks();
-  } catch (error) {
-    (error as NotSupportedError).code satisfies '6';
-  }
-  return [await zelk.fetchRemoteDevicesLogs('{"device":"a"}', 7), await zelk.queryRemoteDevicesLogs('{}'),
-    await zelk.getRemoteDevicesList(), await zelk.queryProtocolData('')];
 }
