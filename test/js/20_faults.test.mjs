@@ -213,7 +213,7 @@ before(() => { // After an error the caller does not get the promise and cannot 
 for (const name of names) {
   test(`${name} survives every fault`, async () => {
     for (const code of [0, 5]) {
-      service(answering(names, { code }));
+      service(answering(names, code));
       for (let index = 0; index < forms(name).length; ++index) {
         await sweep(name, index);
       }

@@ -61,6 +61,6 @@ function answerOf(name) {
   return /^get.*(Config|Masks)$/.test(name) ? CONFIG_REPLY : true;
 }
 
-// A service that answers every operation of `names` with `code`, after `delay` milliseconds.
-export const answering = (names, { code = 0, delay = 0 } = {}) =>
-  Object.fromEntries(names.map((name) => [operation(name), { code, delay, answer: answerOf(name) }]));
+// A service that answers every operation of `names` with `code`.
+export const answering = (names, code = 0) =>
+  Object.fromEntries(names.map((name) => [operation(name), { code, answer: answerOf(name) }]));

@@ -2,8 +2,8 @@
 // requests, lines.
 import assert from 'node:assert/strict';
 import { createRequire } from 'node:module';
-import { setTimeout as sleep } from 'node:timers/promises';
 import { captureLog, logService, ServiceError } from 'zelklogservice/testing';
+import { operation } from './forms.mjs';
 import { buildFolder } from './system.mjs';
 
 const require = createRequire(import.meta.url);
@@ -14,8 +14,7 @@ export const zelk = require(`${buildFolder}zelklogservice_test.node`);
 export const probes = control.probes();
 
 export const names = Object.getOwnPropertyNames(zelk);
-export const remoteNames = names.filter((name) => /Remote|Protocol/.test(name));
-export const gatedNames = names.filter((name) => !remoteNames.includes(name));
+export const gatedNames = names.filter((name) => !/Remote|Protocol/.test(name));
 
 const asking = (name) => (argument = null) => JSON.parse(control[name](JSON.stringify(argument)));
 export const counts = asking('counts');
@@ -28,28 +27,19 @@ export const trace = asking('trace');
 const logServiceInForce = logService();
 const log = captureLog();
 
-function handlerOf({ code = 0, answer, delay = 0 }) {
-  const end = () => {
-    if (code !== 0) {
-      throw new ServiceError(code, answer);
-    }
-    return answer;
-  };
-  return delay === 0 ? end : () => sleep(delay).then(end);
-}
-
-// Sets the log service's answers: {Operation: {code, answer, delay}}; only code 0 for operations that are not
-// named. Null: there is no service.
+// Sets the log service's answers: {Operation: {code, answer}}; only code 0 for operations that are not named.
+// Null: there is no service.
 export function service(script) {
-  for (const name of names) {
-    const operation = name[0].toUpperCase() + name.slice(1);
-    logServiceInForce.handle(operation, handlerOf(script?.[operation] ?? {}));
+  for (const op of names.map(operation)) {
+    const { code = 0, answer } = script?.[op] ?? {};
+    logServiceInForce.handle(op, () => {
+      if (code !== 0) {
+        throw new ServiceError(code, answer);
+      }
+      return answer;
+    });
   }
-  if (script === null) {
-    logServiceInForce.leave();
-  } else {
-    logServiceInForce.join();
-  }
+  logServiceInForce[script === null ? 'leave' : 'join']();
 }
 
 // The service that the environment names.
