@@ -39,8 +39,8 @@ bool IsAnswer(const BusMessage& message, const BusMessage& call, uint64_t cookie
            (IsSentBy(message, BUS_NAME) || IsSentBy(message, sd_bus_message_get_destination(call.get())));
 }
 
-// The bus answers in the service's place when the service has died, does not exist or cannot be started. An error that
-// the service itself sends is an answer, whatever its name.
+// The bus answers in the service's place when the service has died or does not exist. An error that the service itself
+// sends is an answer, whatever its name.
 IpcCode CodeOf(const BusMessage& answer)
 {
     const sd_bus_error* error = sd_bus_message_get_error(answer.get());
@@ -52,9 +52,8 @@ IpcCode CodeOf(const BusMessage& answer)
     }
     constexpr std::array<std::string_view, 4> GONE = {SD_BUS_ERROR_NO_REPLY, SD_BUS_ERROR_SERVICE_UNKNOWN,
                                                       SD_BUS_ERROR_NAME_HAS_NO_OWNER, SD_BUS_ERROR_DISCONNECTED};
-    constexpr std::string_view NOT_STARTED = "org.freedesktop.DBus.Error.Spawn.";
     const std::string_view name = error->name;
-    if (std::find(GONE.begin(), GONE.end(), name) != GONE.end() || name.substr(0, NOT_STARTED.size()) == NOT_STARTED) {
+    if (std::find(GONE.begin(), GONE.end(), name) != GONE.end()) {
         return IPC_SERVICE_GONE;
     }
     return name == SD_BUS_ERROR_TIMEOUT || name == "org.freedesktop.DBus.Error.TimedOut" ? IPC_TIMEOUT

@@ -10,7 +10,6 @@ namespace OHOS::Host {
 
 namespace {
 
-constexpr unsigned int DOMAIN_MASK = 0xFFFFF;
 constexpr int DOMAIN_DIGITS = 5;
 constexpr size_t ID_WIDTH = 5;
 
@@ -48,7 +47,7 @@ void AppendId(std::string& line, pid_t id)
 void AppendDomain(std::string& line, unsigned int domain)
 {
     for (int digit = DOMAIN_DIGITS - 1; digit >= 0; --digit) {
-        line += "0123456789abcdef"[(domain & DOMAIN_MASK) >> (4 * digit) & 0xF];
+        line += "0123456789abcdef"[domain >> (4 * digit) & 0xF];
     }
 }
 
