@@ -51,7 +51,7 @@ void Complete(napi_env env, napi_status status, void* data)
     work.complete(env, status, work.data);
 }
 
-bool IsPlanned(const CallSite& site, napi_status* status)
+bool IsPlanned(const CallSite& site)
 {
     const std::lock_guard<std::mutex> lock(g_mutex);
     const int anyUse = ++g_usesByName[""];
@@ -61,7 +61,6 @@ bool IsPlanned(const CallSite& site, napi_status* status)
         const int uses = name.empty() ? anyUse : ownUse;
         if ((name.empty() || name == site.call) && uses == fault["nth"].asInt()) {
             ++g_counts.at("faults");
-            *status = napi_generic_failure;
             g_isWordless = fault["wordless"].asBool();
             return true;
         }
@@ -110,10 +109,9 @@ Json::Value ReadCounts(const Json::Value&)
     return counts;
 }
 
-bool TakeFault(const CallSite& site, napi_status* status)
+bool TakeFault(const CallSite& site)
 {
-    g_isInjected = IsPlanned(site, status);
-    return g_isInjected;
+    return g_isInjected = IsPlanned(site);
 }
 
 napi_status Ended(const CallSite& site, napi_status status)
@@ -136,12 +134,11 @@ napi_status Call(const CallSite& site, decltype(&napi_create_async_work) real, n
                  napi_value resourceName, napi_async_execute_callback execute, napi_async_complete_callback complete,
                  void* data, napi_async_work* result)
 {
-    napi_status status = napi_ok;
-    if (!TakeFault(site, &status)) {
-        auto* work = new Work{execute, complete, data};
-        status = real(env, resource, resourceName, Execute, Complete, work, result);
+    if (TakeFault(site)) {
+        return Ended(site, napi_generic_failure);
     }
-    return Ended(site, status);
+    auto* work = new Work{execute, complete, data};
+    return Ended(site, real(env, resource, resourceName, Execute, Complete, work, result));
 }
 
 napi_status Call(const CallSite& site, decltype(&napi_get_last_error_info) real, napi_env env,
@@ -149,19 +146,17 @@ napi_status Call(const CallSite& site, decltype(&napi_get_last_error_info) real,
 {
     static const napi_extended_error_info injected = {"injected failure", nullptr, 0, napi_generic_failure};
     static const napi_extended_error_info wordless = {nullptr, nullptr, 0, napi_generic_failure};
-    napi_status status = napi_ok;
-    if (!IsPlanned(site, &status)) {
-        *result = g_isWordless ? &wordless : &injected;
-        status = g_isInjected ? napi_ok : real(env, result);
+    if (IsPlanned(site)) {
+        return Ended(site, napi_generic_failure);
     }
-    return Ended(site, status);
+    *result = g_isWordless ? &wordless : &injected;
+    return Ended(site, g_isInjected ? napi_ok : real(env, result));
 }
 
 napi_status Call(const CallSite& site, decltype(&napi_close_handle_scope) real, napi_env env, napi_handle_scope scope)
 {
-    napi_status status = real(env, scope);
-    TakeFault(site, &status);
-    return Ended(site, status);
+    const napi_status status = real(env, scope);
+    return Ended(site, TakeFault(site) ? napi_generic_failure : status);
 }
 
 } // namespace ZelkTest
