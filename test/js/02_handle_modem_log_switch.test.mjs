@@ -1,5 +1,5 @@
 import {
-  AWAY, calls, E, FAILS, FAILS_NO, I, ITEMS, NO, READ, switchTests, TEXT, W, WRITTEN, YES,
+  AWAY, calls, E, FAILS, FAILS_NO, I, ITEMS, READ, switchTests, TEXT, W, WRITTEN,
 } from '../support/cases.mjs';
 
 const name = 'handleModemLogSwitch';
@@ -9,8 +9,6 @@ const NO_ITEMS = I('NativeHandleModemLogSwitch asyncContext configs is empty');
 const FAILED = E('[HandleModemLogSwitchCallback] !asyncContext->resolved');
 
 switchTests(name, {
-  answers: [YES, NO],
-  yes: true,
   sent: { items: [[TEXT]], lines: [WRITTEN] },
   on: [ON],
   off: [E('HandleModemLogSwitch: switchStatus, 0')],

@@ -1,5 +1,5 @@
 import {
-  AWAY, calls, FAILS, I, ITEMS, NO, PENDING, READ, switchTests, TEXT, W, WRITTEN, YES,
+  AWAY, calls, FAILS, I, ITEMS, PENDING, READ, switchTests, TEXT, W, WRITTEN,
 } from '../support/cases.mjs';
 
 const name = 'handleTcpdumpSwitch';
@@ -8,11 +8,7 @@ const NO_ITEMS = I('[TCP dump] NativeHandleTcpdumpSwitch asyncContext configs is
 const failed = (code) => I(`HandleTcpdumpSwitchCallback: errorcode ${code}`);
 
 switchTests(name, {
-  answers: [YES, NO],
-  yes: true,
   sent: { items: [[TEXT]], lines: [WRITTEN] },
-  on: [],
-  off: [],
   undefinedItems: I('HandleModemLogSwitch: config is undefined'), // The modem log switch's.
   noItems: [NO_ITEMS],
 });

@@ -10,10 +10,7 @@ switchTests(name, {
   answers: [{}, {}], // The service has none.
   yes: false,
   sent: { items: [], lines: [] },
-  on: [],
-  off: [],
   undefinedItems: I('HandleBluetoothCallPcmLogSwitch: config is undefined'),
-  noItems: [],
 });
 
 calls('never answers a failure', name, [

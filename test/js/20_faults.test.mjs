@@ -7,8 +7,7 @@ import { E } from '../support/cases.mjs';
 import { answering, forms } from '../support/forms.mjs';
 import { counts, fail, gatedNames, leaves, names, run, service, trace, zelk } from '../support/zelk.mjs';
 
-// How far after a first fault the second of a pair may be. A long run takes all pairs; a build with
-// sanitizers is slow.
+// How far after a first fault the second of a pair may be. A long run takes all; sanitizers are slow.
 const PAIR_REACH = Number(process.env.ZELK_FAULT_PAIR_REACH || (process.env.ZELKLOGSERVICE_BUILD ? 1 : 4));
 const INJECTED = 9; // The status of a planned fault; the runtime's own failures have others.
 const MESSAGES = { 1: 'Invalid argument', 10: 'An exception is pending', [INJECTED]: 'injected failure' };
@@ -83,8 +82,7 @@ function placeOf([call, status, site]) {
   return PLACES[place];
 }
 
-// Goes through the calls of one step, asserting that each place does what the table says. Gives the errors
-// thrown.
+// Asserts that in the calls of one step each place does what the table says. Gives the errors thrown.
 function walk(calls, lines) {
   const thrown = [];
   let isPending = false;

@@ -42,7 +42,7 @@ after(() => stop(bus));
 
 // Makes this many calls and does `harm` meanwhile. All are settled and leave nothing allocated. Returns the
 // number of calls by code, 0 for an answer.
-async function during(what, harm, count = CALLS) {
+async function during(harm, count = CALLS) {
   const codes = {};
   let settled = 0;
   const note = () => ++settled;
@@ -58,7 +58,6 @@ async function during(what, harm, count = CALLS) {
   for (const [, code] of lines.join('\n').matchAll(/\[OnExecuteCallback\].*errorcode=(\d+)/g)) {
     codes[code] = (codes[code] ?? 0) + 1;
   }
-  console.log(`${what} under ${count} calls: codes ${JSON.stringify(codes)}`);
   return codes;
 }
 
@@ -76,7 +75,7 @@ for (const [what, victim, recover] of [
     for (let round = 0, gone = 0; round < ROUNDS || (!gone && round < MOST_ROUNDS); ++round) {
       const service = await startService();
       await freeze(victim(service));
-      const codes = await during(`${what} killed`, () => sleep(50).then(() => stop(victim(service))));
+      const codes = await during(() => sleep(50).then(() => stop(victim(service))));
       gone += codes[GONE] ?? 0;
       assert.equal((codes[GONE] ?? 0) + (codes[UNREACHABLE] ?? 0), CALLS);
       assert.ok(gone > 0 || round + 1 < MOST_ROUNDS);
@@ -96,7 +95,7 @@ test('stopped and continued', async () => {
   assert.equal(await call, true);
   if (ROUNDS > 2) { // Until no call waits any more.
     await freeze(service);
-    assert.deepEqual(await during('service stopped', async () => {}, 4), { [LATE]: 4 });
+    assert.deepEqual(await during(async () => {}, 4), { [LATE]: 4 });
     service.kill('SIGCONT');
     assert.ok(await isServed());
   }
@@ -106,7 +105,7 @@ test('replaced by another owner', async () => {
   let service = await startService();
   for (let round = 0; round < ROUNDS; ++round) {
     assert.deepEqual([await zelk.handleTcpdumpSwitch(true), await zelk.getTcpdumpStatus()], [true, true]);
-    await during('service replaced', async (calls) => {
+    await during(async (calls) => {
       await Promise.race(calls);
       assert.equal(await end(launchService(address)), 1); // One at a time.
       assert.equal(await stop(service, 'SIGTERM'), 0);

@@ -74,8 +74,7 @@ export async function expectCall(name, makeArguments, { kept, ...sees }, request
   return seen;
 }
 
-// Rows: what the service does; the arguments; what JavaScript sees; the requests; the log lines; Node-API
-// calls to fail.
+// Rows: what the service does; arguments; what JavaScript sees; requests; lines; Node-API calls to fail.
 export const calls = (title, name, rows) => test(`${name} ${title}`, async () => {
   for (const [reply, makeArguments, sees, requests, lines, ...faults] of rows) {
     service(reply && { [operationOf(name)]: reply });
@@ -84,39 +83,39 @@ export const calls = (title, name, rows) => test(`${name} ${title}`, async () =>
   }
 });
 
-// The switches. `answers` are the service's; `yes` is what JavaScript gets for the first; `sent` is what goes
-// with the items: the rest of the request, and the lines. The other names are lines: `on` and `off` those
-// about a boolean, `undefinedItems` about `undefined` in the items' place, `noItems` about a request without
-// items.
-export function switchTests(name, { answers: [YES, NO], yes, sent, on, off, undefinedItems, noItems }) {
+// The switches. `yes` is what JavaScript gets for the first of the service's `answers`; `sent` is what goes
+// with the items: the rest of the request, and the lines. The other names are lines: `on` and `off` about a
+// boolean, `undefinedItems` about `undefined` in the items' place, `noItems` about a request without items.
+export function switchTests(name, {
+  answers: [yea, nay] = [YES, NO], yes = true, sent, on = [], off = [], undefinedItems, noItems = [],
+}) {
   const op = operationOf(name);
   calls('takes only true as on', name, [
-    [YES, () => [true], { resolved: yes }, [[op, true]], [...on, ...noItems]],
-    [NO, () => [false], { resolved: false }, [[op, false]], [...off, ...noItems]],
+    [yea, () => [true], { resolved: yes }, [[op, true]], [...on, ...noItems]],
+    [nay, () => [false], { resolved: false }, [[op, false]], [...off, ...noItems]],
     ...['on', 1, undefined, null, {}, [], Object(true), () => true].map((value) =>
-      [NO, () => [value], { resolved: false }, [[op, false]], noItems]),
+      [nay, () => [value], { resolved: false }, [[op, false]], noItems]),
   ]);
   const withItems = [[op, true, ...sent.items]];
   calls('takes the callback second and the items last', name, [
-    [YES, () => [true, ITEMS], { resolved: yes }, withItems, [...on, ...READ, ...sent.lines]],
-    [YES, () => [true, []], { resolved: yes }, [[op, true]], [...on, ...noItems]],
-    [YES, () => [true, undefined], { resolved: yes }, [[op, true]], [...on, undefinedItems, ...noItems]],
-    [YES, (cb) => [true, cb], { callback: [[yes]] }, [[op, true]], [...on, ...noItems]],
-    [YES, (cb) => [true, cb, ITEMS], { callback: [[yes]] }, withItems, [...on, ...READ, ...sent.lines]],
+    [yea, () => [true, ITEMS], { resolved: yes }, withItems, [...on, ...READ, ...sent.lines]],
+    [yea, () => [true, []], { resolved: yes }, [[op, true]], [...on, ...noItems]],
+    [yea, () => [true, undefined], { resolved: yes }, [[op, true]], [...on, undefinedItems, ...noItems]],
+    [yea, (cb) => [true, cb], { callback: [[yes]] }, [[op, true]], [...on, ...noItems]],
+    [yea, (cb) => [true, cb, ITEMS], { callback: [[yes]] }, withItems, [...on, ...READ, ...sent.lines]],
     ...[[], {}, undefined].map((third) =>
-      [YES, (cb) => [true, cb, third], { callback: [[yes]] }, [[op, true]], [...on, ...noItems]]),
+      [yea, (cb) => [true, cb, third], { callback: [[yes]] }, [[op, true]], [...on, ...noItems]]),
     // Anything else in the callback's place is called, which fails.
     ...[5, null, {}].map((second) =>
-      [YES, () => [true, second], UNCALLABLE, [[op, true]], [...on, ...noItems]]),
-    [YES, (cb) => [true, ITEMS, cb], UNCALLABLE, [[op, true]], [...on, ...noItems]],
-    [YES, () => [true, undefined, ITEMS], UNCALLABLE, withItems, [...on, ...READ, ...sent.lines]],
-    [YES, () => [], THROWS, [], []],
-    [YES, (cb) => [true, cb, ITEMS, 1], REFUSED, [], [E(`${op}: Illegal params number`)]],
+      [yea, () => [true, second], UNCALLABLE, [[op, true]], [...on, ...noItems]]),
+    [yea, (cb) => [true, ITEMS, cb], UNCALLABLE, [[op, true]], [...on, ...noItems]],
+    [yea, () => [true, undefined, ITEMS], UNCALLABLE, withItems, [...on, ...READ, ...sent.lines]],
+    [yea, () => [], THROWS, [], []],
+    [yea, (cb) => [true, cb, ITEMS, 1], REFUSED, [], [E(`${op}: Illegal params number`)]],
   ]);
 }
 
-// The queries for keys. `log` gives the lines about a code, and about whether the answer is empty and whether
-// it failed.
+// The queries for keys. `log`: the lines about a code, and whether the answer is empty - whether it failed.
 export function keyQueryTests(name, log) {
   const op = operationOf(name);
   const done = log(0, '0 - 0');
@@ -158,8 +157,7 @@ export function keyQueryTests(name, log) {
     [...done, E(`${op}Callback: Failed to parse json`)]]));
 }
 
-// How single answers are read. Rows: text, object, with its properties in the order in which they are set;
-// lines.
+// How single answers are read. Rows: text; object, its properties in the order of their setting; lines.
 export const answerTests = (name, rows, ...faults) => test(`${name} reads an answer`, async () => {
   const op = operationOf(name);
   for (const [text, object, ...lines] of rows) {
@@ -171,8 +169,7 @@ export const answerTests = (name, rows, ...faults) => test(`${name} reads an ans
   }
 });
 
-// The changes. `refused` is the prefix of the refusals' texts; `enter` and `end` are the lines before and
-// after the arguments are read.
+// The changes. `refused` begins the refusals; `enter` and `end` are lines around reading the arguments.
 export function changeTests(name, { refused, enter = [], end = [] }) {
   const op = operationOf(name);
   const mismatch = [...enter, MISMATCH, MISMATCH, E(`${refused}: Illegal params`)];
@@ -189,8 +186,7 @@ export function changeTests(name, { refused, enter = [], end = [] }) {
   ]);
 }
 
-// The queries that throw and are carried out all the same; `answer` is the service's, `value` the value made
-// from it.
+// The queries that throw and are carried out all the same; `value` is made from the service's `answer`.
 export function unsupportedTests(name, { answer, value }) {
   const op = operationOf(name);
   const message = `${op} current function not support in current time`;

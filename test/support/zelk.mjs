@@ -1,5 +1,4 @@
-// The module under test and the means to control and observe it. A test reads as: service → call → value,
-// requests, lines.
+// The module under test and the means to control and observe it.
 import assert from 'node:assert/strict';
 import { createRequire } from 'node:module';
 import { captureLog, logService, ServiceError } from 'zelklogservice/testing';
@@ -27,8 +26,7 @@ export const trace = asking('trace');
 const logServiceInForce = logService();
 const log = captureLog();
 
-// Sets the log service's answers: {Operation: {code, answer}}; only code 0 for operations that are not named.
-// Null: there is no service.
+// Sets the log service's answers, {Operation: {code, answer}}; others have code 0. Null: there is no service.
 export function service(script) {
   for (const op of names.map(operation)) {
     const { code = 0, answer } = script?.[op] ?? {};
@@ -90,8 +88,7 @@ export async function run(action) {
 
 const HELD = ['contexts', 'references', 'works', 'deferreds'];
 
-// What the module holds after `action` but did not hold before, {contexts, references, works, deferreds}, and
-// the result of `action`.
+// What `action` leaves allocated, {contexts, references, works, deferreds}, and its result.
 export async function leaves(action) {
   const before = counts();
   const result = await action();
