@@ -29,12 +29,13 @@ void* operator new(size_t size)
     return memory;
 }
 
-void operator delete(void* memory) noexcept
+// Not inline: where the compiler sees `free` follow `new` it takes them for a mismatch.
+[[gnu::noinline]] void operator delete(void* memory) noexcept
 {
     std::free(memory);
 }
 
-void operator delete(void* memory, size_t) noexcept
+[[gnu::noinline]] void operator delete(void* memory, size_t) noexcept
 {
     std::free(memory);
 }
