@@ -129,6 +129,18 @@ test('a service is put in front of the one before, each with its own reference s
   assert.deepEqual(first.requests, []);
 });
 
+test('calls that wait go on while the service is away', async () => {
+  let finish;
+  serve({ GetModemLogStatus: () => new Promise((resolve) => (finish = resolve)) });
+  const waiting = zelk.getModemLogStatus();
+  await arrival();
+  service.leave();
+  assert.deepEqual(await outcome(zelk.getModemLogStatus()), ['rejected', false]);
+  assert.equal(service.requests.length, 1);
+  finish(true);
+  assert.equal(await waiting, true);
+});
+
 // The least of three, because the machine may be busy with something else.
 test('a waiting call ends within 100 ms when its service is restored or its environment ends', async () => {
   const SERVE = 'logService({ GetModemLogStatus: () => new Promise(() => parentPort.postMessage(0)) });';

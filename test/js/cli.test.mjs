@@ -247,3 +247,9 @@ test('colours appear on a terminal only, and not with NO_COLOR', { skip: !hasTer
     assert.equal(run('script', ['-qec', command, '/dev/null'], { env }).stdout, output);
   }
 });
+
+test('a call may be longer than one word of a command line', () => {
+  const keys = Array.from({ length: 20_000 }, (_, i) => `key${i}`);
+  const { status, stdout } = zelklog(['modem', 'config', 'get', ...keys, '--json']);
+  assert.deepEqual([status, JSON.parse(stdout).length], [0, keys.length]);
+});
