@@ -114,11 +114,11 @@ TEST_F(Service, EveryOperationAnswersTheSameEmbeddedAndOverDbus)
         Expect(service->GetTcpdumpConfig(keys, values), values, ofNone);
         Expect(service->HandleTcpdumpSwitch(true, bad, done), done, "2 false");
         Expect(service->HandleTcpdumpSwitch(true, one, done), done, "0 true");
-        Expect(service->GetModemLogStatus(done), done, "0 false");
-        Expect(service->GetTcpdumpStatus(done), done, "0 true");
         Expect(service->ChangeTcpdumpConfig(bad, done), done, "2 false");
         Expect(service->GetTcpdumpConfig(keys, values), values, ofOne);
         Expect(service->ChangeTcpdumpConfig(three, done), done, "0 true");
+        Expect(service->GetModemLogStatus(done), done, "0 false");
+        Expect(service->GetTcpdumpStatus(done), done, "0 true");
         Expect(service->GetTcpdumpConfig(keys, values), values, ofThree);
         Expect(service->HandleModemLogSwitch(true, bad, done), done, "2 false");
         Expect(service->HandleModemLogSwitch(true, done), done, "0 true");
