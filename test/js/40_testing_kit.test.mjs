@@ -183,7 +183,7 @@ test('a process keeps its exit status while calls wait', () => {
   for (const [code, status] of [
     [`${SERVE} setTimeout(() => process.exit(3), 100);`, 3],
     [`${SERVE} setTimeout(() => service.restore(), 100);`, 0],
-    [`logService().restore(); process.on('exit', () => { ${SERVE} });`, 0],
+    [`logService().restore(); process.on('exit', () => { ${SERVE} }); process.exit(4);`, 4],
   ]) {
     assert.deepEqual(runCode(LOAD + code, { timeout: 10_000 }), { status, stdout: '', stderr: '' }, code);
   }
