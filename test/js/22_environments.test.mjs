@@ -97,11 +97,15 @@ for (const [how, status, out, code] of [
   ['by an uncaught error', 1, '', `${SLOW} process.nextTick(() => { throw new Error('own'); });`],
   ['by process.exit() in a callback', 5, '',
     `${CALL_ALL} kit.handle('GetTcpdumpStatus', () => new Promise(() => {}));
-    zelk.getModemLogStatus(() => process.exit(5)); zelk.getTcpdumpStatus();`],
+    zelk.getModemLogStatus(() => process.exit(5)); times(8, () => zelk.getTcpdumpStatus());`],
   ['after process.exit() in a worker', 0, 'end\n',
     "await worker('zelk.getModemLogStatus(); process.exit(3);'); console.log('end');"],
   ['by process.exit() with a worker calling', 4, '',
     `await worker('zelk.getModemLogStatus(); parentPort.postMessage(0);', () => process.exit(4));`],
+  ['by process.exit(), on which they were made', 4, '',
+    `${CALL_ALL} kit.restore(); process.on('exit', () => {
+      logService({ GetModemLogStatus: () => new Promise(() => {}) });
+      times(8, () => zelk.getModemLogStatus()); }); process.exit(4);`],
 ]) {
   test(`a process ends ${how} while calls are in flight`, () =>
     ends(`service(100); ${code}`, status, out, how));

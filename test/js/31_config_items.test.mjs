@@ -1,7 +1,7 @@
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
 import { E, I } from '../support/cases.mjs';
-import { fail, probes, run, zelk } from '../support/zelk.mjs';
+import { fail, run, zelk } from '../support/zelk.mjs';
 
 const [NOT_STRING, LEN] = [E('GetString: get len error'), E('GetString: len error')];
 const [NO_NAMES, WRONG] = [E('failed to get property names.'), E('AddParamToList: WRONG TYPE')];
@@ -58,12 +58,31 @@ test('unusable values are left out, and every element yields one item', async ()
     const { texts, lines: seen, thrown } = await send([element, element]);
     assert.deepEqual([texts, seen, thrown], [[expected, expected], [...lines, ...lines], undefined]);
   }
-  fail({ name: 'napi_get_element', nth: 2 }); // The first name.
-  const unnamed = await send([{ configKey: 'a', value: { p: 1, q: 2 } }]);
-  assert.deepEqual([unnamed.texts, unnamed.lines],
-    [[ofKey('a', '{"q":2}')], [E('failed to get the element of array'), key('q')]]);
   for (const array of [new Array(2), new Array(10_000).fill({ configKey: 'k', value: { n: 1 } })]) {
     assert.equal((await send(array)).texts.length, array.length);
+  }
+});
+
+test('what the runtime cannot read is left out, and a value of a list is zero', async () => {
+  const value = { on: [true, true], level: [1, 2, 3] };
+  for (const [name, nth, expected, line] of [
+    ['napi_get_element', 2, '{"level":[1,2,"3"]}', 'failed to get the element of array'], // The first name.
+    ['napi_get_element', 12, '{"on":[true,"1"],"level":[1,"3"]}',
+      'GetElement: failed to get the elemrnt of array'],
+    ['napi_get_value_int32', 2, '{"on":[true,"1"],"level":[1,0,"3"]}',
+      'GetInt32: failed to get int32 value , so return zero'],
+    ['napi_get_value_bool', 2, '{"on":[true,"0"],"level":[1,2,"3"]}', 'failed to get bool value'],
+  ]) {
+    fail({ name, nth });
+    const seen = await send([{ configKey: 'a', value }]);
+    assert.deepEqual(seen.texts, [`{"configKey":"a","value":${expected}}`], name);
+    assert.deepEqual(seen.lines.filter((each) => /failed/.test(each)), [E(line)], name);
+  }
+  for (const name of ['changeModemLogConfig', 'getModemLogConfig']) {
+    fail({ name: 'napi_is_array', nth: 2 }); // The first has found a list.
+    const { requests, lines } = await run(() => zelk[name](['k']));
+    assert.deepEqual(requests, []);
+    assert.ok(lines.includes(E('FillConfigInfoVector: value is not array')), name);
   }
 });
 
@@ -77,16 +96,4 @@ test("an exception of the caller's own getter reaches the caller, and what follo
   ]);
   const trapped = await send([{ configKey: 'a', value: new Proxy({}, { ownKeys: throwOwn }) }]);
   assert.deepEqual([trapped.thrown, trapped.lines[0]], [own, NO_NAMES]);
-});
-
-test('lists of strings have one entry per element', async () => {
-  const NOT_ARRAY = E('FillConfigInfoVector: value is not array');
-  for (const [probe, value, list, ...lines] of [
-    ['fillStringVector', ['a', 1, ''], ['', 'a', '', ''], NOT_STRING, LEN],
-    ['fillStringVector', { length: 1 }, [''], NOT_ARRAY],
-    ['fillConfigInfoVector', { length: 1 }, undefined, NOT_ARRAY],
-  ]) {
-    const seen = await run(() => probes[probe](value));
-    assert.deepEqual([seen.returned, seen.lines], [list, lines], probe);
-  }
 });

@@ -8,7 +8,7 @@ import { compileFunction, createContext, runInContext } from 'node:vm';
 import { Worker } from 'node:worker_threads';
 import zelk from 'zelklogservice';
 import { ServiceError, captureLog, logService, setCaller } from 'zelklogservice/testing';
-import { root, runCode } from '../support/system.mjs';
+import { root } from '../support/system.mjs';
 
 const LOAD = `const zelk = require(${JSON.stringify(root)});
   const { logService, setCaller } = require(${JSON.stringify(`${root}testing.js`)});`;
@@ -174,18 +174,6 @@ test('a waiting call ends within 100 ms when its service is restored or its envi
       assert.equal(await zelk.getModemLogStatus(), false, 'the own service is back');
     }
     assert.ok(least < 100, `${how}: ${least} ms`);
-  }
-});
-
-test('a process keeps its exit status while calls wait', () => {
-  const SERVE = `let service = logService({ GetModemLogStatus: () => new Promise(() => {}) });
-    for (let i = 0; i < 8; ++i) { zelk.getModemLogStatus().catch(() => {}); }`;
-  for (const [code, status] of [
-    [`${SERVE} setTimeout(() => process.exit(3), 100);`, 3],
-    [`${SERVE} setTimeout(() => service.restore(), 100);`, 0],
-    [`logService().restore(); process.on('exit', () => { ${SERVE} }); process.exit(4);`, 4],
-  ]) {
-    assert.deepEqual(runCode(LOAD + code, { timeout: 10_000 }), { status, stdout: '', stderr: '' }, code);
   }
 });
 
