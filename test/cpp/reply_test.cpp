@@ -1,22 +1,12 @@
 // Replies for which jsoncpp throws, outside Node.js: its executable contains its own C++ runtime, which finds handlers
 // that a device's would not.
-#include "reply_test.h"
-
 #include <dlfcn.h>
-
 #include <gtest/gtest.h>
 #include <node_api.h>
+#include <string>
 
-namespace {
-
-Conversion g_conversion = nullptr;
-
-} // namespace
-
-void TakeConversion(Conversion conversion)
-{
-    g_conversion = conversion;
-}
+// Whether the service's text becomes an item. The library under test sets it when it is loaded.
+__attribute__((visibility("default"))) bool (*g_conversion)(const std::string& text) = nullptr;
 
 // A runtime that creates nothing, with only the functions that a reply needs.
 #define SUCCEEDS(name, ...)                                                                                            \

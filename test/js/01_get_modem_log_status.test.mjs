@@ -3,7 +3,7 @@ import { test } from 'node:test';
 import {
   AWAY, calls, E, expectCall, FAILS, FAILS_NO, FORGOTTEN, I, NO, NO_FUNCTIONS, PENDING, REFUSED, W, YES,
 } from '../support/cases.mjs';
-import { fail, keeps, probes } from '../support/zelk.mjs';
+import { fail } from '../support/zelk.mjs';
 
 const name = 'getModemLogStatus';
 const op = 'GetModemLogStatus';
@@ -14,7 +14,6 @@ const FAILED = [
   CALLED, I('[ZelkLogServiceClient] GetModemLogStatus, result=9'),
   E("GetModemLogStatusCallback: asyncContext's resolved is false"),
 ];
-const UNMADE = E('GetModemLogStatusCallback: fill bool failed');
 
 calls('answers, takes one callback and ignores anything that is not a function', name, [
   [YES, () => [], { resolved: true }, [[op]], DONE],
@@ -26,12 +25,11 @@ calls('answers, takes one callback and ignores anything that is not a function',
   [YES, (cb) => [cb, 1], REFUSED, [], [E('GetModemLogStatus: Illegal params number')]],
 ]);
 
-calls('delivers the boolean of a failed query, and nothing that cannot be made', name, [
+calls('delivers the boolean of a failed query', name, [
   [FAILS, () => [], { rejected: true }, [[op]], FAILED],
   [FAILS_NO, () => [], { rejected: false }, [[op]], FAILED],
   [FAILS, (cb) => [cb], { callback: [[true]] }, [[op]], [ENTER, ...FAILED]],
   [AWAY, () => [], { rejected: false }, [], [CALLED, W(`[${op}]"get proxy fail."`), FAILED[2]]],
-  [YES, () => [], PENDING, [[op]], [...DONE, UNMADE], 'napi_get_boolean'],
 ]);
 
 test('the frame logs each of its steps, up to the one that fails', async () => {
@@ -57,17 +55,5 @@ test('the frame logs each of its steps, up to the one that fails', async () => {
   ]) {
     fail(...faults.map((fault) => ({ name: fault, nth: 1 })));
     assert.deepEqual((await expectCall(name, () => [], { thrown, kept }, [])).lines, lines);
-  }
-});
-
-test('the frame takes null and a context that nobody waits for', async () => {
-  for (const [probe, ...lines] of [
-    ['handleNothing', I('HandleAsyncWork: workName = [Nothing]'), E('HandleAsyncWork: error baseContext')],
-    ['answerNothing', I('Handle2ValueCallback serious error baseContext nullptr')],
-    // Neither callback nor promise: freed without an answer.
-    ['answerNobody', 'D ZELK_SERVICE: Handle2ValueCallback end'],
-  ]) {
-    const seen = await keeps({}, () => probes[probe]());
-    assert.deepEqual([seen.thrown, seen.uncaught, seen.lines], [undefined, [], lines], probe);
   }
 });

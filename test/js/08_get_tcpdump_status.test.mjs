@@ -1,9 +1,8 @@
 import { AWAY, calls, E, FAILS, NO, NO_FUNCTIONS, PENDING, REFUSED, W, YES } from '../support/cases.mjs';
 
 const op = 'GetTcpdumpStatus';
-// Several texts are the modem log status's.
+// Two texts are the modem log status's.
 const UNRESOLVED = E("GetModemLogStatusCallback: asyncContext's resolved is false");
-const UNMADE = E('GetModemLogStatusCallback: fill bool failed');
 
 calls('answers, and takes one callback; a failure is never answered', 'getTcpdumpStatus', [
   [YES, () => [], { resolved: true }, [[op]], []],
@@ -13,5 +12,4 @@ calls('answers, and takes one callback; a failure is never answered', 'getTcpdum
   [YES, (cb) => [cb, 1], REFUSED, [], [E('GetModemLogStatus: Illegal params number')]],
   [FAILS, () => [], PENDING, [[op]], [UNRESOLVED]],
   [AWAY, () => [], PENDING, [], [W(`[${op}]"get proxy fail."`), UNRESOLVED]],
-  [YES, () => [], PENDING, [[op]], [UNMADE], 'napi_get_boolean'],
 ]);

@@ -1,12 +1,9 @@
 // The module as built for users, in worker threads that come and go and in processes that end, with calls in
 // flight. Each case runs in its own process, with a slow log service.
 import assert from 'node:assert/strict';
-import { spawn } from 'node:child_process';
-import { once } from 'node:events';
-import { text } from 'node:stream/consumers';
 import { test } from 'node:test';
 import { answering, forms } from '../support/forms.mjs';
-import { root } from '../support/system.mjs';
+import { root, runCode } from '../support/system.mjs';
 import { names } from '../support/zelk.mjs';
 
 const ROUNDS = Number(process.env.ZELK_ENVIRONMENT_ROUNDS || 8);
@@ -44,14 +41,10 @@ const PRELUDE = `
   const times = (count, make) => Promise.all(Array.from({ length: count }, make));`;
 
 // Runs the code in a process, which must end as expected.
-async function ends(code, status, out, title) {
-  const child = spawn(process.execPath, ['-e', `${PRELUDE}\n(async () => {${code}})();`], {
-    stdio: ['ignore', 'pipe', 'pipe'], timeout: 120_000,
-  });
-  const ended = [once(child, 'close'), text(child.stdout), text(child.stderr)];
-  const [ending, seen, errors] = await Promise.all(ended);
-  assert.deepEqual([...ending, seen], [status, null, out], `${title}: ${errors}`);
-  assert.match(errors, status === 1 ? /Error: own/ : /^$/, title);
+function ends(code, status, out, title) {
+  const seen = runCode(`${PRELUDE}\n(async () => {${code}})();`, { timeout: 120_000 });
+  assert.deepEqual([seen.status, seen.stdout], [status, out], `${title}: ${seen.stderr}`);
+  assert.match(seen.stderr, status === 1 ? /Error: own/ : /^$/, title);
 }
 
 for (const [title, code] of [

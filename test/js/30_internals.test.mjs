@@ -1,7 +1,7 @@
 // What no function of the module shows: steps without data, and an error without a message.
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
-import { E } from '../support/cases.mjs';
+import { E, I, W } from '../support/cases.mjs';
 import { operation } from '../support/forms.mjs';
 import { fail, gatedNames, keeps, probes, run, zelk } from '../support/zelk.mjs';
 
@@ -25,17 +25,20 @@ test('steps without a context write one line and do nothing; two of them throw',
   }
 });
 
-test('the global callbacks without a context write two lines and do nothing', async () => {
-  for (const step of ['OnGlobalExecuteCallback', 'OnGlobalCompleteCallback']) {
-    const { lines, thrown } = await keeps({}, () => probes[step]());
-    assert.deepEqual([lines, thrown],
-      [[`I FRAMEWORK: [${step}]"enter"`, `W FRAMEWORK: [${step}]"context is null"`], undefined]);
+test('frames and helpers without data write lines and do nothing', async () => {
+  for (const [probe, ...lines] of [
+    ['handleNothing', I('HandleAsyncWork: workName = [Nothing]'), E('HandleAsyncWork: error baseContext')],
+    ['answerNothing', I('Handle2ValueCallback serious error baseContext nullptr')],
+    // Neither callback nor promise: freed without an answer.
+    ['answerNobody', 'D ZELK_SERVICE: Handle2ValueCallback end'],
+    ...['OnGlobalExecuteCallback', 'OnGlobalCompleteCallback'].map((step) =>
+      [step, `I FRAMEWORK: [${step}]"enter"`, W(`[${step}]"context is null"`)]),
+    ['getElementOfNothing', E('GetElement: array is null')],
+  ]) {
+    const seen = await keeps({}, () => probes[probe]());
+    assert.deepEqual([seen.returned, seen.thrown, seen.uncaught], [undefined, undefined, []], probe);
+    assert.deepEqual(seen.lines, lines, probe);
   }
-});
-
-test('an element of no array is undefined', async () => {
-  const { lines, returned } = await run(() => probes.getElementOfNothing());
-  assert.deepEqual([lines, returned], [[E('GetElement: array is null')], undefined]);
 });
 
 test('a runtime that has no message for its failure gets one', async () => {

@@ -8,13 +8,7 @@ class Ring implements zelklogservice.ConfigItem {
 }
 
 const onState: Callback<boolean> = (on: boolean): void => console.log(on);
-const onEntries: Callback<zelklogservice.ConfigEntry[]> =
-  (entries: zelklogservice.ConfigEntry[]): void => console.log(entries[0].configKey, entries[0].value['size']);
-
-export async function start(): Promise<boolean | undefined> {
-  zelklogservice.handleModemLogSwitch(true, onState, [new Ring()]);
-  zelklogservice.getModemLogConfig(['ring'], onEntries);
-  // @ts-expect-error: a callback gets one value.
-  zelklogservice.getTcpdumpStatus((error: Error, state: boolean): void => console.log(error, state));
-  return zelklogservice.getTcpdumpStatus();
-}
+zelklogservice.handleModemLogSwitch(true, onState, [new Ring()]);
+// @ts-expect-error: a callback gets one value.
+zelklogservice.getTcpdumpStatus((error: Error, state: boolean): void => console.log(error, state));
+export const status: Promise<boolean> | undefined = zelklogservice.getTcpdumpStatus();
