@@ -21,7 +21,8 @@ const PRELUDE = `
   const CALLS = ${JSON.stringify(CALLS)};
   // A handler of each operation, which answers after this many milliseconds.
   const { logService } = require(${JSON.stringify(`${root}testing.js`)});
-  const kit = logService();
+  const FOREVER = { timeout: 2 ** 31 - 1 };
+  const kit = logService({}, FOREVER);
   const service = (delay) => {
     for (const [name, { answer }] of Object.entries(${JSON.stringify(answering(names))})) {
       kit.handle(name, () => new Promise((resolve) => setTimeout(resolve, delay, answer)));
@@ -97,7 +98,7 @@ for (const [how, status, out, code] of [
     `await worker('zelk.getModemLogStatus(); parentPort.postMessage(0);', () => process.exit(4));`],
   ['by process.exit(), on which they were made', 4, '',
     `${CALL_ALL} kit.restore(); process.on('exit', () => {
-      logService({ GetModemLogStatus: () => new Promise(() => {}) });
+      logService({ GetModemLogStatus: () => new Promise(() => {}) }, FOREVER);
       times(8, () => zelk.getModemLogStatus()); }); process.exit(4);`],
 ]) {
   test(`a process ends ${how} while calls are in flight`, () =>
