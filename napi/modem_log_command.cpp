@@ -21,8 +21,7 @@ napi_value SendModemLogCommand(napi_env env, napi_callback_info info)
         return nullptr;
     }
     Arguments<2> arguments;
-    napi_valuetype type = napi_undefined; // Not compared again: only a failing call matters.
-    if (!ReadObjectArguments(env, info, "SendModemLogCommand: Illegal params", arguments, type)) {
+    if (!ReadObjectArguments(env, info, "SendModemLogCommand: Illegal params", arguments)) {
         return nullptr;
     }
     auto context = std::make_unique<SendCommandContext>();

@@ -12,10 +12,8 @@ napi_value ChangeModemLogConfig(napi_env env, napi_callback_info info)
         ZELK_ERROR("ChangeModemLogConfig: current app is not system app, so return");
         return nullptr;
     }
-    auto context =
-        ReadConfigChangeCall(env, info,
-                             {"ChangeModemLogConfig: Illegal params", "ChangeModemLogConfig: error object type",
-                              "ChangeModemLogConfig: error array type"});
+    auto context = ReadConfigChangeCall(
+        env, info, {"ChangeModemLogConfig: Illegal params", "ChangeModemLogConfig: error array type"});
     if (context == nullptr) {
         return nullptr;
     }

@@ -16,7 +16,6 @@ napi_value ChangeTcpdumpConfig(napi_env env, napi_callback_info info)
     }
     auto context = ReadConfigChangeCall(env, info,
                                         {"[TCP dump] napi ChangeTcpdumpConfig: Illegal params",
-                                         "[TCP dump] napi ChangeTcpdumpConfig: error object type",
                                          "[TCP dump] napi ChangeTcpdumpConfig: error array type"});
     if (context == nullptr) {
         return nullptr;

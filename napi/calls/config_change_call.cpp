@@ -12,12 +12,7 @@ std::unique_ptr<ChangeConfigContext> ReadConfigChangeCall(napi_env env, napi_cal
                                                           const ConfigChangeTexts& texts)
 {
     Arguments<2> arguments;
-    napi_valuetype type = napi_undefined;
-    if (!ReadObjectArguments(env, info, texts.illegalParams, arguments, type)) {
-        return nullptr;
-    }
-    if (type != napi_object) {
-        ZELK_ERROR("%{public}s", texts.errorObjectType);
+    if (!ReadObjectArguments(env, info, texts.illegalParams, arguments)) {
         return nullptr;
     }
     if (!NapiUtil::IsArray(env, arguments[0])) {

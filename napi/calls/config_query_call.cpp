@@ -12,11 +12,10 @@ std::unique_ptr<GetConfigContext> ReadConfigQueryCall(napi_env env, napi_callbac
                                                       const ConfigQueryTexts& texts)
 {
     Arguments<2> arguments;
-    napi_valuetype type = napi_undefined;
-    if (!ReadObjectArguments(env, info, texts.illegalParams, arguments, type)) {
+    if (!ReadObjectArguments(env, info, texts.illegalParams, arguments)) {
         return nullptr;
     }
-    if (type != napi_object || !NapiUtil::IsArray(env, arguments[0])) {
+    if (!NapiUtil::IsArray(env, arguments[0])) {
         ZELK_ERROR("%{public}s", texts.errorType);
         return nullptr;
     }

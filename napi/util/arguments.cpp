@@ -20,8 +20,7 @@ bool MatchParameters(napi_env env, const napi_value argv[], std::initializer_lis
     return true;
 }
 
-bool ReadObjectArguments(napi_env env, napi_callback_info info, const char* illegalParams, Arguments<2>& arguments,
-                         napi_valuetype& type)
+bool ReadObjectArguments(napi_env env, napi_callback_info info, const char* illegalParams, Arguments<2>& arguments)
 {
     if (!ReadArguments(env, info, arguments)) {
         return false;
@@ -33,6 +32,8 @@ bool ReadObjectArguments(napi_env env, napi_callback_info info, const char* ille
         ZELK_ERROR("%{public}s", illegalParams);
         return false;
     }
+    // The type is known; only a failing call matters here.
+    napi_valuetype type = napi_undefined;
     return CheckCall(env, napi_typeof(env, arguments[0], &type));
 }
 

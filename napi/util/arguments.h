@@ -44,10 +44,8 @@ bool ReadArguments(napi_env env, napi_callback_info info, Arguments<N>& argument
 bool MatchParameters(napi_env env, const napi_value argv[], std::initializer_list<napi_valuetype> types);
 
 // Reads (object) or (object, any). False when the first argument is not an object, which is logged with
-// `illegalParams`, or when a Node-API call fails, as with a missing first argument, which is thrown. `type` becomes
-// what the runtime says of the first argument when it is asked once more.
-bool ReadObjectArguments(napi_env env, napi_callback_info info, const char* illegalParams, Arguments<2>& arguments,
-                         napi_valuetype& type);
+// `illegalParams`, or when a Node-API call fails, as with a missing first argument, which is thrown.
+bool ReadObjectArguments(napi_env env, napi_callback_info info, const char* illegalParams, Arguments<2>& arguments);
 
 // Makes `value` the call's callback, whatever its type. False when that fails, which has been thrown.
 bool KeepCallback(napi_env env, napi_value value, BaseContext& context);
