@@ -45,6 +45,9 @@ function notInPackage() {
     return plainError('ERR_ZELK_NO_BUILD', 'this copy was installed from its sources and never built: ' +
       'install the package that `make pack` makes in a checkout');
   }
+  if (!fs.statSync(folder).isDirectory()) {
+    return plainError('ERR_ZELK_NO_BUILD', folder + ' is a file, not a folder: install this package anew');
+  }
   var builds = fs.readdirSync(folder).sort().join(' and ');
   return plainError('ERR_ZELK_PROCESSOR', 'holds no build for ' + process.platform + '-' + process.arch +
     ', only for ' + builds + ': run `make build` in a checkout, and use that');

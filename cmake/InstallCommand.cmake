@@ -15,15 +15,23 @@ add_custom_command(OUTPUT ${command_docs}
     VERBATIM)
 add_custom_target(command_docs ALL DEPENDS ${command_docs})
 
+# Of the package, package.json lists all that is not built.
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS package.json)
+execute_process(COMMAND "${NODE}" -p "require('./package.json').files.filter((name) => !name.endsWith('/')).join(';')"
+    WORKING_DIRECTORY "${CMAKE_SOURCE_DIR}"
+    OUTPUT_VARIABLE package_files OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+set(package_libraries ohos_host zelk_service_api zelk_testing)
+if(TARGET zelk_dbus)
+    list(APPEND package_libraries zelk_dbus)
+endif()
+
 set(folder lib/zelklogservice)
-install(FILES index.js index.mjs index.d.ts index.d.mts library.js requirements.js package.json LICENSE DESTINATION "${folder}")
-install(DIRECTORY bin DESTINATION "${folder}" USE_SOURCE_PERMISSIONS)
+install(FILES ${package_files} package.json LICENSE DESTINATION "${folder}")
+install(DIRECTORY bin DESTINATION "${folder}" PATTERN zelklog EXCLUDE)
+install(PROGRAMS bin/zelklog DESTINATION "${folder}/bin")
 install(DIRECTORY "${COMMANDER_DIR}" DESTINATION "${folder}/node_modules")
 install(PROGRAMS "${CMAKE_BINARY_DIR}/zelklogservice.node" DESTINATION "${folder}/lib/${node_platform}")
-install(TARGETS ohos_host zelk_service_api LIBRARY DESTINATION "${folder}/lib/${node_platform}")
-if(TARGET zelk_dbus)
-    install(TARGETS zelk_dbus LIBRARY DESTINATION "${folder}/lib/${node_platform}")
-endif()
+install(TARGETS ${package_libraries} LIBRARY DESTINATION "${folder}/lib/${node_platform}")
 
 include(GNUInstallDirs)
 install(FILES "${CMAKE_BINARY_DIR}/zelklog.1" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
@@ -33,3 +41,8 @@ install(CODE "
     set(link \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}/zelklog\")
     file(CREATE_LINK ../${folder}/bin/zelklog \"\$ENV{DESTDIR}\${link}\" SYMBOLIC)
     list(APPEND CMAKE_INSTALL_MANIFEST_FILES \"\${link}\")")
+# This is the last rule. scripts/install.sh needs no manifest, and whoever runs it may have no right to write one.
+install(CODE "
+    if(DEFINED ENV{ZELK_DESTDIR})
+        return()
+    endif()")

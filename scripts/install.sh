@@ -5,8 +5,13 @@
 #
 # When root runs it, the service is also available on the system bus: the service's user and the bus's policy take
 # effect at once, unless DESTDIR is set.
+#
+# All files are put together in a temporary folder and then copied. What was installed is in the list below PREFIX/lib,
+# one path a line without DESTDIR: files, and with a slash at their end the folders that were made for them. The list is
+# written before anything else, so that an install that broke off can be removed too.
 set -euo pipefail
 umask 022
+export LC_ALL=C.UTF-8
 cd "$(dirname "$0")/.."
 
 fail() {
@@ -19,8 +24,9 @@ case $PREFIX in
     /*) ;;
     *) fail "PREFIX=$PREFIX: give the whole path" ;;
 esac
+PREFIX=$(realpath --canonicalize-missing --no-symlinks -- "$PREFIX")
 DESTDIR=${DESTDIR:-}
-list=$DESTDIR$PREFIX/lib/zelklogservice/installed.txt
+list=$DESTDIR${PREFIX%/}/lib/zelklogservice/installed.txt
 
 tell_system() {
     if [ "$(id -u)" -ne 0 ] || [ -n "$DESTDIR" ]; then
@@ -45,30 +51,94 @@ make_user() {
     fi
 }
 
+# name_staged STAGE OLD: prints the list for what is in STAGE. A folder that was there before is not ours, unless OLD,
+# an earlier list, has it.
+name_staged() {
+    local path place
+    find "$1" -mindepth 1 \( -type d -printf '/%P/\n' \) -o -printf '/%P\n' | sort | while IFS= read -r path; do
+        place=$DESTDIR${path%/}
+        case $path in
+            */)
+                if [ -d "$place" ]; then
+                    grep -aqxF -- "$path" "$2" || continue
+                elif [ -e "$place" ] || [ -L "$place" ]; then
+                    fail "$place is not a folder: move it away, or choose another PREFIX"
+                fi
+                ;;
+        esac
+        printf '%s\n' "$path"
+    done
+}
+
+# write_list FILE…: the list is what the files hold together. It is replaced as a whole, because one that was cut short
+# would not name all that is there.
+write_list() {
+    mkdir -p "${list%/*}" && sort -u "$@" >"$list.new" && mv -f "$list.new" "$list"
+}
+
+# put STAGE PATH: a program that runs keeps the file that it was started from.
+put() {
+    case $2 in
+        */) mkdir -p "$DESTDIR$2" ;;
+        *) cp -PT --remove-destination "$1$2" "$DESTDIR$2" ;;
+    esac
+}
+
+# Both read lines of a list.
+remove_files() {
+    local path
+    while IFS= read -r path; do
+        [ -d "$DESTDIR$path" ] || rm -f "$DESTDIR$path"
+    done
+}
+
+# The innermost first. One in which there is something else stays.
+remove_folders() {
+    local path
+    sort -r | while IFS= read -r path; do
+        case $path in */) rmdir "$DESTDIR$path" 2>/dev/null || true ;; esac
+    done
+}
+
 install_all() {
-    local program
+    local program path
     for program in zelk-log-service zelklogservice.node zelklog.1; do
         [ -e "build/release/$program" ] || fail "build/release/$program does not exist: run \`make build\` first, without sudo"
     done
+    work=$(mktemp -d)
+    trap 'rm -rf "$work"' EXIT
+    export ZELK_DESTDIR=$DESTDIR
+    DESTDIR=$work/stage cmake --install build/release --prefix "$PREFIX" >/dev/null ||
+        fail "the files could not be put together in $work"
+    touch "$work/old"
+    [ ! -e "$list" ] || sort "$list" >"$work/old"
+    name_staged "$work/stage" "$work/old" >"$work/new"
+    comm -23 "$work/old" "$work/new" >"$work/obsolete"
+
     make_user # Before the bus reads a policy that names it.
-    local log
-    log=$(mktemp)
-    DESTDIR=$DESTDIR cmake --install build/release --prefix "$PREFIX" >"$log" || fail "that failed: see $log"
-    grep -hE '^Note: ' "$log" || true
-    rm "$log"
-    mv build/release/install_manifest.txt "$list"
+    if ! write_list "$work/old" "$work/new"; then
+        rm -f "$list.new"
+        remove_folders <"$work/new"
+        fail 'that failed, and nothing was installed'
+    fi
+    while IFS= read -r path; do
+        put "$work/stage" "$path" ||
+            fail "that failed halfway: \`make uninstall\` with the same settings removes what is there"
+    done <"$work/new"
+    remove_files <"$work/obsolete"
+    remove_folders <"$work/obsolete"
+    write_list "$work/new"
     tell_system
     echo "Installed below $DESTDIR$PREFIX"
 }
 
 uninstall_all() {
-    local file
+    local names
     [ -e "$list" ] || fail "nothing is installed below $DESTDIR$PREFIX"
-    while IFS= read -r file || [ -n "$file" ]; do
-        rm -f "$DESTDIR$file"
-    done <"$list"
+    names=$(<"$list")
+    remove_files <<<"$names"
     rm "$list"
-    find "$DESTDIR$PREFIX/lib/zelklogservice" -depth -type d -empty -delete
+    remove_folders <<<"$names"
     tell_system
     echo "Removed from $DESTDIR$PREFIX"
 }

@@ -1,9 +1,9 @@
 // `make install` and `make uninstall`, below a prefix with unusual characters.
 import assert from 'node:assert/strict';
-import { existsSync, mkdirSync, readFileSync, symlinkSync } from 'node:fs';
+import { chownSync, existsSync, mkdirSync, readFileSync, readdirSync, symlinkSync } from 'node:fs';
 import { join } from 'node:path';
 import { test } from 'node:test';
-import { root, run, temporaryFolder } from '../support/system.mjs';
+import { root, run, runCode, temporaryFolder } from '../support/system.mjs';
 
 const PREFIX = '/opt/it\'s $5 für 100%';
 const DESTDIR = temporaryFolder();
@@ -18,7 +18,7 @@ const install = (prefix) =>
 const filesBelow = (folder) => run('find', [folder, '-type', 'f']).stdout.split('\n').filter(Boolean);
 
 test('the installed files work, and are where D-Bus, systemd and the shell look for them', OF_RELEASE, () => {
-  assert.deepEqual(install(PREFIX).stderr, '');
+  assert.deepEqual(install(`/${PREFIX}//`).stderr, '');
   const env = { ZELK_SERVICE_PROGRAM: installed('bin/zelk-log-service') };
   const words = [installed('bin/zelklog'), 'tcpdump', 'on'];
   const { stdout } = run(`${root}scripts/with_service.sh`, words, { env });
@@ -63,6 +63,59 @@ test('all of them can be removed', OF_RELEASE, () => {
   const { stderr } = run('make', ['-C', root, 'uninstall', `PREFIX=${PREFIX}`, `DESTDIR=${DESTDIR}`]);
   assert.deepEqual([stderr, filesBelow(DESTDIR)], ['', []]);
   assert.equal(existsSync(installed('lib/zelklogservice')), false);
+});
+
+// Root becomes a user who owns nothing else.
+const NOBODY = 65534;
+const isRoot = process.getuid() === 0;
+const identity = isRoot ? ['setpriv', `--reuid=${NOBODY}`, `--regid=${NOBODY}`, '--clear-groups'] : ['env'];
+const asUser = (words, options) => run(identity[0], [...identity.slice(1), ...words], options);
+const reads = `fs.accessSync('${root}build/release/cmake_install.cmake')`;
+const BY_USER = { skip: OF_RELEASE.skip ||
+  (asUser(['node', '-e', reads]).status !== 0 && 'only root can read this checkout, or run Node.js') };
+
+test('a user can install, upgrade, and remove whatever is there', BY_USER, () => {
+  const home = temporaryFolder();
+  if (isRoot) {
+    chownSync(home, NOBODY, NOBODY);
+  }
+  const prefix = join(home, '.local');
+  const library = join(prefix, 'lib/zelklogservice');
+  const list = join(library, 'installed.txt');
+  const script = (action) =>
+    asUser([`${root}scripts/install.sh`, action], { env: { PREFIX: prefix, DESTDIR: '' } }).stderr;
+  const shell = (code, env) => asUser(['sh', '-ec', code], { cwd: home, env }).stdout;
+
+  shell('mkdir .local; touch .local/lib');
+  assert.match(script('install'), /^Note: .*\n.*\.local\/lib is not a folder: .*\n$/);
+
+  // Over a version that had another file, and broken off at one of the last files, as on a full disk.
+  shell(`rm .local/lib
+    mkdir -p .local/lib/zelklogservice/old .local/share/systemd/user/dev.zelk.LogService.service
+    touch .local/lib/zelklogservice/old/file
+    find "$PWD/.local" -type d -printf '%p/\n' -o -print >list
+    mv list .local/lib/zelklogservice/installed.txt`);
+  assert.match(script('install'), /LogService\.service.*\n.* failed halfway: `make uninstall`.*\n$/);
+  assert.ok(existsSync(join(prefix, 'bin/zelklog')));
+  assert.deepEqual([script('uninstall'), readdirSync(home)], ['', []]);
+
+  assert.match(script('install'), /^Note: the session bus can .* The system bus cannot: .*\n$/);
+  const whole = readFileSync(list, 'utf8');
+  shell(`cd .local/lib/zelklogservice; mkdir old; touch old/file
+    printf '%s\n' "$PWD/old/" "$PWD/old/file" >>installed.txt`);
+  script('install');
+  assert.deepEqual([readFileSync(list, 'utf8'), existsSync(join(library, 'old'))], [whole, false]);
+
+  const bus = { XDG_DATA_HOME: join(prefix, 'share'), ZELK_LOG_SERVICE: 'session' };
+  const commands = `dbus-run-session -- sh -c 'cd .local/bin; ./zelklog modem on; ./zelklog modem status'`;
+  assert.equal(shell(commands, bus), 'accepted\non\n');
+  const { exports } = JSON.parse(readFileSync(join(library, 'package.json'), 'utf8'));
+  for (const [file] of JSON.stringify(exports).matchAll(/(?<=")\.\/[^"]+\.\w+(?=")/g)) {
+    assert.ok(existsSync(join(library, file)), file);
+  }
+  assert.equal(runCode(`require('${library}/testing').logService({ GetModemLogStatus: () => true });
+    require('${library}').getModemLogStatus(console.log)`).stdout, 'true\n');
+  assert.deepEqual([script('uninstall'), readdirSync(home)], ['', []]);
 });
 
 test('a prefix and a checkout that cannot be written down in files are refused in one line', () => {

@@ -58,6 +58,8 @@ const REFUSALS = [
   ['a checkout that was never built', copy('.', [], { 'CMakeLists.txt': '' }), '', 'ERR_ZELK_NO_BUILD',
     /build\/release\/zelklogservice\.node does not exist: run `make build` in/],
   ['sources that were installed', copy('.', []), '', 'ERR_ZELK_NO_BUILD', /never built: .*`make pack`/],
+  ['a file in place of the libraries', copy('.', [], { lib: '' }), '', 'ERR_ZELK_NO_BUILD',
+    /\/lib is a file, not a folder: install this package anew/],
   ['another processor', whole, patched(`'arch', { value: 'riscv64' }`), 'ERR_ZELK_PROCESSOR',
     /no build for linux-riscv64, only for linux-\w+: run/],
   ['another C library', garbage, patched(`'report', { value: { getReport: () => ({ header: {} }) } }`),

@@ -25,12 +25,18 @@ install_with_path(system.service "${PREFIX}/${DATADIR}/dbus-1/system-services/de
 install_with_path(systemd-user.service "${USER_UNITS}/dev.zelk.LogService.service")
 install_with_path(systemd-system.service "${PREFIX}/lib/systemd/system/dev.zelk.LogService.service")
 
+# scripts/install.sh calls this with a DESTDIR of its own, and says in ZELK_DESTDIR what its user gave.
+set(DESTDIR "$ENV{DESTDIR}")
+if(DEFINED ENV{ZELK_DESTDIR})
+    set(DESTDIR "$ENV{ZELK_DESTDIR}")
+endif()
+
 # The system bus reads policies from two places only, whatever the prefix.
 execute_process(COMMAND id -u OUTPUT_VARIABLE USER_ID OUTPUT_STRIP_TRAILING_WHITESPACE)
 set(POLICY dev.zelk.LogService.conf)
 if(PREFIX STREQUAL "/usr")
     file(INSTALL "${SOURCE}/${POLICY}" DESTINATION "${PREFIX}/${DATADIR}/dbus-1/system.d")
-elseif(USER_ID EQUAL 0 OR DEFINED ENV{DESTDIR})
+elseif(USER_ID EQUAL 0 OR NOT DESTDIR STREQUAL "")
     file(INSTALL "${SOURCE}/${POLICY}" DESTINATION "/etc/dbus-1/system.d")
 else()
     message("Note: the session bus can start the service. The system bus cannot: only root can install its policy.")
