@@ -6,9 +6,9 @@
 # When root runs it, the service is also available on the system bus: the service's user and the bus's policy take
 # effect at once, unless DESTDIR is set.
 #
-# All files are put together in a temporary folder and then copied. What was installed is in the list below PREFIX/lib,
-# one path a line without DESTDIR: files, and with a slash at their end the folders that were made for them. The list is
-# written before anything else, so that an install that broke off can be removed too.
+# All files are put together in a temporary folder and then copied. What was installed is in a list, one path a line and
+# without DESTDIR: files, and with a slash at their end the folders that were made for them. The list is written before
+# anything else, so that an install that broke off can be removed too.
 set -euo pipefail
 umask 022
 export LC_ALL=C.UTF-8
@@ -26,7 +26,8 @@ case $PREFIX in
 esac
 PREFIX=$(realpath --canonicalize-missing --no-symlinks -- "$PREFIX")
 DESTDIR=${DESTDIR:-}
-list=$DESTDIR${PREFIX%/}/lib/zelklogservice/installed.txt
+own=${PREFIX%/}/lib/zelklogservice
+list=$DESTDIR$own/installed.txt
 
 tell_system() {
     if [ "$(id -u)" -ne 0 ] || [ -n "$DESTDIR" ]; then
@@ -51,8 +52,8 @@ make_user() {
     fi
 }
 
-# name_staged STAGE OLD: prints the list for what is in STAGE. A folder that was there before is not ours, unless OLD,
-# an earlier list, has it.
+# name_staged STAGE OLD: prints the list for what is in STAGE. A folder that was there before stays when all is removed,
+# unless it is the package's own or OLD, an earlier list, has it.
 name_staged() {
     local path place
     find "$1" -mindepth 1 \( -type d -printf '/%P/\n' \) -o -printf '/%P\n' | sort | while IFS= read -r path; do
@@ -60,7 +61,7 @@ name_staged() {
         case $path in
             */)
                 if [ -d "$place" ]; then
-                    grep -aqxF -- "$path" "$2" || continue
+                    [[ $path = "$own"/* ]] || grep -aqxF -- "$path" "$2" || continue
                 elif [ -e "$place" ] || [ -L "$place" ]; then
                     fail "$place is not a folder: move it away, or choose another PREFIX"
                 fi
