@@ -138,7 +138,7 @@ uninstall_all() {
     [ -e "$list" ] || fail "nothing is installed below $DESTDIR$PREFIX"
     names=$(<"$list")
     remove_files <<<"$names"
-    rm "$list"
+    rm -f "$list" "$list.new"
     remove_folders <<<"$names"
     tell_system
     echo "Removed from $DESTDIR$PREFIX"

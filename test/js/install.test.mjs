@@ -70,7 +70,7 @@ const NOBODY = 65534;
 const isRoot = process.getuid() === 0;
 const identity = isRoot ? ['setpriv', `--reuid=${NOBODY}`, `--regid=${NOBODY}`, '--clear-groups'] : ['env'];
 const asUser = (words, options) => run(identity[0], [...identity.slice(1), ...words], options);
-const reads = `fs.accessSync('${root}build/release/cmake_install.cmake')`;
+const reads = `fs.accessSync(${JSON.stringify(`${root}build/release/cmake_install.cmake`)})`;
 const BY_USER = { skip: OF_RELEASE.skip ||
   (asUser(['node', '-e', reads]).status !== 0 && 'only root can read this checkout, or run Node.js') };
 
