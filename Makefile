@@ -17,7 +17,7 @@ PRODUCT := zelklogservice zelk_dbus zelk_testing zelk-log-service command_docs
 configure = cmake --preset release --log-level=WARNING >/dev/null
 build_product = $(configure) && cmake --build --preset release --target $(PRODUCT)
 
-.PHONY: help setup build demo test device arm arm64 armhf asan tsan lint format format-check bench soak fuzz engines pack install uninstall clean
+.PHONY: help setup build demo test device arm arm64 armhf asan tsan lint format format-check bench bench-once soak fuzz engines pack install uninstall clean
 
 help: ## show this list
 	@awk -F ':.*## ' '/^[a-z-]+:.*## / { printf "make %-13s %s\n", $$1, $$2 }' Makefile
@@ -81,6 +81,10 @@ lint: ## check the format, build with Clang, run clang-tidy and eslint, check th
 bench: ## measure, and compare with other ways to do the same
 	@./scripts/setup.sh build bench
 	@./scripts/bench.sh
+
+bench-once: ## measure each row of the benchmarks once, to see that it still can be
+	@./scripts/setup.sh build bench pack
+	@./scripts/bench.sh --once
 
 soak: ## call for a long time and watch memory
 	@./scripts/setup.sh build test

@@ -1,6 +1,6 @@
 // A call that a handler of the testing kit answers, against one that the embedded service answers.
 import { createRequire } from 'node:module';
-import { addon, compare, now, report } from './lib/rounds.mjs';
+import { addon, compare, now, report, roundsOf } from './lib/rounds.mjs';
 
 const { allocatedBytes } = addon('product_parts');
 const zelk = addon('zelklogservice');
@@ -48,7 +48,7 @@ async function manyHandlers() {
 }
 
 const many = [];
-for (let round = 0; round < 11; ++round) {
+for (let round = 0; round < roundsOf(11); ++round) {
   many.push(await manyHandlers());
 }
 report('handlers-in-flight', many);
@@ -72,7 +72,7 @@ const sides = [
 await withHandler(() => true,
   () => Promise.all(Array.from({ length: WARM_UP }, () => zelk.getModemLogStatus())));
 const kept = [];
-for (let round = -1; round < BATCHES; ++round) { // The first warms up, too.
+for (let round = -1; round < roundsOf(BATCHES); ++round) { // The first warms up, too.
   kept.push([await sides[0](), await sides[1]()]);
 }
 report('handlers-kept', kept.slice(1));

@@ -1,6 +1,6 @@
 // The bytes of native memory that are left of a million calls.
 // Wants node --expose-gc and MALLOC_ARENA_MAX=1, so that all native memory is in the arena that is looked at.
-import { addon, report } from './lib/rounds.mjs';
+import { addon, report, roundsOf } from './lib/rounds.mjs';
 
 const zelk = addon('zelklogservice');
 const bare = addon('bare_call');
@@ -36,7 +36,7 @@ for (const call of sides) {
   await callOften(call, 100_000);
 }
 const kept = [];
-for (let round = 0; round < BATCHES; ++round) {
+for (let round = 0; round < roundsOf(BATCHES); ++round) {
   kept.push([await keptOfMillion(sides[0]), await keptOfMillion(sides[1])]);
 }
 report('memory-kept', kept);

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Builds the product and what it is compared with into build/bench and measures both; the options are bench/run.mjs's:
 #
-#   scripts/bench.sh [--json] [GROUP…]
+#   scripts/bench.sh [--json | --once] [GROUP…]
 #
 # The machine should have nothing else to do.
 set -euo pipefail

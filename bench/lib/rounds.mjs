@@ -9,7 +9,11 @@ const buildFolder = fileURLToPath(new URL('../../build/bench/', import.meta.url)
 
 export const addon = (name) => require(`${buildFolder}${name}.node`);
 
-const WARM_UP = 3;
+// With `run.mjs --once` every row is measured once: it shows that it can be, not what it is.
+const IS_ONCE = process.env.ZELK_BENCH_ONCE === '1';
+export const roundsOf = (many) => (IS_ONCE ? 1 : many);
+
+const WARM_UP = IS_ONCE ? 0 : 3;
 
 export function report(measure, rounds) {
   console.log(JSON.stringify({ measure, rounds }));
@@ -18,7 +22,7 @@ export function report(measure, rounds) {
 // `ours` and `theirs` each run one batch and give the time of it per unit of work.
 export async function compare(measure, rounds, ours, theirs) {
   const measured = [];
-  for (let round = -WARM_UP; round < rounds; ++round) {
+  for (let round = -WARM_UP; round < roundsOf(rounds); ++round) {
     // In this order, what changes steadily meanwhile falls on both sides alike.
     const sums = [await ours(), await theirs()];
     sums[1] += await theirs();

@@ -4,12 +4,19 @@
 #define BENCH_NATIVE_ROUNDS_H
 
 #include <cstdio>
+#include <cstdlib>
 #include <ctime>
 
 namespace Bench {
 
-constexpr int ROUNDS = 41;
 constexpr double BATCH_NANOSECONDS = 2e6;
+
+// One where `run.mjs --once` asks for it.
+inline int Rounds()
+{
+    const char* once = std::getenv("ZELK_BENCH_ONCE");
+    return once == nullptr || *once == '\0' ? 41 : 1;
+}
 
 // Makes the compiler believe that somebody reads what `value` points to.
 inline void Keep(const void* value)
@@ -61,7 +68,7 @@ void Compare(const char* measure, Ours ours, double oursUnits, Theirs theirs, do
         return BatchNanoseconds(theirsTimes, theirs) / (static_cast<double>(theirsTimes) * theirsUnits);
     };
     std::printf("{\"measure\":\"%s\",\"rounds\":[", measure);
-    for (int round = 0; round < ROUNDS; ++round) {
+    for (int round = 0, rounds = Rounds(); round < rounds; ++round) {
         // In this order, what changes steadily meanwhile falls on both sides alike.
         double sums[2] = {oursTime(), theirsTime()};
         sums[1] += theirsTime();
