@@ -11,6 +11,7 @@ import { root, temporaryFolder } from '../support/system.mjs';
 
 const build = process.env.ZELKLOGSERVICE_BUILD || 'release';
 const read = (document) => readFileSync(join(root, document), 'utf8');
+const prose = (document) => read(document).replace(/^```.*?^```$/gms, '');
 
 const succeeds = (command, ...args) => spawnSync(command, args, { stdio: 'ignore' }).status === 0;
 const dbus = existsSync(`${root}build/release/zelk-log-service`) && succeeds('dbus-run-session', '--version');
@@ -35,7 +36,7 @@ function run(body) {
 test('links lead somewhere', () => {
   const documents = readdirSync(root).concat(readdirSync(`${root}docs`).map((name) => `docs/${name}`));
   for (const document of documents.filter((name) => name.endsWith('.md'))) {
-    for (const [, link] of read(document).matchAll(/\]\((?!https?:)([^)#]+)/g)) {
+    for (const [, link] of prose(document).matchAll(/\]\((?!https?:)([^)#]+)/g)) {
       assert.ok(existsSync(join(root, dirname(document), link)), `${document}: ${link}`);
     }
   }
