@@ -13,9 +13,9 @@ export PREFIX DESTDIR
 # The targets that a user of the module needs; the others are tests.
 PRODUCT := zelklogservice zelk_dbus zelk_testing zelk-log-service command_docs
 
-# `make build` and `make demo` keep a configuration that has tests: no target undoes another's work.
+# All of these build in one folder, and none undoes what another built.
 configure = cmake --preset release --log-level=WARNING >/dev/null
-build_product = $(configure) && cmake --build --preset release --target $(PRODUCT)
+build_product = ./scripts/build.sh $(PRODUCT)
 
 .PHONY: help setup build demo test device arm arm64 armhf asan tsan lint format format-check bench bench-once soak fuzz engines pack install uninstall clean
 
@@ -36,7 +36,7 @@ demo: ## show the module at work, with the embedded log service and with one in 
 
 test: ## build and run all tests
 	@./scripts/setup.sh build test
-	@$(configure) -DZELK_BUILD_TESTS=ON
+	@$(configure) -DZELK_BUILD_TESTS=ON -DZELK_BUILD_COMMAND=ON -DCMAKE_COMPILE_WARNING_AS_ERROR=ON
 	@cmake --build --preset release
 	@ctest --preset release
 	@node --test test/js/*.test.mjs

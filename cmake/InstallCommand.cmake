@@ -1,11 +1,24 @@
 # The command zelklog for `cmake --install`: the JavaScript package with its libraries in its own folder, from which
 # require() can load it too, and the manual page and shell completion, which are generated from the command itself.
-find_program(NODE NAMES node nodejs REQUIRED)
-execute_process(COMMAND "${NODE}" -p "process.platform + '-' + process.arch"
-    OUTPUT_VARIABLE node_platform OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+find_program(NODE NAMES node nodejs)
 find_path(COMMANDER_DIR package.json
     PATHS "${CMAKE_SOURCE_DIR}/node_modules/commander" /usr/share/nodejs/commander
-    NO_DEFAULT_PATH REQUIRED)
+    NO_DEFAULT_PATH)
+set(has_what_it_needs OFF)
+if(NODE AND COMMANDER_DIR)
+    set(has_what_it_needs ON)
+endif()
+option(ZELK_BUILD_COMMAND "Build and install the command zelklog (needs Node.js and npm's commander)" ${has_what_it_needs})
+if(NOT ZELK_BUILD_COMMAND)
+    message(STATUS "The command zelklog is not built, and not installed")
+    return()
+endif()
+if(NOT has_what_it_needs)
+    message(FATAL_ERROR "The command zelklog needs Node.js and npm's commander: run `make setup` first, "
+                        "or leave it out with -DZELK_BUILD_COMMAND=OFF")
+endif()
+execute_process(COMMAND "${NODE}" -p "process.platform + '-' + process.arch"
+    OUTPUT_VARIABLE node_platform OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
 
 set(command_docs "${CMAKE_BINARY_DIR}/zelklog.1" "${CMAKE_BINARY_DIR}/zelklog.bash")
 file(GLOB command_sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/bin/*.js")

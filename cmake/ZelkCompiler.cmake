@@ -14,14 +14,10 @@ set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}")
 set(CMAKE_INSTALL_RPATH "$ORIGIN")
 set(CMAKE_BUILD_WITH_INSTALL_RPATH ON)
 
-if(NOT CMAKE_BUILD_TYPE)
-    set(CMAKE_BUILD_TYPE Release CACHE STRING "" FORCE)
-endif()
-set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG -fstack-protector-strong -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2")
 add_link_options("LINKER:-z,relro,-z,now")
 
 add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Wnon-virtual-dtor
-                    -Woverloaded-virtual -Wold-style-cast -Wcast-qual -Werror)
+                    -Woverloaded-virtual -Wold-style-cast -Wcast-qual)
 
 # The flags that the platform's build adds for every component.
 if(ZELK_LIKE_DEVICE)

@@ -11,6 +11,6 @@ if ! command -v dbus-daemon >/dev/null; then
     echo "scripts/bench.sh: no dbus-daemon: run \`apt-get install dbus\`" >&2
     exit 1
 fi
-cmake -G Ninja -S bench -B build/bench -DCMAKE_BUILD_TYPE=Release --log-level=WARNING >&2
+cmake -G Ninja -S bench -B build/bench -DCMAKE_COMPILE_WARNING_AS_ERROR=ON --log-level=WARNING >&2
 cmake --build build/bench >&2
 exec node bench/run.mjs "$@"

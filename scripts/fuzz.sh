@@ -11,7 +11,7 @@ else
   seconds=${1:-600}
 fi
 
-cmake -G Ninja -S test/fuzz -B build/fuzz -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_BUILD_TYPE=Release >/dev/null
+cmake -G Ninja -S test/fuzz -B build/fuzz -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_COMPILE_WARNING_AS_ERROR=ON >/dev/null
 cmake --build build/fuzz
 found=build/fuzz/corpus/item_text
 log=build/fuzz/item_text.log

@@ -1,0 +1,32 @@
+#!/usr/bin/env bash
+# Builds targets of the release build:
+#
+#   scripts/build.sh TARGET…
+#
+# Warnings are errors as in `make test`, which then has nothing to build again. But a compiler that warns where those of
+# the tests do not stops nobody: everything is built without, until `make test` sets this anew.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+configure() {
+    cmake --preset release --log-level=WARNING -DZELK_BUILD_COMMAND=ON "$@" >/dev/null
+}
+
+build() {
+    cmake --build --preset release --target "$@"
+}
+
+if [ -e build/release/CMakeCache.txt ]; then
+    configure
+else
+    configure -DCMAKE_COMPILE_WARNING_AS_ERROR=ON
+fi
+if ! build "$@"; then
+    # Only what failed is tried again.
+    case $(build "$@" 2>&1 || true) in
+        *'[-Werror'*) echo "scripts/build.sh: these are warnings, and errors for tests only: building without" >&2 ;;
+        *) exit 1 ;;
+    esac
+    configure -DCMAKE_COMPILE_WARNING_AS_ERROR=OFF
+    build "$@"
+fi
