@@ -7,8 +7,9 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 pack=$PWD/build/pack
-ARTEFACTS=(zelklogservice.node zelk_testing.node libohos_host.so libzelk_service_api.so libzelk_dbus.so
-    zelk-log-service)
+version=$(node -p 'require("./package.json").version')
+ARTEFACTS=(zelklogservice.node zelk_testing.node zelk-log-service
+    lib{ohos_host,zelk_service_api,zelk_dbus}-"$version".so)
 # The newest symbol versions of the run-time libraries that a build may need, those of GCC 11 and glibc 2.34.
 NEWEST=(GLIBC_2.34 GLIBCXX_3.4.29 CXXABI_1.3.13)
 MOST_BYTES_OF_MODULE=400000
@@ -25,7 +26,8 @@ build_for() {
     local build=$pack/$1 lib=$pack/lib/linux-$1 triplet=$2 file
     shift 2
     cmake -S . -B "$build" -G Ninja --log-level=WARNING -DCMAKE_BUILD_TYPE=Release -DZELK_BUILD_TESTS=OFF \
-        -DZELK_STATIC_JSONCPP=ON -DCMAKE_CXX_COMPILER="$triplet-g++" -DCMAKE_CXX_FLAGS="$SECTIONS" \
+        -DZELK_BUILD_COMMAND=OFF -DZELK_STATIC_JSONCPP=ON -DCMAKE_COMPILE_WARNING_AS_ERROR=ON \
+        -DCMAKE_CXX_COMPILER="$triplet-g++" -DCMAKE_CXX_FLAGS="$SECTIONS" \
         -DCMAKE_SHARED_LINKER_FLAGS=-Wl,--gc-sections "$@"
     cmake --build "$build" --target zelklogservice zelk_testing zelk_dbus zelk-log-service
     mkdir -p "$lib"
@@ -40,15 +42,15 @@ build_for() {
 
 # Fails if a file needs anything that the package does not promise to need.
 check_needs() {
-    local file=$1 own='lib(ohos_host|zelk_service_api)\.so' runtime='lib(stdc\+\+|gcc_s|m|c)\.so\.[0-9]+|ld-linux-.*'
-    local systemd='' needed newest version
-    case $file in */libzelk_dbus.so | */zelk-log-service) systemd='|libsystemd\.so\.0' ;; esac
+    local file=$1 own="lib(ohos_host|zelk_service_api)-$version\.so" runtime='lib(stdc\+\+|gcc_s|m|c)\.so\.[0-9]+|ld-linux-.*'
+    local systemd='' needed newest used
+    case $file in */libzelk_dbus-*.so | */zelk-log-service) systemd='|libsystemd\.so\.0' ;; esac
     needed=$(readelf -d "$file" | sed -n 's/.*(NEEDED).*\[\(.*\)\]/\1/p' | grep -vxE "$own|$runtime$systemd" || true)
     [ -z "$needed" ] || fail "$file needs $needed"
     for newest in "${NEWEST[@]}"; do
-        version=$(readelf -V "$file" | grep -oE "\<${newest%%_*}_[0-9.]+" | sort -uV | tail -1)
-        printf '%s\n' "${version:-$newest}" "$newest" | sort -CV ||
-            fail "$file needs $version, which is newer than $newest: run \`make pack\` on Debian 12"
+        used=$(readelf -V "$file" | grep -oE "\<${newest%%_*}_[0-9.]+" | sort -uV | tail -1)
+        printf '%s\n' "${used:-$newest}" "$newest" | sort -CV ||
+            fail "$file needs $used, which is newer than $newest: run \`make pack\` on Debian 12"
     done
 }
 

@@ -1,4 +1,4 @@
-// The one function of libzelk_dbus.so; the client library looks it up by name.
+// The one function of libzelk_dbus; the client library looks it up by name.
 #include <chrono>
 #include <memory>
 #include <new>

@@ -6,7 +6,7 @@ namespace OHOS::Host {
 
 namespace {
 
-constexpr const char* LIBRARY = "libzelk_dbus.so";
+constexpr const char* LIBRARY = "libzelk_dbus-" ZELK_VERSION ".so";
 
 // The folder, with its slash, of the library that contains this code.
 std::string OwnFolder()

@@ -1,4 +1,4 @@
-// Opens libzelk_dbus.so, so that only programs that reach the log service over D-Bus pay for it.
+// Opens libzelk_dbus, so that only programs that reach the log service over D-Bus pay for it.
 #ifndef HOST_SERVICE_DBUS_LIBRARY_H
 #define HOST_SERVICE_DBUS_LIBRARY_H
 
@@ -8,7 +8,7 @@
 
 namespace OHOS::Host {
 
-// The function that libzelk_dbus.so exports under this name sets `source` to the proxies of the log service on the bus
+// The function that libzelk_dbus exports under this name sets `source` to the proxies of the log service on the bus
 // at `address`; it stays empty when memory is short. It does not connect. `onInvalid` is called, on any thread, each
 // time a proxy is asked for and libsystemd refuses the address.
 constexpr const char* DBUS_SOURCE_FUNCTION = "ZelkDbusProxySource";

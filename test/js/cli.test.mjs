@@ -222,7 +222,7 @@ test('a call without an answer ends, with one line and its own status', () => {
   assert.match(stderr, /^zelklogservice: .*nowhere.* does not exist: run .*\n$/);
 });
 
-const hasBus = existsSync(`${buildFolder}libzelk_dbus.so`);
+const hasBus = existsSync(`${buildFolder}zelk-log-service`);
 
 test('a call that hangs ends with its command, or with its time', { skip: !hasBus }, async () => {
   const server = createServer().listen(join(folder, 'bus')); // It accepts connections and sends nothing.

@@ -4,7 +4,7 @@ import { copyFileSync, mkdirSync, mkdtempSync, symlinkSync, writeFileSync } from
 import { createRequire } from 'node:module';
 import { join } from 'node:path';
 import { test } from 'node:test';
-import { buildFolder, root, runCode, temporaryFolder } from '../support/system.mjs';
+import { buildFolder, libraryName, root, runCode, temporaryFolder } from '../support/system.mjs';
 
 const require = createRequire(import.meta.url);
 const scratch = temporaryFolder();
@@ -30,7 +30,7 @@ function copy(where, files, more = {}) {
 }
 
 const OWN = `lib/linux-${process.arch}`;
-const LIBRARIES = ['zelklogservice.node', 'libohos_host.so', 'libzelk_service_api.so'];
+const LIBRARIES = ['zelklogservice.node', libraryName('ohos_host'), libraryName('zelk_service_api')];
 
 const run = (script, build = '') => runCode(script, { env: { ZELKLOGSERVICE_BUILD: build } });
 
@@ -70,7 +70,7 @@ const REFUSALS = [
     refusing('libgcc_s.so.1: cannot open shared object file: No such file or directory\nx'),
     'ERR_ZELK_LIBRARY', /libgcc_s\.so\.1 is missing: .*`apt-get install libgcc-s1`/, /^libgcc_s/],
   ['a library of the package missing', incomplete, '', 'ERR_ZELK_LOAD',
-    /libzelk_service_api\.so: cannot open.*install it anew/, /libzelk_service_api/],
+    /libzelk_service_api-[\d.]+\.so: cannot open.*install it anew/, /libzelk_service_api/],
   ['a file that is not a library', garbage, '', 'ERR_ZELK_LOAD',
     /cannot load .*zelklogservice\.node \(/, /./],
   ['an error of the module itself', whole, `const { dlopen } = process;

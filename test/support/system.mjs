@@ -1,11 +1,14 @@
 // Paths, folders and programs.
 import { spawnSync } from 'node:child_process';
-import { mkdtempSync, rmSync } from 'node:fs';
+import { mkdtempSync, readFileSync, rmSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import { fileURLToPath } from 'node:url';
 
 export const root = fileURLToPath(new URL('../../', import.meta.url));
 export const buildFolder = `${root}build/${process.env.ZELKLOGSERVICE_BUILD || 'release'}/`;
+
+export const { version } = JSON.parse(readFileSync(`${root}package.json`));
+export const libraryName = (name) => `lib${name}-${version}.so`;
 
 // Its path; it is removed with all that is in it when the process ends.
 export function temporaryFolder() {
