@@ -1,10 +1,12 @@
 // How the package loads: both kinds of import, worker threads, and the errors when it cannot.
 import assert from 'node:assert/strict';
-import { copyFileSync, mkdirSync, mkdtempSync, symlinkSync, writeFileSync } from 'node:fs';
+import {
+  copyFileSync, existsSync, mkdirSync, mkdtempSync, readFileSync, symlinkSync, writeFileSync,
+} from 'node:fs';
 import { createRequire } from 'node:module';
-import { join } from 'node:path';
+import { basename, join } from 'node:path';
 import { test } from 'node:test';
-import { buildFolder, libraryName, root, runCode, temporaryFolder } from '../support/system.mjs';
+import { buildFolder, libraryName, root, runCode, temporaryFolder, version } from '../support/system.mjs';
 
 const require = createRequire(import.meta.url);
 const scratch = temporaryFolder();
@@ -30,7 +32,9 @@ function copy(where, files, more = {}) {
 }
 
 const OWN = `lib/linux-${process.arch}`;
-const LIBRARIES = ['zelklogservice.node', libraryName('ohos_host'), libraryName('zelk_service_api')];
+const MODULE = 'zelklogservice.node';
+const LIBRARIES = [MODULE, libraryName('ohos_host'), libraryName('zelk_service_api')];
+const DBUS = libraryName('zelk_dbus');
 
 const run = (script, build = '') => runCode(script, { env: { ZELKLOGSERVICE_BUILD: build } });
 
@@ -103,3 +107,43 @@ test('a package uses its own libraries, and a checkout those of its build', () =
   assert.equal(run(loads(unbuilt)).stdout, 'function\n');
   assert.match(run(loads(checkout), 'nowhere').stderr, /nowhere.* does not exist/);
 });
+
+// A package whose libraries are files of its own, as those of that version.
+function packageOf(number) {
+  const folder = copy(OWN, []);
+  for (const file of [...LIBRARIES, DBUS].filter((name) => existsSync(join(buildFolder, name)))) {
+    const content = readFileSync(join(buildFolder, file), 'latin1');
+    const renamed = content.replaceAll(`-${version}.so`, `-${number}.so`);
+    writeFileSync(join(folder, OWN, file.replace(version, number)), renamed, 'latin1');
+  }
+  return folder;
+}
+
+const otherVersion = version.replace(/\d/, (digit) => 9 - digit);
+const ofOtherVersion = (name) => name.replace(version, otherVersion);
+const packages = [version, version, otherVersion].map(packageOf);
+const withBus = existsSync(join(buildFolder, DBUS)) ? [...LIBRARIES, DBUS] : LIBRARIES;
+
+// Each: the log service, whether the modem log is on, by each package, and the libraries that are loaded.
+for (const [service, status, libraries] of [
+  ['embedded', [true, true, false], LIBRARIES],
+  ['unix:path=/nonexistent', [null, null, null], withBus],
+]) {
+  test(`in one process, two versions share nothing, and two copies of one version share: ${service}`, () => {
+    const script = `const packages = ${JSON.stringify(packages)}.map((path) => require(path));
+      (async () => {
+        await packages[0].handleModemLogSwitch(true, []).catch(() => {});
+        const answers = await Promise.allSettled(packages.map((each) => each.getModemLogStatus()));
+        const status = answers.map(({ value }) => value);
+        const files = require('fs').readFileSync('/proc/self/maps', 'utf8').match(/\\/.*/g);
+        console.log(JSON.stringify({ status, files }));
+      })();`;
+    const env = { ZELK_LOG_SERVICE: service, ZELKLOGSERVICE_BUILD: '' };
+    const { stdout, stderr } = runCode(script, { env });
+    const seen = JSON.parse(stdout || assert.fail(stderr));
+    assert.deepEqual(seen.status, status);
+    const loaded = packages.map((folder) => seen.files.filter((file) => file.startsWith(folder)));
+    const names = loaded.map((files) => [...new Set(files)].map((file) => basename(file)).sort());
+    assert.deepEqual(names, [[...libraries].sort(), [MODULE], libraries.map(ofOtherVersion).sort()]);
+  });
+}
