@@ -39,7 +39,7 @@ test: ## build and run all tests
 	@$(configure) -DZELK_BUILD_TESTS=ON -DZELK_BUILD_COMMAND=ON -DCMAKE_COMPILE_WARNING_AS_ERROR=ON
 	@cmake --build --preset release
 	@ctest --preset release
-	@node --test test/js/*.test.mjs
+	@./scripts/js_tests.sh test/js/*.test.mjs
 
 # What is installed is always the release build.
 tests_of_any_build := $(filter-out test/js/install.test.mjs,$(wildcard test/js/*.test.mjs))
@@ -49,7 +49,7 @@ device: ## build and test with the compiler, the libraries and the flags of a de
 	@cmake --preset device --log-level=WARNING
 	@cmake --build --preset device
 	@ctest --preset device
-	@ZELKLOGSERVICE_BUILD=device node --test $(tests_of_any_build)
+	@ZELKLOGSERVICE_BUILD=device ./scripts/js_tests.sh $(tests_of_any_build)
 
 arm: arm64 armhf ## build for the processors of devices, and run the tests in an emulator
 
