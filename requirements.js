@@ -83,8 +83,17 @@ function notLinked(file, reason, error) {
     '): build or install it anew on this machine', error);
 }
 
+function addonsSwitchedOff(error) {
+  return plainError('ERR_ZELK_ADDONS_OFF', 'is a native addon, and ' + (process.permission
+    ? 'the permission model of Node.js switches these off: start Node.js with --allow-addons'
+    : '--no-addons switches these off: start Node.js without this option'), error);
+}
+
 function notLoaded(file, error) {
   var reason = String(error && error.message).split('\n')[0];
+  if (error && error.code === 'ERR_DLOPEN_DISABLED') {
+    return addonsSwitchedOff(error);
+  }
   if (error && error.code === 'ERR_DLOPEN_FAILED') {
     return notLinked(file, reason, error);
   }

@@ -6,7 +6,7 @@ import {
 import { createRequire } from 'node:module';
 import { basename, join } from 'node:path';
 import { test } from 'node:test';
-import { buildFolder, libraryName, root, runCode, temporaryFolder, version } from '../support/system.mjs';
+import { buildFolder, libraryName, root, run, temporaryFolder, version } from '../support/system.mjs';
 
 const require = createRequire(import.meta.url);
 const scratch = temporaryFolder();
@@ -36,7 +36,8 @@ const MODULE = 'zelklogservice.node';
 const LIBRARIES = [MODULE, libraryName('ohos_host'), libraryName('zelk_service_api')];
 const DBUS = libraryName('zelk_dbus');
 
-const run = (script, build = '') => runCode(script, { env: { ZELKLOGSERVICE_BUILD: build } });
+const runNode = (script, build = '', options = []) =>
+  run(process.execPath, [...options, '-e', script], { env: { ZELKLOGSERVICE_BUILD: build } });
 
 const patched = (what) => `Object.defineProperty(process, ${what});`;
 const refusing = (reason) => `process.dlopen = () => {
@@ -48,8 +49,11 @@ const garbage = copy(OWN, [], { [`${OWN}/zelklogservice.node`]: 'x' });
 const incomplete = copy(OWN, []);
 copyFileSync(join(buildFolder, 'zelklogservice.node'), join(incomplete, OWN, 'zelklogservice.node'));
 
+const PERMISSION =
+  ['--permission', '--experimental-permission'].find((name) => process.allowedNodeEnvironmentFlags.has(name));
+
 // Each: what is wrong, the folder to load, what is set up before, the code and text of the error, and that of
-// its cause where the loader or the module itself threw one.
+// its cause where the loader or the module itself threw one; options of Node.js.
 const REFUSALS = [
   ['another platform', whole, patched(`'platform', { value: 'darwin' }`), 'ERR_ZELK_PLATFORM',
     /Linux only, and this is darwin/],
@@ -80,13 +84,18 @@ const REFUSALS = [
   ['an error of the module itself', whole, `const { dlopen } = process;
     process.dlopen = (module, file) => dlopen({ exports: Object.freeze({}) }, file);`,
   'ERR_ZELK_INIT', /was loaded, but could not set itself up \(Unknown failure\)$/, /^Unknown failure$/],
+  ['addons switched off', whole, '', 'ERR_ZELK_ADDONS_OFF',
+    /--no-addons .*without/, /disabled/, ['--no-addons']],
+  ['the permission model', whole, '', 'ERR_ZELK_ADDONS_OFF',
+    /permission model.*with --allow-addons$/, /disabled/, [PERMISSION, '--allow-fs-read=*']],
 ];
 
-for (const [what, folder, before, code, message, cause = /^undefined$/] of REFUSALS) {
-  test(`says in one line what is wrong: ${what}`, () => {
-    const { stdout, stderr } = run(`${before} try { require(${JSON.stringify(folder)}) } catch (error) {
+for (const [what, folder, before, code, message, cause = /^undefined$/, options = []] of REFUSALS) {
+  const skip = options.includes(undefined) && 'this Node.js lacks it';
+  test(`says in one line what is wrong: ${what}`, { skip }, () => {
+    const { stdout, stderr } = runNode(`${before} try { require(${JSON.stringify(folder)}) } catch (error) {
       const { code, message, stack, cause } = error;
-      console.log(JSON.stringify({ code, message, stack, cause: String(cause?.message) })) }`);
+      console.log(JSON.stringify({ code, message, stack, cause: String(cause?.message) })) }`, '', options);
     const error = JSON.parse(stdout || 'null');
     assert.equal(error?.code, code, stderr);
     assert.match(error.message, message);
@@ -101,11 +110,11 @@ test('a package uses its own libraries, and a checkout those of its build', () =
   mkdirSync(join(checkout, OWN), { recursive: true });
   writeFileSync(join(checkout, OWN, 'zelklogservice.node'), 'of an older package');
   const loads = (folder) => `console.log(typeof require(${JSON.stringify(folder)}).getModemLogStatus)`;
-  assert.equal(run(loads(whole), 'nowhere').stdout, 'function\n');
-  assert.equal(run(loads(checkout)).stdout, 'function\n');
+  assert.equal(runNode(loads(whole), 'nowhere').stdout, 'function\n');
+  assert.equal(runNode(loads(checkout)).stdout, 'function\n');
   const unbuilt = copy(OWN, LIBRARIES, { 'CMakeLists.txt': '' });
-  assert.equal(run(loads(unbuilt)).stdout, 'function\n');
-  assert.match(run(loads(checkout), 'nowhere').stderr, /nowhere.* does not exist/);
+  assert.equal(runNode(loads(unbuilt)).stdout, 'function\n');
+  assert.match(runNode(loads(checkout), 'nowhere').stderr, /nowhere.* does not exist/);
 });
 
 // A package whose libraries are files of its own, as those of that version.
@@ -138,8 +147,7 @@ for (const [service, status, libraries] of [
         const files = require('fs').readFileSync('/proc/self/maps', 'utf8').match(/\\/.*/g);
         console.log(JSON.stringify({ status, files }));
       })();`;
-    const env = { ZELK_LOG_SERVICE: service, ZELKLOGSERVICE_BUILD: '' };
-    const { stdout, stderr } = runCode(script, { env });
+    const { stdout, stderr } = runNode(`process.env.ZELK_LOG_SERVICE = '${service}'; ${script}`);
     const seen = JSON.parse(stdout || assert.fail(stderr));
     assert.deepEqual(seen.status, status);
     const loaded = packages.map((folder) => seen.files.filter((file) => file.startsWith(folder)));
