@@ -62,7 +62,7 @@ function checkFormat() {
 }
 
 function checkBundle() {
-  const { version, segment, component } = JSON.parse(read('bundle.json'));
+  const { segment, component } = JSON.parse(read('bundle.json'));
   const [, target] = /^ohos_shared_library\("(\w+)"\)/m.exec(gn) ?? [];
   const components = gnStrings('external_deps').map((dependency) => dependency.split(':')[0]);
   compare('bundle.json: component.deps.components', component.deps.components, components);
@@ -70,7 +70,6 @@ function checkBundle() {
   compare('bundle.json: component.build.sub_component', component.build.sub_component, built);
   compare('bundle.json: component.name', [component.name], gnStrings('part_name'));
   compare('bundle.json: component.subsystem', [component.subsystem], gnStrings('subsystem_name'));
-  compare('bundle.json: version', [version], [JSON.parse(read('package.json')).version]);
 }
 
 checkIncludes();

@@ -7,7 +7,7 @@ import { spawnSync } from 'node:child_process';
 import { existsSync, readdirSync, readFileSync, symlinkSync, writeFileSync } from 'node:fs';
 import { dirname, join } from 'node:path';
 import { test } from 'node:test';
-import { root, temporaryFolder } from '../support/system.mjs';
+import { root, temporaryFolder, version } from '../support/system.mjs';
 
 const build = process.env.ZELKLOGSERVICE_BUILD || 'release';
 const read = (document) => readFileSync(join(root, document), 'utf8');
@@ -40,6 +40,14 @@ test('links lead somewhere', () => {
       assert.ok(existsSync(join(root, dirname(document), link)), `${document}: ${link}`);
     }
   }
+});
+
+test('the version is that of package.json', () => {
+  const { version: inLock, packages } = JSON.parse(read('package-lock.json'));
+  const { version: inBundle } = JSON.parse(read('bundle.json'));
+  const [, inChangelog] = /^## (\d\S*) - /m.exec(read('CHANGELOG.md'));
+  const versions = { inLock, inPackageOfLock: packages[''].version, inBundle, inChangelog };
+  assert.deepEqual(versions, Object.fromEntries(Object.keys(versions).map((place) => [place, version])));
 });
 
 test('the tables list the functions in order', async () => {
