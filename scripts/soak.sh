@@ -26,5 +26,5 @@ soak flat.mjs malformed 20000
 cmake --build --preset release
 export ZELK_FAULT_PAIR_REACH=1000 ZELK_HOSTILE_RUNS=5000 ZELK_ENVIRONMENT_ROUNDS=150 ZELK_SERVICE_FAULT_ROUNDS=20
 for test in test/js/2[0-9]_*.test.mjs; do
-  node --test "$test"
+  LIMIT=21600 scripts/js_tests.sh "$test"
 done
