@@ -3,6 +3,7 @@
 // The testing kit; testing.d.ts is its manual. Every object that a test gets is created here and so belongs
 // to the realm that loaded this file: some test runners give each test file its own realm.
 
+const { Buffer, constants } = require('buffer');
 const { inspect, types } = require('util');
 const addon = require('./library.js').load('zelk_testing.node');
 
@@ -51,6 +52,15 @@ function kindOf(value) {
 
 const isText = (value) => typeof value === 'string' || types.isUint8Array(value);
 
+// A text that no runtime could make a string of would never reach the caller.
+function checkLength(operation, text) {
+  const size = typeof text === 'string' ? Buffer.byteLength(text) : text.length;
+  if (size > constants.MAX_STRING_LENGTH) {
+    throw new RangeError(`the handler of ${operation} must answer texts of at most ` +
+      `${constants.MAX_STRING_LENGTH} bytes, not ${size}`);
+  }
+}
+
 const IS_ANSWER = {
   'a boolean': (value) => typeof value === 'boolean',
   'a string': isText,
@@ -65,6 +75,9 @@ function checkedAnswer(operation, value) {
   if (!IS_ANSWER[wanted](value)) {
     throw mistake(kindOf(value));
   }
+  if (isText(value)) {
+    checkLength(operation, value);
+  }
   if (!Array.isArray(value)) {
     return value;
   }
@@ -74,6 +87,7 @@ function checkedAnswer(operation, value) {
     if (!isText(text)) {
       throw mistake(`${kindOf(text)} as element ${i}`);
     }
+    checkLength(operation, text);
     texts.push(text);
   }
   return texts;
@@ -125,7 +139,7 @@ function checkedHandlers(handlers) {
   for (const name of new Set([...Object.keys(handlers), ...Object.keys(OPERATIONS)])) {
     const handler = handlers[name];
     checkHandler(name, handler);
-    checked.set(name, handler?.bind(handlers));
+    checked.set(name, handler && ((...args) => Reflect.apply(handler, handlers, args)));
   }
   return checked;
 }
@@ -137,12 +151,19 @@ function checkedTimeout(options) {
   const timeout = options.timeout === undefined ? DEFAULT_TIMEOUT : options.timeout;
   if (typeof timeout !== 'number' || !(timeout >= 1 && timeout <= INT32.most)) {
     throw new RangeError(
-      `options.timeout is a number of milliseconds from 1 to ${INT32.most}, not ${inspect(timeout)}`);
+      `options.timeout is a number of milliseconds from 1 to ${INT32.most}, not ${textOf(timeout)}`);
   }
   return timeout;
 }
 
-const textOf = (error) => (types.isNativeError(error) ? String(error) : inspect(error));
+// What a test throws may itself throw when it is shown.
+function textOf(value) {
+  try {
+    return types.isNativeError(value) ? String(value) : inspect(value);
+  } catch {
+    return 'something that cannot be shown';
+  }
+}
 
 const copied = (value) => (Array.isArray(value) ? Array.from(value) : value);
 
@@ -151,7 +172,17 @@ function logService(handlers = {}, options = {}) {
   const timeout = checkedTimeout(options);
   const requests = [];
   const errors = [];
+  const unlisted = [];
   let isRestored = false;
+
+  // Keeps a mistake for restore(), also when the test has frozen the list that shows it.
+  function report(error) {
+    try {
+      errors.push(error);
+    } catch {
+      unlisted.push(error);
+    }
+  }
 
   // Ends one call with a code and, unless `value` is undefined, an answer.
   function answer(id, operation, code, value) {
@@ -159,7 +190,7 @@ function logService(handlers = {}, options = {}) {
     try {
       sent = value === undefined ? undefined : checkedAnswer(operation, value);
     } catch (error) {
-      errors.push(error);
+      report(error);
       addon.answer(native, id, CODE_WRONG_ANSWER);
       return;
     }
@@ -168,24 +199,34 @@ function logService(handlers = {}, options = {}) {
 
   // Ends one call whose handler has thrown.
   function fail(id, operation, thrown) {
-    let error = thrown;
+    let code;
+    let value;
     try {
-      if (isObject(thrown) && thrown[BRAND]) {
-        checkCode(thrown.code);
-        answer(id, operation, thrown.code, thrown.answer);
-        return;
+      if (!isObject(thrown) || !thrown[BRAND]) {
+        throw thrown;
       }
-    } catch (mistake) {
-      error = mistake;
+      ({ code, answer: value } = thrown);
+      checkCode(code);
+    } catch (error) {
+      report(error);
+      addon.answer(native, id, CODE_HANDLER_FAILED);
+      return;
     }
-    errors.push(error);
-    addon.answer(native, id, CODE_HANDLER_FAILED);
+    answer(id, operation, code, value);
+  }
+
+  function note(operation, args) {
+    try {
+      requests.push({ operation, args });
+    } catch {
+      report(new TypeError(`service.requests is frozen: a request for ${operation} is missing there`));
+    }
   }
 
   // Called for each request. A handler gets copies of the lists: it cannot change what is kept.
   function serve(id, operation, ...given) {
     const args = given.map(copied);
-    requests.push({ operation, args });
+    note(operation, args);
     const handler = handlerOf.get(operation);
     if (handler === undefined) {
       addon.passOn(native, id);
@@ -201,7 +242,7 @@ function logService(handlers = {}, options = {}) {
       return;
     }
     if (isLate) {
-      Promise.resolve(value)
+      new Promise((resolve) => resolve(value))
         .then((late) => answer(id, operation, 0, late), (error) => fail(id, operation, error));
     } else {
       answer(id, operation, 0, value);
@@ -223,9 +264,10 @@ function logService(handlers = {}, options = {}) {
         'a later log service is in front of this one: restore that one first');
     }
     isRestored = true;
-    if (errors.length > 0) {
-      const texts = errors.map(textOf).join('; ');
-      throw new AggregateError(errors, `handlers of the log service failed: ${texts}`);
+    const all = [...errors, ...unlisted];
+    if (all.length > 0) {
+      const texts = all.map(textOf).join('; ');
+      throw new AggregateError(all, `handlers of the log service failed: ${texts}`);
     }
   }
 
@@ -286,7 +328,7 @@ function tokenOf(caller) {
     return caller.systemApplication ? SYSTEM_APPLICATION : OTHER_APPLICATION;
   }
   throw new TypeError('a caller must be { systemApplication: boolean }, a full token id as a bigint, or ' +
-    `null, not ${inspect(caller)}`);
+    `null, not ${textOf(caller)}`);
 }
 
 function setCaller(caller) {

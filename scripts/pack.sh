@@ -9,7 +9,7 @@ cd "$(dirname "$0")/.."
 pack=$PWD/build/pack
 version=$(node -p 'require("./package.json").version')
 ARTEFACTS=(zelklogservice.node zelk_testing.node zelk-log-service
-    lib{ohos_host,zelk_service_api,zelk_dbus}-"$version".so)
+    lib{ohos_host,zelk_service_api,zelk_testing_state,zelk_dbus}-"$version".so)
 # The newest symbol versions of the run-time libraries that a build may need, those of GCC 11 and glibc 2.34.
 NEWEST=(GLIBC_2.34 GLIBCXX_3.4.29 CXXABI_1.3.13)
 MOST_BYTES_OF_MODULE=400000
@@ -42,7 +42,7 @@ build_for() {
 
 # Fails if a file needs anything that the package does not promise to need.
 check_needs() {
-    local file=$1 own="lib(ohos_host|zelk_service_api)-$version\.so" runtime='lib(stdc\+\+|gcc_s|m|c)\.so\.[0-9]+|ld-linux-.*'
+    local file=$1 own="lib(ohos_host|zelk_service_api|zelk_testing_state)-$version\.so" runtime='lib(stdc\+\+|gcc_s|m|c)\.so\.[0-9]+|ld-linux-.*'
     local systemd='' needed newest used
     case $file in */libzelk_dbus-*.so | */zelk-log-service) systemd='|libsystemd\.so\.0' ;; esac
     needed=$(readelf -d "$file" | sed -n 's/.*(NEEDED).*\[\(.*\)\]/\1/p' | grep -vxE "$own|$runtime$systemd" || true)

@@ -5,12 +5,12 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
-#include <unistd.h>
 #include <utility>
 #include <vector>
 
 #include "caller.h"
 #include "environment.h"
+#include "exit_watch.h"
 #include "handler_service.h"
 #include "js_value.h"
 #include "log_captures.h"
@@ -77,26 +77,6 @@ bool Boolean(napi_env env, napi_value value)
     return isTrue;
 }
 
-// When the process ends, Node.js waits for its pool and runs no JavaScript meanwhile. `process` is the real one, not
-// the one that a test runner may give its tests.
-void EndServicesAtExit(napi_env env)
-{
-    napi_value global = nullptr;
-    napi_value process = nullptr;
-    napi_value on = nullptr;
-    std::array<napi_value, 2> arguments{};
-    const auto end = [](napi_env, napi_callback_info) -> napi_value {
-        ServiceStack::Instance().EndAll();
-        return nullptr;
-    };
-    napi_get_global(env, &global);
-    napi_get_named_property(env, global, "process", &process);
-    napi_get_named_property(env, process, "on", &on);
-    napi_create_string_utf8(env, "exit", NAPI_AUTO_LENGTH, &arguments[0]);
-    napi_create_function(env, "endServices", NAPI_AUTO_LENGTH, end, nullptr, &arguments[1]);
-    napi_call_function(env, process, on, arguments.size(), arguments.data(), nullptr);
-}
-
 std::shared_ptr<Environment> TheEnvironment(napi_env env)
 {
     void* data = nullptr;
@@ -105,8 +85,8 @@ std::shared_ptr<Environment> TheEnvironment(napi_env env)
     if (!instance.environment) {
         instance.environment =
             Environment::Create(env, [](Environment& ended) { ServiceStack::Instance().RemoveAllOf(ended); });
-        if (instance.environment && gettid() == getpid()) {
-            EndServicesAtExit(env);
+        if (instance.environment) {
+            WatchExit(env);
         }
     }
     return instance.environment;

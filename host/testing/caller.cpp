@@ -1,7 +1,9 @@
 #include "caller.h"
 
+#include <algorithm>
 #include <mutex>
 #include <thread>
+#include <vector>
 
 #include "calling_token.h"
 
@@ -9,25 +11,49 @@ namespace OHOS::Host {
 
 namespace {
 
-std::mutex g_mutex;      // Guards the order of changes.
-std::thread::id g_giver; // The thread whose token is in force; none while it is the environment's.
+struct Given {
+    std::thread::id giver;
+    std::optional<uint64_t> token;
+};
+
+// Never destroyed: workers may outlive static objects.
+struct Callers {
+    std::mutex mutex;         // Guards everything below, and the order of changes.
+    std::vector<Given> given; // The last call of each thread that lives, in the order of the calls.
+};
+
+Callers& TheCallers()
+{
+    static auto* const callers = new Callers;
+    return *callers;
+}
+
+// With the lock held.
+void RemoveOwn(std::vector<Given>& given)
+{
+    const auto isOwn = [](const Given& one) {
+        return one.giver == std::this_thread::get_id();
+    };
+    given.erase(std::remove_if(given.begin(), given.end(), isOwn), given.end());
+}
 
 } // namespace
 
 void SetCaller(std::optional<uint64_t> token)
 {
-    const std::lock_guard<std::mutex> lock(g_mutex);
-    g_giver = token ? std::this_thread::get_id() : std::thread::id();
+    Callers& callers = TheCallers();
+    const std::lock_guard<std::mutex> lock(callers.mutex);
+    RemoveOwn(callers.given);
+    callers.given.push_back({std::this_thread::get_id(), token});
     SetCallingToken(token);
 }
 
 void ForgetCallerOfThisThread()
 {
-    const std::lock_guard<std::mutex> lock(g_mutex);
-    if (g_giver == std::this_thread::get_id()) {
-        g_giver = std::thread::id();
-        SetCallingToken(std::nullopt);
-    }
+    Callers& callers = TheCallers();
+    const std::lock_guard<std::mutex> lock(callers.mutex);
+    RemoveOwn(callers.given);
+    SetCallingToken(callers.given.empty() ? std::nullopt : callers.given.back().token);
 }
 
 } // namespace OHOS::Host

@@ -7,12 +7,12 @@
 
 namespace OHOS::Host {
 
-// Makes `token` the process's full token id; without a value it is the environment's again. The last call wins,
-// whichever thread made it.
-void SetCaller(std::optional<uint64_t> token);
+// Makes `token` the process's full token id; without a value it is that of OHOS_FULL_TOKEN_ID again. The last call
+// wins, whichever thread made it.
+__attribute__((visibility("default"))) void SetCaller(std::optional<uint64_t> token);
 
-// Restores the environment's identity if the last call was made by this thread.
-void ForgetCallerOfThisThread();
+// This thread's calls do not count any more: the last call of the others holds, and without one OHOS_FULL_TOKEN_ID.
+__attribute__((visibility("default"))) void ForgetCallerOfThisThread();
 
 } // namespace OHOS::Host
 

@@ -12,6 +12,11 @@ using Clock = std::chrono::steady_clock;
 // How soon the end of an environment is noticed.
 constexpr std::chrono::milliseconds PING_INTERVAL{25};
 
+HandlerService::Reply OnlyCode(int32_t code)
+{
+    return {code, {}, false};
+}
+
 } // namespace
 
 HandlerService::HandlerService(std::shared_ptr<Environment> environment, Handler handler, sptr<Service> fallback,
@@ -20,14 +25,20 @@ HandlerService::HandlerService(std::shared_ptr<Environment> environment, Handler
 {
 }
 
+// With the service's lock held.
+void HandlerService::Waiting::End(Reply with)
+{
+    reply = std::move(with);
+    isAnswered = true;
+    changed.notify_one();
+}
+
 void HandlerService::Answer(uint64_t id, Reply reply)
 {
     const std::lock_guard<std::mutex> lock(mutex_);
     const auto found = waiting_.find(id);
     if (found != waiting_.end()) {
-        found->second->reply = std::move(reply);
-        found->second->isAnswered = true;
-        found->second->changed.notify_one();
+        found->second->End(std::move(reply));
         waiting_.erase(found);
     }
 }
@@ -37,9 +48,7 @@ void HandlerService::End()
     const std::lock_guard<std::mutex> lock(mutex_);
     hasEnded_ = true;
     for (const auto& [id, waiting] : waiting_) {
-        waiting->reply = {CODE_GONE, {}, false};
-        waiting->isAnswered = true;
-        waiting->changed.notify_one();
+        waiting->End(OnlyCode(CODE_GONE));
     }
     waiting_.clear();
 }
@@ -53,7 +62,7 @@ bool HandlerService::IsOpen()
 template <typename Out, typename Ask>
 int32_t HandlerService::Call(Request request, Out& out, Ask ask)
 {
-    Reply reply = Wait(std::move(request));
+    Reply reply = ReplyTo(std::move(request));
     if (reply.isFallback) {
         return ask(*fallback_);
     }
@@ -63,35 +72,48 @@ int32_t HandlerService::Call(Request request, Out& out, Ask ask)
     return reply.code;
 }
 
-HandlerService::Reply HandlerService::Wait(Request request)
+HandlerService::Reply HandlerService::ReplyTo(Request request)
 {
     const auto deadline = Clock::now() + std::chrono::duration_cast<Clock::duration>(limit_);
     Waiting waiting;
-    std::unique_lock<std::mutex> lock(mutex_);
-    if (hasEnded_) {
-        return {CODE_GONE, {}, false};
-    }
-    const uint64_t id = ++lastId_;
-    waiting_.emplace(id, &waiting);
-    lock.unlock();
+    const uint64_t id = Enlist(waiting);
+    Post(id, std::move(request));
+    return Wait(id, waiting, deadline);
+}
 
+uint64_t HandlerService::Enlist(Waiting& waiting)
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    const uint64_t id = ++lastId_;
+    if (hasEnded_) {
+        waiting.End(OnlyCode(CODE_GONE));
+    } else {
+        waiting_.emplace(id, &waiting);
+    }
+    return id;
+}
+
+void HandlerService::Post(uint64_t id, Request request)
+{
     const sptr<HandlerService> self(this); // The task may run after this call has ended.
     const bool isPosted = environment_->Post([self, id, request = std::move(request)](napi_env env) {
         if (self->IsOpen()) {
             self->handler_(env, id, request);
         }
     });
-
-    lock.lock();
     if (!isPosted) {
-        waiting_.erase(id);
-        return {CODE_GONE, {}, false};
+        Answer(id, OnlyCode(CODE_GONE));
     }
+}
+
+HandlerService::Reply HandlerService::Wait(uint64_t id, Waiting& waiting, Clock::time_point deadline)
+{
+    std::unique_lock<std::mutex> lock(mutex_);
     while (!waiting.isAnswered) {
         const auto now = Clock::now();
         if (now >= deadline) {
             waiting_.erase(id);
-            return {CODE_LATE, {}, false};
+            return OnlyCode(CODE_LATE);
         }
         if (waiting.changed.wait_until(lock, std::min(deadline, now + PING_INTERVAL)) == std::cv_status::timeout) {
             lock.unlock();

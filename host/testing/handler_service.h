@@ -13,14 +13,14 @@
 #include <vector>
 
 #include "environment.h"
-#include "js_value.h"
+#include "value.h"
 #include "zelk_service_api/i_zelk_log_service.h"
 
 namespace OHOS::Host {
 
 // Every operation may be called from any thread but the JavaScript thread. It posts its request there and waits for the
 // answer, but not longer than the time limit.
-class HandlerService : public HiviewDFX::IZelkLogService {
+class __attribute__((visibility("default"))) HandlerService : public HiviewDFX::IZelkLogService {
 public:
     using Service = HiviewDFX::IZelkLogService;
 
@@ -77,6 +77,8 @@ public:
 private:
     // A thread that waits for the answer to its call.
     struct Waiting {
+        void End(Reply with);
+
         std::condition_variable changed;
         bool isAnswered = false;
         Reply reply;
@@ -85,8 +87,12 @@ private:
     // Returns the code and writes the answer to `out`; if the fallback answers, calls `ask` with it.
     template <typename Out, typename Ask>
     int32_t Call(Request request, Out& out, Ask ask);
-    Reply Wait(Request request);
+    // What the handler answers.
+    Reply ReplyTo(Request request);
+    // The id under which `waiting` can be answered from now on.
+    uint64_t Enlist(Waiting& waiting);
     void Post(uint64_t id, Request request);
+    Reply Wait(uint64_t id, Waiting& waiting, std::chrono::steady_clock::time_point deadline);
     bool IsOpen();
 
     const std::shared_ptr<Environment> environment_;

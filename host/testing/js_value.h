@@ -1,17 +1,14 @@
-// The values in requests and answers, and their JavaScript form.
+// The JavaScript form of the values in requests and answers.
 #ifndef HOST_TESTING_JS_VALUE_H
 #define HOST_TESTING_JS_VALUE_H
 
-#include <cstdint>
 #include <string>
-#include <variant>
-#include <vector>
 
 #include <node_api.h>
 
-namespace OHOS::Host {
+#include "value.h"
 
-using Value = std::variant<std::monostate, bool, int64_t, std::string, std::vector<std::string>>;
+namespace OHOS::Host {
 
 // A boolean, a bigint, a string, an array of strings, or undefined; null when the runtime refuses.
 napi_value ToJs(napi_env env, const Value& value);

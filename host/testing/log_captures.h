@@ -12,7 +12,7 @@
 namespace OHOS::Host {
 
 // Any thread may call any method.
-class LogCaptures {
+class __attribute__((visibility("default"))) LogCaptures {
 public:
     // The lines of one capture that have not been taken yet; ended by its owner's end at the latest.
     struct Capture {

@@ -1,6 +1,7 @@
 #include "service_stack.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "zelk_service_api/proxy_source.h"
 
@@ -72,6 +73,12 @@ void ServiceStack::EndAll()
     for (const Entry& entry : entries_) {
         entry.service->End();
     }
+}
+
+bool ServiceStack::ClaimExit()
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return !std::exchange(isExitClaimed_, true);
 }
 
 std::vector<ServiceStack::Entry>::iterator ServiceStack::Find(const sptr<HandlerService>& service)

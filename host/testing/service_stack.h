@@ -10,8 +10,8 @@
 namespace OHOS::Host {
 
 // The services of one environment, each in front of the one before it; the last one is in force. While there is none,
-// the process has its own service. Any thread may call any method.
-class ServiceStack {
+// the process has its own service. There is one stack in a process. Any thread may call any method.
+class __attribute__((visibility("default"))) ServiceStack {
 public:
     static ServiceStack& Instance();
 
@@ -31,6 +31,9 @@ public:
     // else.
     void EndAll();
 
+    // True once: for the one that makes the process call EndAll at its end.
+    bool ClaimExit();
+
 private:
     struct Entry {
         sptr<HandlerService> service;
@@ -44,6 +47,7 @@ private:
     std::mutex mutex_; // Guards everything below.
     std::vector<Entry> entries_;
     bool hasEnded_ = false;
+    bool isExitClaimed_ = false;
 };
 
 } // namespace OHOS::Host
