@@ -120,6 +120,16 @@ Object.defineProperties(ServiceError.prototype, {
   [BRAND]: { value: true },
 });
 
+// What a ServiceError asks for, each part read once. Throws whatever else a handler has thrown.
+function checkedFailure(thrown) {
+  if (!isObject(thrown) || !thrown[BRAND]) {
+    throw thrown;
+  }
+  const { code, answer: value } = thrown;
+  checkCode(code);
+  return { code, value };
+}
+
 function checkHandler(name, handler) {
   if (!Object.prototype.hasOwnProperty.call(OPERATIONS, name)) {
     const known = Object.keys(OPERATIONS).join(', ');
@@ -199,20 +209,15 @@ function logService(handlers = {}, options = {}) {
 
   // Ends one call whose handler has thrown.
   function fail(id, operation, thrown) {
-    let code;
-    let value;
+    let failure;
     try {
-      if (!isObject(thrown) || !thrown[BRAND]) {
-        throw thrown;
-      }
-      ({ code, answer: value } = thrown);
-      checkCode(code);
+      failure = checkedFailure(thrown);
     } catch (error) {
       report(error);
       addon.answer(native, id, CODE_HANDLER_FAILED);
       return;
     }
-    answer(id, operation, code, value);
+    answer(id, operation, failure.code, failure.value);
   }
 
   function note(operation, args) {

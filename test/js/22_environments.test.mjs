@@ -85,13 +85,24 @@ const SLOW = `${CALL_ALL}
   times(3, () => zelk.getModemLogStatus().then(() => console.log(++answers)));
   zelk.getTcpdumpStatus(() => console.log(++answers));`;
 
+const WAIT = `kit.handle('GetTcpdumpStatus', () => new Promise(() => {}));
+  times(8, () => zelk.getTcpdumpStatus());`;
+
 for (const [how, status, out, code] of [
   ['by process.exit()', 7, '', `${SLOW} process.exit(7);`],
   ['by itself', 0, '1\n2\n3\n4\n', SLOW],
   ['by an uncaught error', 1, '', `${SLOW} process.nextTick(() => { throw new Error('own'); });`],
   ['by process.exit() in a callback', 5, '',
-    `${CALL_ALL} kit.handle('GetTcpdumpStatus', () => new Promise(() => {}));
-    zelk.getModemLogStatus(() => process.exit(5)); times(8, () => zelk.getTcpdumpStatus());`],
+    `${CALL_ALL} zelk.getModemLogStatus(() => process.exit(5)); ${WAIT}`],
+  ['by process.exit() with no listener left', 4, '',
+    `${CALL_ALL} ${WAIT} process.removeAllListeners(); process.exit(4);`],
+  ['by process.exit() of which a listener throws', 1, '',
+    `${CALL_ALL} ${WAIT} process.prependListener('exit', () => { throw new Error('own'); });
+    process.exit(1);`],
+  ['by process.exit() with the emit of before', 4, '',
+    `${CALL_ALL} ${WAIT} delete process.emit; process.exit(4);`],
+  ['by itself after an exit that was none', 0, 'true\n',
+    `${CALL_ALL} process.emit('exit', 0); console.log((await callAll())[3]);`],
   ['after process.exit() in a worker', 0, 'end\n',
     "await worker('zelk.getModemLogStatus(); process.exit(3);'); console.log('end');"],
   ['by process.exit() with a worker calling', 4, '',

@@ -1,17 +1,21 @@
 // zelklogservice/testing against its manual, with the module as built for users.
 import assert from 'node:assert/strict';
-import { once } from 'node:events';
-import { readFileSync } from 'node:fs';
+import { constants } from 'node:buffer';
+import { EventEmitter, once } from 'node:events';
+import { copyFileSync, cpSync, mkdirSync, readFileSync, readdirSync } from 'node:fs';
 import { createRequire } from 'node:module';
 import { afterEach, test } from 'node:test';
+import { setTimeout as sleep } from 'node:timers/promises';
+import { inspect } from 'node:util';
 import { compileFunction, createContext, runInContext } from 'node:vm';
 import { Worker } from 'node:worker_threads';
 import zelk from 'zelklogservice';
 import { ServiceError, captureLog, logService, setCaller } from 'zelklogservice/testing';
-import { root } from '../support/system.mjs';
+import { forms } from '../support/forms.mjs';
+import { buildFolder, root, temporaryFolder } from '../support/system.mjs';
 
 const LOAD = `const zelk = require(${JSON.stringify(root)});
-  const { logService, setCaller } = require(${JSON.stringify(`${root}testing.js`)});`;
+  const { captureLog, logService, setCaller } = require(${JSON.stringify(`${root}testing.js`)});`;
 const NEVER = () => new Promise(() => {});
 
 let service;
@@ -50,6 +54,8 @@ test('a handler gets copies of the lists, and answers with text or bytes, at onc
       return this.#text;
     }
   }
+  Handlers.prototype.QueryRemoteDevicesLogs.bind = 'own';
+  Object.setPrototypeOf(Handlers.prototype.GetTcpdumpConfig, null);
   serve(new Handlers());
   assert.deepEqual(await zelk.getTcpdumpConfig(['k']), items);
   assert.equal(await zelk.queryRemoteDevicesLogs('ß'), 'a\ufffd');
@@ -64,12 +70,20 @@ test('a handler that fails or answers wrongly ends its call, and is reported by 
     throw error;
   };
   const corrupted = Object.assign(new ServiceError(7), { code: '7' });
+  const changing = Object.defineProperty(new ServiceError(7), 'code', { get: () => codes.shift() });
+  const codes = [9, 0];
+  const cannot = fails(new Error('shown'));
   for (const [handler, code, mistake] of [
-    [async () => fails(new ServiceError(-5))(), -5],
+    [async () => fails(new ServiceError(-(2 ** 31)))(), -(2 ** 31)],
+    [fails(new ServiceError(2 ** 31 - 1)), 2 ** 31 - 1],
+    [fails(changing), 9],
     [NEVER, 1002],
-    [fails(new RangeError('own')), 1003, /^RangeError: own/],
+    [fails(new RangeError('own')), 1003, / failed: RangeError: own$/],
+    [fails(Object.assign(new Error(), { toString: cannot })), 1003, /: something that cannot be shown$/],
+    [fails({ [inspect.custom]: cannot }), 1003, /: something that cannot be shown$/],
     [fails(corrupted), 1003, /must be a number, not a string/],
-    [() => Promise.reject('own'), 1003, /^own/],
+    [() => Promise.reject('own'), 1003, /'own'$/],
+    [() => Object.assign(Promise.resolve(true), { then: cannot }), 1003, /Error: shown$/],
     [() => 1, 1004, /must answer a boolean, not a number/],
     [async () => [true], 1004, /must answer a boolean, not an array/],
     [fails(new ServiceError(7, '')), 1004, /must answer a boolean, not a string/],
@@ -80,15 +94,46 @@ test('a handler that fails or answers wrongly ends its call, and is reported by 
     log.stop();
     assert.deepEqual(codesOf(log), [String(code)], String(handler));
     if (mistake) {
-      const wanted = ({ name, errors: [error] }) => name === 'AggregateError' && mistake.test(String(error));
-      assert.throws(service.restore, wanted, String(handler));
+      assert.throws(service.restore, { name: 'AggregateError', message: mistake }, String(handler));
     }
     service.restore();
   }
-  serve({ GetTcpdumpConfig: () => ['a', 1] });
-  zelk.getTcpdumpConfig(['k']);
-  await arrival();
-  assert.throws(service.restore, /must answer an array of strings, not a number as element 1$/);
+});
+
+test('an answer that cannot be sent is reported by restore', async () => {
+  const tooLong = new Uint8Array(constants.MAX_STRING_LENGTH + 1);
+  for (const [operation, answer, mistake] of [
+    ['GetTcpdumpConfig', ['a', 1], /must answer an array of strings, not a number as element 1$/],
+    ['GetTcpdumpConfig', [tooLong], /must answer texts of at most \d+ bytes, not \d+$/],
+    ['GetRemoteDevicesList', tooLong, /must answer texts of at most \d+ bytes, not \d+$/],
+    ['HandleBluetoothCallPcmLogSwitch', true, /must answer nothing, not a boolean$/],
+  ]) {
+    serve({ [operation]: () => answer });
+    const name = operation.replace(/^./, (first) => first.toLowerCase());
+    zelk[name](...forms(name)[0]).catch(() => {});
+    await arrival();
+    assert.throws(service.restore, { message: mistake }, operation);
+  }
+});
+
+test('what a test freezes holds up no call and hides no mistake', async () => {
+  serve({ GetModemLogStatus: () => 1 });
+  Object.freeze(service.requests);
+  Object.freeze(service.errors);
+  assert.deepEqual(await outcome(zelk.getModemLogStatus()), ['rejected', false]);
+  assert.throws(service.restore, /: service\.requests is frozen: .*; .* must answer a boolean/);
+});
+
+// The least of ten, because the machine may be busy with something else.
+test('an answer arrives as soon as it is given', async () => {
+  serve({ GetModemLogStatus: () => sleep(2, true) });
+  let least = Infinity;
+  for (let round = 0; round < 10; ++round) {
+    const start = performance.now();
+    await zelk.getModemLogStatus();
+    least = Math.min(least, performance.now() - start);
+  }
+  assert.ok(least < 20, `${least} ms`);
 });
 
 test('mistakes throw where they are made', () => {
@@ -180,7 +225,7 @@ test('a waiting call ends within 100 ms when its service is restored or its envi
 test('every capture sees the lines of every thread', async () => {
   const first = captureLog();
   const { lines, stop } = captureLog();
-  await firstMessage('zelk.getModemLogStatus().then(parentPort.postMessage.bind(parentPort));');
+  await once(inWorker('captureLog(); zelk.getModemLogStatus();'), 'exit');
   stop();
   const seen = first.lines.length;
   assert.ok(seen > 5);
@@ -190,6 +235,16 @@ test('every capture sees the lines of every thread', async () => {
   }]);
   first.stop();
   assert.deepEqual(lines, first.lines.slice(0, seen));
+});
+
+test('what a worker captures is not kept when it has ended', async () => {
+  await once(inWorker('for (let i = 0; i < 200; ++i) captureLog();'), 'exit');
+  const before = process.memoryUsage.rss();
+  for (let i = 0; i < 3000; ++i) {
+    zelk.getModemLogStatus(0, 0);
+  }
+  const kept = process.memoryUsage.rss() - before;
+  assert.ok(kept < 40e6, `${kept} bytes`);
 });
 
 test('an identity applies to every thread until it is restored', async () => {
@@ -202,13 +257,87 @@ test('an identity applies to every thread until it is restored', async () => {
     setCaller(caller);
     assert.deepEqual([await served(), await firstMessage(ASK)], [isServed, isServed]);
   }
-  const worker = inWorker(`setCaller({ systemApplication: false }); parentPort.postMessage(0);
-    parentPort.once('message', () => {});`);
-  await once(worker, 'message');
-  assert.equal(await served(), false);
-  worker.postMessage(0);
-  await once(worker, 'exit');
-  assert.equal(await served(), true);
+});
+
+test('an identity ends with the worker that gave it, and the latest of the others holds', async () => {
+  setCaller(1n);
+  const workers = [];
+  const isSystem = () => zelk.getModemLogStatus() !== undefined;
+  for (const [caller, expected] of [['{ systemApplication: true }', true], ['1n', false], ['null', true]]) {
+    const worker = inWorker(`setCaller(${caller}); parentPort.once('message', () => {}).postMessage(0);`);
+    workers.push(worker);
+    await once(worker, 'message');
+    assert.equal(isSystem(), expected, `set to ${caller}`);
+  }
+  for (const expected of [false, true, false]) {
+    const worker = workers.pop();
+    worker.postMessage(0);
+    await once(worker, 'exit');
+    assert.equal(isSystem(), expected, `after the end of worker ${workers.length}`);
+  }
+  setCaller(null);
+  assert.equal(isSystem(), true);
+});
+
+// What npm installs a second time where two packages need this one.
+function secondCopy() {
+  const folder = temporaryFolder();
+  const libraries = `${folder}/lib/linux-${process.arch}`;
+  for (const file of ['package.json', 'index.js', 'library.js', 'requirements.js', 'testing.js']) {
+    cpSync(root + file, `${folder}/${file}`);
+  }
+  mkdirSync(libraries, { recursive: true });
+  for (const file of readdirSync(buildFolder).filter((name) => /\.(so|node)$/.test(name))) {
+    copyFileSync(buildFolder + file, `${libraries}/${file}`);
+  }
+  return folder;
+}
+
+test('two copies of one version have one service in force, the same lines and one identity', async () => {
+  const folder = secondCopy();
+  const load = createRequire(`${folder}/package.json`);
+  const other = load('zelklogservice/testing');
+  assert.notEqual(other, createRequire(import.meta.url)('zelklogservice/testing'));
+  const logs = [captureLog(), other.captureLog()];
+  serve({ GetModemLogStatus: () => true });
+  const { emit } = process;
+  const front = other.logService({ GetModemLogStatus: () => Promise.reject(new ServiceError(5)) });
+  assert.equal(process.emit, emit);
+  assert.throws(service.restore, { code: 'ERR_ZELK_RESTORE_ORDER' });
+  assert.deepEqual(await outcome(zelk.getModemLogStatus()), ['rejected', false]);
+  front.restore();
+  assert.equal(await load('zelklogservice').getModemLogStatus(), true);
+  assert.deepEqual([front.requests.length, service.requests.length], [1, 1]);
+  assert.equal(await firstMessage(`const { logService: open } = require('${folder}/testing.js');
+    try { open(); } catch ({ code }) { parentPort.postMessage(code); }`), 'ERR_ZELK_SERVICE_IN_USE');
+
+  other.setCaller(1n);
+  assert.equal(zelk.getModemLogStatus(), undefined);
+  setCaller(null);
+  assert.equal(await zelk.getModemLogStatus(), true);
+
+  const seen = logs[0].lines.length;
+  assert.ok(seen > 5);
+  logs[0].stop();
+  assert.deepEqual(logs[1].lines, logs[0].lines);
+  zelk.getModemLogStatus(0, 0);
+  logs[1].stop();
+  assert.deepEqual([logs[0].lines.length, logs[1].lines.length], [seen, seen + 1]);
+});
+
+test('events of the process are emitted as ever', async () => {
+  serve({ GetModemLogStatus: () => true });
+  const seen = [];
+  process.once('zelk', function (...args) {
+    seen.push(this, ...args);
+  });
+  assert.deepEqual([process.emit('zelk', 1, 2), process.emit('zelk', 3)], [true, false]);
+  assert.deepEqual(seen, [process, 1, 2]);
+  process.once('zelk', () => assert.fail('own'));
+  assert.throws(() => process.emit('zelk'), /own/);
+  // As of the copy of `process` that a test runner may give its tests.
+  assert.equal(process.emit.call(new EventEmitter(), 'exit'), false);
+  assert.equal(await zelk.getModemLogStatus(), true);
 });
 
 test('objects of the kit belong to the realm that loaded it', async () => {
