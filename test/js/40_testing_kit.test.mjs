@@ -20,7 +20,10 @@ const NEVER = () => new Promise(() => {});
 
 let service;
 const serve = (...args) => (service = logService(...args));
-afterEach(() => service?.restore());
+afterEach(() => {
+  setCaller(null);
+  service?.restore();
+});
 
 const outcome = (promise) => promise.then((value) => ['resolved', value], (value) => ['rejected', value]);
 
@@ -259,9 +262,10 @@ test('an identity applies to every thread until it is restored', async () => {
   }
 });
 
-test('an identity ends with the worker that gave it, and the latest of the others holds', async () => {
+test('an identity ends with the worker that gave it, and the latest of the others holds', async (t) => {
   setCaller(1n);
   const workers = [];
+  t.after(() => workers.forEach((worker) => worker.terminate()));
   const isSystem = () => zelk.getModemLogStatus() !== undefined;
   for (const [caller, expected] of [['{ systemApplication: true }', true], ['1n', false], ['null', true]]) {
     const worker = inWorker(`setCaller(${caller}); parentPort.once('message', () => {}).postMessage(0);`);
@@ -275,8 +279,6 @@ test('an identity ends with the worker that gave it, and the latest of the other
     await once(worker, 'exit');
     assert.equal(isSystem(), expected, `after the end of worker ${workers.length}`);
   }
-  setCaller(null);
-  assert.equal(isSystem(), true);
 });
 
 // What npm installs a second time where two packages need this one.
