@@ -5,7 +5,10 @@
  * Loading this changes nothing. It is not part of the module and does not exist on a device.
  */
 
-/** An answer text. A string is sent as UTF-8, a `Uint8Array` byte for byte, so that broken text can be tried. */
+/**
+ * An answer text. A string is sent as UTF-8, a `Uint8Array` byte for byte, so that broken text can be tried. It has at
+ * most `buffer.constants.MAX_STRING_LENGTH` bytes; a longer one counts as an answer of the wrong type.
+ */
 export type AnswerText = string | Uint8Array;
 
 /** What a handler returns: the answer or a promise of it. `undefined` is code 0 without an answer. */
@@ -66,7 +69,10 @@ export interface ServiceRequest {
 
 /** A log service that a test uses in place of the process's own. */
 export interface LogService {
-  /** The requests in the order of their arrival, also those without a handler. `requests.length = 0` empties it. */
+  /**
+   * The requests in the order of their arrival, also those without a handler. `requests.length = 0` empties it. A
+   * request that finds it frozen is answered like any other, and is missing there; {@link restore} says so.
+   */
   readonly requests: ServiceRequest[];
   /** The mistakes of handlers: thrown values that are not a {@link ServiceError}, and answers of the wrong type. */
   readonly errors: unknown[];
@@ -108,7 +114,12 @@ declare global {
  * A call that waits for its handler holds one of the runtime's worker threads: four, unless `UV_THREADPOOL_SIZE` says
  * otherwise. A handler that itself needs such a thread, for example to read a file, while all of them wait for
  * handlers, waits until its time limit. A handler that never answers holds its call until that limit, or until the
- * environment of the handler ends: then the call ends with code 1001 within 100 ms.
+ * environment of the handler ends: then the call ends with code 1001 within 100 ms. `process.exit()` ends all calls
+ * that wait at once, whatever its other listeners do. `process.reallyExit()`, which is the runtime's own and emits no
+ * event, waits for them.
+ *
+ * Where a process has loaded several copies of one version of the package, they share the services, the captures and
+ * the identity.
  *
  * @param handlers An object, or an instance of a class whose methods are handlers; they are called on it.
  * @throws {TypeError} An unknown operation (the message lists the known ones), or a handler that is not a function.
@@ -149,13 +160,14 @@ export interface LogCapture {
 
 /**
  * Captures every line from now on, whatever the level in force and whichever thread logs it. Lines are still written as
- * before. Any number of captures may run at the same time.
+ * before. Any number of captures may run at the same time. Each keeps every line, in memory, until it is stopped or its
+ * environment ends: about 140 bytes for each line that was not read yet, and more for those that were.
  */
 export function captureLog(): LogCapture;
 
 /**
- * Sets the identity of the process, in all threads. The last call wins. An identity set by a worker thread ends with
- * that thread.
+ * Sets the identity of the process, in all threads. The last call wins. What a worker thread has set ends with that
+ * thread; then the latest call of the threads that live holds.
  *
  * @param caller Whether the process is a system application, or its full token id; null restores the environment's.
  * @throws {TypeError} `caller` is none of these.
