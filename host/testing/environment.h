@@ -18,7 +18,8 @@ public:
     using Task = std::function<void(napi_env env)>;
 
     // Null when the runtime refuses. `onEnd` is called once, on the JavaScript thread, when no task can run any more.
-    __attribute__((visibility("default"))) static std::shared_ptr<Environment> Create(napi_env env, std::function<void(Environment&)> onEnd);
+    __attribute__((visibility("default"))) static std::shared_ptr<Environment>
+    Create(napi_env env, std::function<void(Environment&)> onEnd);
 
     // Runs `task` on the JavaScript thread, in the order of the calls. False when the environment has ended. It may
     // still end before the task has run: a thread that waits for the task must ping meanwhile. Any thread.
