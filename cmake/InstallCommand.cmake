@@ -33,7 +33,7 @@ set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS package.json)
 execute_process(COMMAND "${NODE}" -p "require('./package.json').files.filter((name) => !name.endsWith('/')).join(';')"
     WORKING_DIRECTORY "${CMAKE_SOURCE_DIR}"
     OUTPUT_VARIABLE package_files OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
-set(package_libraries ohos_host zelk_service_api zelk_testing)
+set(package_libraries ohos_host zelk_service_api zelk_testing zelk_testing_state)
 if(TARGET zelk_dbus)
     list(APPEND package_libraries zelk_dbus)
 endif()
