@@ -7,17 +7,14 @@
 
 namespace OHOS::Host {
 
-// Appends `format` to `out` with its conversions filled in from `args`; va_end remains the caller's task.
+// Appends to `out` what vsnprintf prints of `format` without its markers: {public} and {private} directly after a
+// percent sign that begins a conversion. %m prints the error that errno holds at the call. `args` is used up; va_end
+// remains the caller's task.
 //
-// A conversion is a percent sign, a marker ({public}, {private}, or none), and anything that may follow the percent
-// sign in printf. A public conversion is printed by snprintf; any other takes its arguments and prints "<private>".
-// Differences from printf:
-// - a null string prints "(null)", whatever the precision;
-// - %n stores nothing;
-// - numbered arguments (%1$d) are not supported;
-// - an incomplete conversion, or one that snprintf refuses, is printed as it is.
-// %m prints the error that errno holds at the call.
-void AppendFormat(std::string& out, const char* format, std::va_list args);
+// False, with an unspecified text appended, when vsnprintf refuses the format or an argument, and for two conversions
+// that are not supported: %n, which would store something, and a percent sign with anything between it and the one
+// before, such as %5%.
+bool AppendFormat(std::string& out, const char* format, std::va_list args);
 
 } // namespace OHOS::Host
 

@@ -1,67 +1,37 @@
 #include "line_header.h"
 
 #include <array>
-#include <charconv>
+#include <cstdio>
 #include <pthread.h>
-#include <sys/syscall.h>
 #include <unistd.h>
 
 namespace OHOS::Host {
 
 namespace {
 
-constexpr int DOMAIN_DIGITS = 5;
-constexpr size_t ID_WIDTH = 5;
+// Process and thread as a line has them: asking the system costs as much as formatting a line. Empty until asked, and
+// again in the child of a fork.
+thread_local std::array<char, 32> t_ids{};
 
-struct Ids {
-    pid_t process;
-    pid_t thread;
-};
+[[maybe_unused]] const int FORGETS_IDS_AFTER_FORK = pthread_atfork(nullptr, nullptr, [] { t_ids = {}; });
 
-// Asking the system costs as much as formatting a line. Zero until asked, and again in the child of a fork.
-thread_local Ids t_ids{};
-
-void ForgetIds()
+const char* CurrentIds()
 {
-    t_ids = {};
-}
-
-[[maybe_unused]] const int FORGETS_IDS_AFTER_FORK = pthread_atfork(nullptr, nullptr, ForgetIds);
-
-const Ids& CurrentIds()
-{
-    if (t_ids.thread == 0) {
-        t_ids = {getpid(), static_cast<pid_t>(syscall(SYS_gettid))};
+    if (t_ids[0] == '\0') {
+        std::snprintf(t_ids.data(), t_ids.size(), "%5d %5d", getpid(), gettid());
     }
-    return t_ids;
-}
-
-void AppendId(std::string& line, pid_t id)
-{
-    std::array<char, 16> digits;
-    const char* end = std::to_chars(digits.data(), digits.data() + digits.size(), id).ptr;
-    const auto size = static_cast<size_t>(end - digits.data());
-    line.append(size < ID_WIDTH ? ID_WIDTH - size : 0, ' ').append(digits.data(), size);
-}
-
-void AppendDomain(std::string& line, unsigned int domain)
-{
-    for (int digit = DOMAIN_DIGITS - 1; digit >= 0; --digit) {
-        line += "0123456789abcdef"[domain >> (4 * digit) & 0xF];
-    }
+    return t_ids.data();
 }
 
 } // namespace
 
 void AppendHeader(std::string& line, LogLevel level, unsigned int domain, const char* tag)
 {
-    const Ids& ids = CurrentIds();
-    line.append(TIME_STAMP_SIZE, ' ').append(1, ' ');
-    AppendId(line, ids.process);
-    line += ' ';
-    AppendId(line, ids.thread);
+    line.append(TIME_STAMP_SIZE, ' ').append(1, ' ').append(CurrentIds());
     line.append(1, ' ').append(1, "DIWEF"[level - LOG_DEBUG]).append(" C");
-    AppendDomain(line, domain);
+    for (int shift = 16; shift >= 0; shift -= 4) {
+        line += "0123456789abcdef"[domain >> shift & 0xF];
+    }
     line.append(1, '/').append(tag).append(": ");
 }
 

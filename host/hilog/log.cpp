@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdarg>
-#include <new>
+#include <exception>
 #include <string>
 
 #include "format.h"
@@ -16,14 +16,15 @@ namespace {
 
 constexpr size_t USUAL_LINE_SIZE = 255;
 
-int PrintLine(LogLevel level, unsigned int domain, const char* tag, const char* format, std::va_list args)
+int PrintLine(LogSink& sink, LogLevel level, unsigned int domain, const char* tag, const char* format,
+              std::va_list args)
 {
     std::string line;
     line.reserve(USUAL_LINE_SIZE);
     AppendHeader(line, level, domain, tag);
     const size_t messageStart = line.size();
-    AppendFormat(line, format, args);
-    return LogSink::Instance().Put(level, domain, tag, line, messageStart);
+    const bool isPrinted = AppendFormat(line, format, args);
+    return isPrinted ? sink.Put(level, domain, tag, line, messageStart) : sink.Lose(level);
 }
 
 } // namespace
@@ -32,21 +33,21 @@ int PrintLine(LogLevel level, unsigned int domain, const char* tag, const char* 
 
 int HiLogPrint(LogType /*type*/, LogLevel level, unsigned int domain, const char* tag, const char* fmt, ...)
 {
-    using OHOS::Host::LogSink;
+    using namespace OHOS::Host;
     const LogLevel known = std::clamp(level, LOG_DEBUG, LOG_FATAL);
     if (known < LogSink::LowestWanted().load(std::memory_order_relaxed)) {
         return 0;
     }
     const int error = errno;
+    LogSink& sink = LogSink::Instance();
+    int written = 0;
     std::va_list args;
     va_start(args, fmt);
-    int written = -1;
     try {
-        written = OHOS::Host::PrintLine(known, domain, tag == nullptr ? "(null)" : tag, fmt == nullptr ? "(null)" : fmt,
-                                        args);
-    } catch (const std::bad_alloc&) {
-        // A caller in C could not catch it.
-        LogSink::Instance().CountLoss();
+        written =
+            PrintLine(sink, known, domain, tag == nullptr ? "(null)" : tag, fmt == nullptr ? "(null)" : fmt, args);
+    } catch (const std::exception&) { // Memory is short, or the line is too long for a string.
+        written = sink.Lose(known);
     }
     va_end(args);
     errno = error;

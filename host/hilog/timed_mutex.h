@@ -3,6 +3,7 @@
 #define HOST_HILOG_TIMED_MUTEX_H
 
 #include <chrono>
+#include <cstdlib>
 #include <ctime>
 #include <pthread.h>
 
@@ -12,8 +13,6 @@ namespace OHOS::Host {
 // system: a thread that holds it during a fork can release it in the child.
 class TimedMutex {
 public:
-    using TimePoint = std::chrono::system_clock::time_point;
-
     TimedMutex() = default;
     TimedMutex(const TimedMutex&) = delete;
     TimedMutex& operator=(const TimedMutex&) = delete;
@@ -28,13 +27,11 @@ public:
         return pthread_mutex_trylock(&mutex_) == 0;
     }
 
-    bool try_lock_until(TimePoint time)
+    bool try_lock_until(std::chrono::system_clock::time_point time)
     {
-        using namespace std::chrono;
-        const auto whole = time_point_cast<seconds>(time);
-        timespec until{};
-        until.tv_sec = whole.time_since_epoch().count();
-        until.tv_nsec = static_cast<long>(duration_cast<nanoseconds>(time - whole).count());
+        const auto nanoseconds = std::chrono::nanoseconds(time.time_since_epoch()).count();
+        const auto [whole, rest] = std::lldiv(nanoseconds, 1'000'000'000);
+        const timespec until{static_cast<std::time_t>(whole), static_cast<long>(rest)};
         return pthread_mutex_timedlock(&mutex_, &until) == 0;
     }
 

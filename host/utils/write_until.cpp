@@ -18,59 +18,40 @@ namespace OHOS::Host {
 
 namespace {
 
-sigset_t BrokenPipeSignal()
-{
-    sigset_t signals;
-    sigemptyset(&signals);
-    sigaddset(&signals, SIGPIPE);
-    return signals;
-}
-
 // While it lives, a write to a pipe whose reader is gone fails on this thread instead of ending the process.
 class BrokenPipeGuard {
 public:
     BrokenPipeGuard()
     {
+        sigemptyset(&signal_);
+        sigaddset(&signal_, SIGPIPE);
         // A program that ignores or handles the signal is safe already. One that is pending already changes nothing
         // when it is raised again, and is the program's own.
         struct sigaction action {};
         sigset_t pending;
-        if (sigaction(SIGPIPE, nullptr, &action) != 0 || action.sa_handler != SIG_DFL || sigpending(&pending) != 0 ||
-            sigismember(&pending, SIGPIPE) != 0) {
-            return;
-        }
-        const sigset_t signals = BrokenPipeSignal();
-        blocking_ = pthread_sigmask(SIG_BLOCK, &signals, &previous_) == 0;
+        isBlocking_ = sigaction(SIGPIPE, nullptr, &action) == 0 && action.sa_handler == SIG_DFL &&
+                      sigpending(&pending) == 0 && sigismember(&pending, SIGPIPE) == 0 &&
+                      pthread_sigmask(SIG_BLOCK, &signal_, &previous_) == 0;
     }
 
     ~BrokenPipeGuard()
     {
-        if (!blocking_) {
-            return;
+        if (isBlocking_) {
+            const timespec now{0, 0};
+            while (sigtimedwait(&signal_, nullptr, &now) < 0 && errno == EINTR) {
+            }
+            pthread_sigmask(SIG_SETMASK, &previous_, nullptr);
         }
-        const sigset_t signals = BrokenPipeSignal();
-        const timespec now{0, 0};
-        while (sigtimedwait(&signals, nullptr, &now) < 0 && errno == EINTR) {
-        }
-        pthread_sigmask(SIG_SETMASK, &previous_, nullptr);
     }
 
     BrokenPipeGuard(const BrokenPipeGuard&) = delete;
     BrokenPipeGuard& operator=(const BrokenPipeGuard&) = delete;
 
 private:
-    bool blocking_ = false;
+    bool isBlocking_ = false;
+    sigset_t signal_{};
     sigset_t previous_{};
 };
-
-// False when the deadline has passed. The time left is rounded up, so that a loop never spins without waiting.
-bool WaitForRoom(int descriptor, Deadline deadline)
-{
-    using std::chrono::milliseconds;
-    const auto left = std::chrono::ceil<milliseconds>(deadline - std::chrono::steady_clock::now());
-    pollfd room{descriptor, POLLOUT, 0};
-    return left.count() > 0 && poll(&room, 1, static_cast<int>(left.count())) != 0;
-}
 
 // Writes some of the text without waiting, as write(2) does with a non-blocking descriptor.
 using TryWrite = ssize_t (*)(int descriptor, std::string_view text);
@@ -96,6 +77,18 @@ ssize_t TryBlocking(int descriptor, std::string_view text)
     return write(descriptor, text.data(), std::min<size_t>(text.size(), PIPE_BUF));
 }
 
+// Whether a write that failed may be tried again: after a signal, and when there is room before the deadline. The time
+// left is rounded up, so that a loop never spins without waiting.
+bool MayRetry(int error, int descriptor, Deadline deadline)
+{
+    if (error != EAGAIN) {
+        return error == EINTR;
+    }
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+    pollfd room{descriptor, POLLOUT, 0};
+    return left.count() > 0 && poll(&room, 1, static_cast<int>(left.count())) != 0;
+}
+
 size_t WriteBy(TryWrite tryWrite, int descriptor, std::string_view text, Deadline deadline)
 {
     size_t written = 0;
@@ -103,7 +96,7 @@ size_t WriteBy(TryWrite tryWrite, int descriptor, std::string_view text, Deadlin
         const ssize_t size = tryWrite(descriptor, text.substr(written));
         if (size > 0) {
             written += static_cast<size_t>(size);
-        } else if (size == 0 || (errno != EINTR && (errno != EAGAIN || !WaitForRoom(descriptor, deadline)))) {
+        } else if (size == 0 || !MayRetry(errno, descriptor, deadline)) {
             break;
         }
     }

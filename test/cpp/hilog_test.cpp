@@ -3,11 +3,13 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
-#include <climits>
+#include <cstdint>
 #include <fcntl.h>
 #include <future>
 #include <gtest/gtest.h>
 #include <iostream>
+#include <map>
+#include <new>
 #include <regex>
 #include <sys/ioctl.h>
 #include <sys/socket.h>
@@ -23,67 +25,80 @@ using namespace OHOS::Host;
 
 constexpr unsigned int DOMAIN = 0xD002D19;
 
-// What a call prints as its message. It leaves errno alone.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wformat-security" // The formats are arguments.
 template <typename... Args>
-std::string Printed(const std::string& format, Args... args)
+int PrintFormat(LogLevel level, const std::string& format, Args... args)
 {
-    std::string message;
+    return HiLogPrint(LOG_CORE, level, DOMAIN, "T", format.c_str(), args...);
+}
+#pragma GCC diagnostic pop
+
+// %m prints "Interrupted system call", and errno stays.
+template <typename... Args>
+void ExpectPrinted(const std::string& expected, const std::string& format, Args... args)
+{
+    std::string message = "nothing";
     SetLogCapture([&message](const LogRecord& record) { message = record.message; });
     errno = EINTR;
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wformat-security" // The formats are the rows of a table.
-    HiLogPrint(LOG_CORE, LOG_DEBUG, DOMAIN, "T", format.c_str(), args...);
-#pragma GCC diagnostic pop
-    EXPECT_EQ(errno, EINTR);
+    PrintFormat(LOG_DEBUG, format, args...);
+    EXPECT_EQ(errno, EINTR) << format;
+    EXPECT_EQ(message, expected) << format;
     SetLogCapture(nullptr);
-    return message;
 }
 
-TEST(Format, PrintsAsPrintfDoesAndHidesWhatIsPrivate)
+TEST(Format, PrintsWhateverTheMarker)
 {
     const char* const null = nullptr;
-    const wchar_t* const wideNull = nullptr;
-    const std::string big(3'000'000, 'x');
-    const std::string spaces(300, ' ');
-    int stored = 7;
-    const std::pair<std::string, std::string> cases[] = {
-        {Printed("%{public}hhd %{public}ho %{public}+d %{public}#X %{public}u", 300, 70000, 7, 0xBEEF, -1),
-         "44 10560 +7 0XBEEF 4294967295"},
-        {Printed("%{public}ld %{public}zu %{public}tX %{public}lld %{public}ji", LONG_MIN, -1L, -1L, LLONG_MIN, -1LL),
-         "-9223372036854775808 18446744073709551615 FFFFFFFFFFFFFFFF -9223372036854775808 -1"},
-        {Printed("%{public}b %{public}#hhB %{public}qd %{public}Zu %{public}Id", 5, 6, -1LL, 2L, 8),
-         "101 0B110 -1 2 8"},
-        {Printed("%{public}f %{public}.3e %{public}lG %{public}Lf", 1.5, 1e300, 1.0 / 3, 2.5L),
-         "1.500000 1.000e+300 0.333333 2.500000"},
-        {Printed("%{public}lc %{public}C %{public}ls %{public}.2S", wint_t{'x'}, wint_t{'y'}, L"wide", L"wide"),
-         "x y wide wi"},
-        {Printed("%{public}8s|%{public}-8.2s|%{public}.*s|%{public}.*s|", "text", "text", 3, "text", -1, "text"),
-         "    text|te      |tex|text|"},
-        {Printed("%{public}*d|%{public}*d|%{public}-+*d|%{public}m", 4, 1, -4, 2, 4, 3),
-         "   1|2   |+3  |Interrupted system call"},
-        {Printed("%{public}p %{public}127d|%{public}128d|%{public}300s", null, 1, 2, "text"),
-         "(nil) " + spaces.substr(0, 126) + "1|" + spaces.substr(0, 127) + "2|" + spaces.substr(0, 296) + "text"},
-        {Printed("100%% \n\t\x01\xff%{public}%"), "100% \n\t\x01\xff%"},
-        {Printed("%{public}s|%{private}s|%s|%{public}d", "a", "b", "c", 4), "a|<private>|<private>|4"},
-        {Printed("%{private}*.*f %Lg %lld %m %{public}d", 5, 2, 1.5, 2.5L, 3LL, 6),
-         "<private> <private> <private> <private> 6"},
-        {Printed("%{public}s %{public}.2s %{public}8s %{public}.1ls|", null, null, null, wideNull),
-         "(null) (null)   (null) (null)|"},
-        {Printed("%{public}s%{public}1s", big.c_str(), big.c_str()), big + big},
-        {Printed("%{public}uz a%{public}nb%nc", 1U, &stored, &stored), "1z ab<private>c"},
-        {Printed("%{public}d %{public}1$d %{foo}d %y %lm %{public}", 1), "1 %{public}1$d %{foo}d %y %lm %{public}"},
-        {Printed("%{public}99999999999d %{public}lc|%-08.3l", 1, wint_t{0x110000}),
-         "%{public}99999999999d %{public}lc|%-08.3l"},
-    };
-    for (const auto& [printed, expected] : cases) {
-        EXPECT_EQ(printed, expected);
-    }
-    EXPECT_EQ(stored, 7);
+    ExpectPrinted("a|b|c|4|5", "%{public}s|%{private}s|%s|%{public}d|%{private}d", "a", "b", "c", 4, 5);
+    ExpectPrinted("1z (null) Interrupted system call", "%{public}uz %{public}s %{private}m", 1U, null);
+    ExpectPrinted("    text|te      |tex|+07.50", "%{public}8s|%{private}-8.2s|%{public}.*s|%{public}+06.2f", "text",
+                  "text", 3, "text", 7.5);
+    ExpectPrinted("-1 " + std::to_string(SIZE_MAX) + " -8 wide", "%{public}hhd %{public}zu %{private}lld %{public}ls",
+                  255, SIZE_MAX, -8LL, L"wide");
 }
 
-void Print(const std::string& message)
+TEST(Format, TakesNumberedArguments)
 {
-    HiLogPrint(LOG_CORE, LOG_ERROR, 1, "T", "%{public}s", message.c_str());
+    ExpectPrinted("b a b", "%{public}2$s %{private}1$s %2$s", "a", "b");
+    ExpectPrinted("2", "%{public}2$d", 1, 2);
+}
+
+TEST(Format, KeepsWhatIsNoMarkerOfAConversion)
+{
+    ExpectPrinted("100% {public}\n\t\x01\xff", "100%% {public}\n\t\x01\xff");
+    ExpectPrinted("%{public}s|%n|%{private}n", "%%{public}s|%{public}%n|%{private}%{private}n");
+    ExpectPrinted("%{foo}d|%{publi|%{private}d", "%{foo}d|%{publi|%{public}{private}d");
+}
+
+TEST(Format, AndMessageMayHaveAnyLength)
+{
+    for (size_t size = 0; size < 600; ++size) {
+        const std::string text(size, 'x');
+        ExpectPrinted(text + text + "7", text + "%{public}s%{public}d", text.c_str(), 7);
+    }
+    const std::string big(3'000'000, 'x');
+    ExpectPrinted(big + "Interrupted system call", "%{public}s%{public}m", big.c_str());
+}
+
+int Print(const std::string& message)
+{
+    return HiLogPrint(LOG_CORE, LOG_ERROR, 1, "T", "%{public}s", message.c_str());
+}
+
+// Prints what the calls return, and whether something was stored.
+void PrintLost()
+{
+    long long stored = 7;
+    for (const char* format : {"%{public}n", "%n", "a% n", "%2$n", "%-08.3lln", "%w64n", "%wf64n", "%l-%n", "%5%%n",
+                               "%y%n", "100%", "%{public}", "%{public}99999999999d"}) {
+        std::cout << format << " " << PrintFormat(LOG_ERROR, format, &stored, &stored, &stored) << "\n";
+    }
+    SetLogCapture([](const LogRecord&) { throw std::bad_alloc(); });
+    std::cout << "memory short " << Print("x") << ", below the level " << PrintFormat(LOG_INFO, "%n", &stored) << ", "
+              << stored << std::endl;
+    SetLogCapture(nullptr);
+    Print("after");
 }
 
 void PrintIds()
@@ -147,17 +162,24 @@ std::string TimeOfFour(const std::string& message)
     return took < 0.08 ? "nothing" : took < 0.25 ? "a wait" : std::to_string(took);
 }
 
-// Logs while nobody reads, then reads, and logs on.
-void PrintUnread()
+// How many lines are written until one is lost.
+int Fill(const std::string& message)
 {
-    const std::string message(10'000, 'x'); // Above what a pipe takes as a whole.
+    int written = 0;
+    while (Print(message) > 0) {
+        ++written;
+    }
+    return written;
+}
+
+// Logs while nobody reads, then reads, and logs on.
+void PrintUnread(size_t size)
+{
+    const std::string message(size, 'x');
     const int descriptor = dup(READER);
     int captured = 0;
     SetLogCapture([&captured](const LogRecord&) { ++captured; });
-    int written = 0;
-    while (HiLogPrint(LOG_CORE, LOG_ERROR, 1, "T", "%{public}s", message.c_str()) > 0) {
-        ++written;
-    }
+    const int written = Fill(message);
     std::cout << TimeOfFour(message) << ", " << captured - written << " lost, ";
     const std::string text = ReadAll();
     std::cout << std::count(text.begin(), text.end(), '\n') - written << " whole, ";
@@ -166,9 +188,8 @@ void PrintUnread()
     for (int line = 0; line < written; ++line) {
         Print(message);
     }
-    std::cout << TimeOfFour(message) << ", " << ((fcntl(READER, F_GETFL) | fcntl(STDERR_FILENO, F_GETFL)) & O_NONBLOCK)
-              << ", " << dup(READER) - descriptor << "\n"
-              << after;
+    const int isNonBlocking = (fcntl(READER, F_GETFL) | fcntl(STDERR_FILENO, F_GETFL)) & O_NONBLOCK;
+    std::cout << TimeOfFour(message) << ", " << isNonBlocking << ", " << dup(READER) - descriptor << "\n" << after;
     ReadAll();
 }
 
@@ -194,12 +215,20 @@ const std::map<std::string, void (*)()> SCENARIOS = {
          std::cout << HiLogPrint(LOG_CORE, LOG_ERROR, DOMAIN, "T", "lost") << " "
                    << HiLogPrint(LOG_CORE, LOG_DEBUG, DOMAIN, "T", "below");
      }},
-    {"unread", PrintUnread},
+    {"lost", PrintLost},
+    {"unread",
+     [] {
+         PrintUnread(10'000);
+     }}, // Above what a pipe takes as a whole.
+    {"unread-short",
+     [] {
+         PrintUnread(1'000);
+     }}, // Nothing is broken off.
     {"unread-by-another-user",
      [] {
          const uid_t user = geteuid();
          if (user != 0 || seteuid(65534) == 0) {
-             PrintUnread();
+             PrintUnread(10'000);
          }
          if (seteuid(user) != 0) { // The leak detector needs the rights that there were.
              std::abort();
@@ -210,7 +239,7 @@ const std::map<std::string, void (*)()> SCENARIOS = {
          std::array<int, 2> ends{};
          if (socketpair(AF_UNIX, SOCK_STREAM, 0, ends.data()) == 0 && dup2(ends[0], STDERR_FILENO) >= 0 &&
              dup2(ends[1], READER) >= 0) {
-             PrintUnread();
+             PrintUnread(10'000);
          }
      }},
 };
@@ -229,74 +258,92 @@ std::string Output(const std::string& command)
     return output;
 }
 
-// Where the output depends on time, a busy machine may need more than one of the `tries`.
-void ExpectOutputs(const std::vector<std::pair<std::string, std::string>>& cases, int tries = 1)
+struct Case {
+    std::string name;
+    std::string command;
+    std::string expected; // A regular expression.
+};
+
+std::string NameOf(const testing::TestParamInfo<Case>& info)
 {
-    for (const auto& [command, expected] : cases) {
-        std::string output;
-        bool matches = false;
-        for (int i = 0; i < tries && !matches; ++i) {
-            output = Output(command);
-            matches = std::regex_match(output, std::regex(expected));
-        }
-        EXPECT_TRUE(matches) << command << "\n" << output;
-    }
+    return info.param.name;
 }
 
-TEST(Line, IsWrittenFromTheLevelOn)
+class Line : public testing::TestWithParam<Case> {};
+
+// Where the output depends on time, a busy machine may need more than one try.
+TEST_P(Line, IsPrinted)
+{
+    std::string output;
+    bool matches = false;
+    for (int i = 0; i < 9 && !matches; ++i) {
+        output = Output(GetParam().command);
+        matches = std::regex_match(output, std::regex(GetParam().expected));
+    }
+    EXPECT_TRUE(matches) << GetParam().command << "\n" << output;
+}
+
+std::vector<Case> LevelCases()
 {
     const auto lines = [](const std::string& levels) {
         const char* const line = "[-0-9:. ]{30} $1 C02d19/T: $2 Interrupted system call\n";
         return std::regex_replace(levels, std::regex("(.)(.) "), line);
     };
-    ExpectOutputs({
-        {"HILOG_LEVEL= HILOG_FILE= $P levels 2>&1", ""},
-        {"HILOG_LEVEL=X $P levels 2>&1", ""},
-        {"HILOG_LEVEL=I $P levels 2>&1", lines("I4 W5 E6 F7 F8 ")},
-        {"HILOG_LEVEL=D $P levels 2>&1", lines("D0 D1 D2 D3 I4 W5 E6 F7 F8 ")},
-        {"HILOG_LEVEL=DI $P levels 2>&1", "zelklogservice: HILOG_LEVEL=\"DI\": .*\n"},
-        {"HILOG_LEVEL=F HILOG_FILE=/no/where $P levels 2>&1",
+    return {
+        {"Unset", "HILOG_LEVEL= HILOG_FILE= $P levels 2>&1", ""},
+        {"None", "HILOG_LEVEL=X $P levels 2>&1", ""},
+        {"Info", "HILOG_LEVEL=I $P levels 2>&1", lines("I4 W5 E6 F7 F8 ")},
+        {"Debug", "HILOG_LEVEL=D $P levels 2>&1", lines("D0 D1 D2 D3 I4 W5 E6 F7 F8 ")},
+        {"Unknown", "HILOG_LEVEL=DI $P levels 2>&1", "zelklogservice: HILOG_LEVEL=\"DI\": .*\n"},
+        {"NoFile", "HILOG_LEVEL=F HILOG_FILE=/no/where $P levels 2>&1",
          "zelklogservice: HILOG_FILE=\"/no/where\": .*\n" + lines("F7 F8 ")},
-        {"mkfifo $F; HILOG_LEVEL=F HILOG_FILE=$F timeout 9 $P levels 2>&1",
-         "zelklogservice: HILOG_FILE=.*\n" + lines("F7 F8 ")}, // Nobody reads it.
-    });
+        {"PipeWithoutReader", "mkfifo $F; HILOG_LEVEL=F HILOG_FILE=$F timeout 9 $P levels 2>&1",
+         "zelklogservice: HILOG_FILE=.*\n" + lines("F7 F8 ")},
+    };
 }
 
-TEST(Line, HasTimeProcessThreadAndTag)
+INSTANTIATE_TEST_SUITE_P(FromLevelOn, Line, testing::ValuesIn(LevelCases()), NameOf);
+
+std::vector<Case> HeaderCases()
 {
     const std::string start = R"(\d\d-\d\d \d\d:\d\d:\d\d\.\d{3} (?= *\d+ )[ \d]{5,} (?= *\d+ )[ \d]{5,} W )";
-    ExpectOutputs(
-        {
-            {"echo before >$F; HILOG_LEVEL=W HILOG_FILE=$F $P awkward 2>&1; cat $F",
-             "before\n" + start + R"(C0000a/T\\nU: \\na\\n\\nb\\n\n)" + start + R"(C00000/\(null\): \(null\)\n)"},
-            {"export TZ=East-5:30; date '+%m-%d %T'; HILOG_LEVEL=E $P ids 2>&1; date '+%m-%d %T'",
-             R"((.{14})\n\1\..*\n.*\n(.{14})\..*\n\2\n)"},
-            {"HILOG_LEVEL=E $P ids 2>&1", R"((.{18} +(\d+) +(\d+) E C00001/T: \2 \3\n){3})"},
-            {"for i in 1 2 3 4 5 6 7 8; do HILOG_LEVEL=F $P levels 2>&1; done | cut -c1-18 | sort -c && echo sorted",
-             "sorted\n"},
-            {"umask 0; HILOG_FILE=$F $P levels; stat -c %a $F", "644\n"},
-        },
-        9);
+    return {
+        {"DomainAndTag", "echo before >$F; HILOG_LEVEL=W HILOG_FILE=$F $P awkward 2>&1; cat $F",
+         "before\n" + start + R"(C0000a/T\\nU: \\na\\n\\nb\\n\n)" + start + R"(C00000/\(null\): \(null\)\n)"},
+        {"LocalTime", "export TZ=East-5:30; date '+%m-%d %T'; HILOG_LEVEL=E $P ids 2>&1; date '+%m-%d %T'",
+         R"((.{14})\n\1\..*\n.*\n(.{14})\..*\n\2\n)"},
+        {"ProcessAndThread", "HILOG_LEVEL=E $P ids 2>&1", R"((.{18} +(\d+) +(\d+) E C00001/T: \2 \3\n){3})"},
+        {"Order",
+         "for i in 1 2 3 4 5 6 7 8; do HILOG_LEVEL=F $P levels 2>&1; done | cut -c1-18 | sort -c && echo sorted",
+         "sorted\n"},
+        {"FileMode", "umask 0; HILOG_FILE=$F $P levels; stat -c %a $F", "644\n"},
+    };
 }
 
-TEST(Line, IsLostWhenNobodyReads)
+INSTANTIATE_TEST_SUITE_P(Start, Line, testing::ValuesIn(HeaderCases()), NameOf);
+
+std::vector<Case> LossCases()
 {
     const std::string fifo = "mkfifo $F; exec 3<>$F; HILOG_LEVEL=E ";
     const std::string after = ".* W C00000/HILOG: 5 lines were lost\n.*T: after\n";
-    const std::string broken = "nothing, 5 lost, 0 whole, a wait, 0, 1\n\n" + after;
-    ExpectOutputs(
-        {
-            {"mkfifo $F; exec 3<>$F 4>$F 3<&-; HILOG_LEVEL=I $P nobody 2>&4", "-1 0"},
-            {fifo + "HILOG_FILE=$F $P unread", broken},
-            {fifo + "$P unread 2>$F", broken},
-            {fifo + "sh -c 'chmod 0 $1; $0 unread-by-another-user' $P $F 2>$F", broken},
-            {"HILOG_LEVEL=E $P unread-socket", "nothing, 5 lost, 0 whole, a wait, 0, 1\n\n?" + after},
-        },
-        9);
+    const std::string whole = "nothing, 5 lost, 0 whole, a wait, 0, 1\n";
+    return {
+        {"Unprintable", "HILOG_LEVEL=E $P lost 2>&1",
+         "(.* -1\n){13}memory short -1, below the level 0, 7\n.* W C00000/HILOG: 14 lines were lost\n.*T: after\n"},
+        {"ReaderGone", "mkfifo $F; exec 3<>$F 4>$F 3<&-; HILOG_LEVEL=I $P nobody 2>&4", "-1 0"},
+        {"FileUnread", fifo + "HILOG_FILE=$F $P unread", whole + "\n" + after},
+        {"PipeUnread", fifo + "$P unread 2>$F", whole + "\n" + after},
+        {"NothingBrokenOff", fifo + "$P unread-short 2>$F", whole + after},
+        {"PipeOfAnotherUserUnread", fifo + "sh -c 'chmod 0 $1; $0 unread-by-another-user' $P $F 2>$F",
+         whole + "\n" + after},
+        {"SocketUnread", "HILOG_LEVEL=E $P unread-socket", whole + "\n?" + after},
+    };
 }
 
+INSTANTIATE_TEST_SUITE_P(Lost, Line, testing::ValuesIn(LossCases()), NameOf);
+
 // On a busy machine some may be lost, but then the log says so.
-TEST(Line, StaysWhole)
+TEST(Lines, OfThreadsStayWhole)
 {
     std::istringstream output(Output("HILOG_LEVEL=E $P threads 2>&1 | cat"));
     size_t whole = 0;

@@ -27,10 +27,10 @@ typedef enum {
     LOG_LEVEL_MAX,
 } LogLevel;
 
-// Writes one line. `fmt` takes printf's conversions, each with a privacy marker after the percent sign: %{public}s
-// prints its argument, %{private}s and a bare %s print "<private>". May be called from any thread; lines of different
-// threads never mix. A level out of range counts as the nearest one. Returns the number of bytes written, 0 for a line
-// below the level in force, -1 for a line that could not be written. errno stays as it was.
+// Writes one line. `fmt` takes printf's conversions, each with a privacy marker after the percent sign; %{public}s,
+// %{private}s and a bare %s print their argument alike. %n is not supported: its line is lost. May be called from any
+// thread; lines of different threads never mix. A level out of range counts as the nearest one. Returns the number of
+// bytes written, 0 for a line below the level in force, -1 for a line that is lost. errno stays as it was.
 //
 // Clang checks the format by the attribute; GCC warns that it does not know os_log.
 #pragma GCC diagnostic push

@@ -1,0 +1,101 @@
+#include "log_output.h"
+
+#include <algorithm>
+#include <climits>
+#include <cstring>
+#include <fcntl.h>
+#include <string_view>
+#include <sys/stat.h>
+
+#include "host_setting.h"
+
+namespace OHOS::Host {
+
+namespace {
+
+constexpr const char* FILE_VARIABLE = "HILOG_FILE";
+constexpr mode_t FILE_MODE = 0644;
+
+// Makes "\n" of every line feed from `start` on.
+void EscapeLineFeeds(std::string& text, size_t start)
+{
+    const size_t first = std::min(text.find('\n', start), text.size());
+    const std::string rest = text.substr(first);
+    text.resize(first);
+    for (const char character : rest) {
+        text += character == '\n' ? "\\n" : std::string_view(&character, 1);
+    }
+}
+
+} // namespace
+
+LogOutput::LogOutput()
+{
+    tzset(); // After this localtime_r does not read TZ, which threads other than the first may not do.
+    const std::string_view name = Setting(FILE_VARIABLE);
+    if (name.empty()) {
+        return;
+    }
+    // O_NONBLOCK: opening a pipe that has no reader yet fails instead of blocking the program.
+    const int file = open(name.data(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, FILE_MODE);
+    if (file < 0) {
+        ReportSetting(FILE_VARIABLE, name, "cannot be opened; lines go to standard error");
+    } else {
+        descriptor_ = file;
+        struct stat status {};
+        isRegularFile_ = fstat(file, &status) == 0 && S_ISREG(status.st_mode);
+    }
+}
+
+int LogOutput::Write(std::string& line, Deadline deadline)
+{
+    EscapeLineFeeds(line, TIME_STAMP_SIZE);
+    line += '\n';
+    Stamp(line.data());
+    const size_t size = line.size();
+    const size_t lost = lost_;
+    const std::string report = lost == 0 ? "" : LossReport(lost);
+    line.insert(0, report);
+    const size_t written = isRegularFile_ ? WriteToFile(descriptor_, line) : WriteUntil(descriptor_, line, deadline);
+    if (written > 0) {
+        isBrokenOff_ = line[written - 1] != '\n';
+    }
+    if (written >= report.size()) {
+        lost_ -= lost;
+    }
+    if (written < line.size()) {
+        CountLoss();
+        return -1;
+    }
+    return static_cast<int>(std::min<size_t>(size, INT_MAX));
+}
+
+std::string LogOutput::LossReport(size_t lost)
+{
+    std::string report;
+    AppendHeader(report, LOG_WARN, 0, "HILOG");
+    report += std::to_string(lost) + " lines were lost\n";
+    Stamp(report.data());
+    return isBrokenOff_ ? '\n' + report : report;
+}
+
+// Finding the local time costs more than the rest of a line, so it is done once a second.
+void LogOutput::Stamp(char* stamp)
+{
+    timespec now{};
+    clock_gettime(CLOCK_REALTIME, &now);
+    if (now.tv_sec != second_) {
+        std::tm local{};
+        localtime_r(&now.tv_sec, &local);
+        std::strftime(stamp_.data(), stamp_.size(), "%m-%d %H:%M:%S", &local);
+        second_ = now.tv_sec;
+    }
+    const long milliseconds = now.tv_nsec / 1'000'000;
+    stamp_[14] = '.';
+    stamp_[15] = static_cast<char>('0' + milliseconds / 100);
+    stamp_[16] = static_cast<char>('0' + milliseconds / 10 % 10);
+    stamp_[17] = static_cast<char>('0' + milliseconds % 10);
+    std::memcpy(stamp, stamp_.data(), stamp_.size());
+}
+
+} // namespace OHOS::Host
