@@ -25,15 +25,6 @@ using namespace OHOS::Host;
 
 constexpr unsigned int DOMAIN = 0xD002D19;
 
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wformat-security" // The formats are arguments.
-template <typename... Args>
-int PrintFormat(LogLevel level, const std::string& format, Args... args)
-{
-    return HiLogPrint(LOG_CORE, level, DOMAIN, "T", format.c_str(), args...);
-}
-#pragma GCC diagnostic pop
-
 // %m prints "Interrupted system call", and errno stays.
 template <typename... Args>
 void ExpectPrinted(const std::string& expected, const std::string& format, Args... args)
@@ -41,7 +32,7 @@ void ExpectPrinted(const std::string& expected, const std::string& format, Args.
     std::string message = "nothing";
     SetLogCapture([&message](const LogRecord& record) { message = record.message; });
     errno = EINTR;
-    PrintFormat(LOG_DEBUG, format, args...);
+    HiLogPrint(LOG_CORE, LOG_DEBUG, DOMAIN, "T", format.c_str(), args..., 0); // Clang wants an argument.
     EXPECT_EQ(errno, EINTR) << format;
     EXPECT_EQ(message, expected) << format;
     SetLogCapture(nullptr);
@@ -56,10 +47,6 @@ TEST(Format, PrintsWhateverTheMarker)
                   "text", 3, "text", 7.5);
     ExpectPrinted("-1 " + std::to_string(SIZE_MAX) + " -8 wide", "%{public}hhd %{public}zu %{private}lld %{public}ls",
                   255, SIZE_MAX, -8LL, L"wide");
-}
-
-TEST(Format, TakesNumberedArguments)
-{
     ExpectPrinted("b a b", "%{public}2$s %{private}1$s %2$s", "a", "b");
     ExpectPrinted("2", "%{public}2$d", 1, 2);
 }
@@ -92,11 +79,12 @@ void PrintLost()
     long long stored = 7;
     for (const char* format : {"%{public}n", "%n", "a% n", "%2$n", "%-08.3lln", "%w64n", "%wf64n", "%l-%n", "%5%%n",
                                "%y%n", "100%", "%{public}", "%{public}99999999999d"}) {
-        std::cout << format << " " << PrintFormat(LOG_ERROR, format, &stored, &stored, &stored) << "\n";
+        std::cout << format << " " << HiLogPrint(LOG_CORE, LOG_ERROR, 1, "T", format, &stored, &stored) << "\n";
     }
     SetLogCapture([](const LogRecord&) { throw std::bad_alloc(); });
-    std::cout << "memory short " << Print("x") << ", below the level " << PrintFormat(LOG_INFO, "%n", &stored) << ", "
-              << stored << std::endl;
+    const char* const unwanted = "%n";
+    std::cout << "memory short " << Print("x") << ", below the level "
+              << HiLogPrint(LOG_CORE, LOG_INFO, 1, "T", unwanted, &stored) << ", " << stored << std::endl;
     SetLogCapture(nullptr);
     Print("after");
 }
@@ -262,7 +250,10 @@ struct Case {
     std::string name;
     std::string command;
     std::string expected; // A regular expression.
+    int tries = 1;
 };
+
+constexpr int BUSY = 9; // Tries for an output that depends on time, on a busy machine.
 
 std::string NameOf(const testing::TestParamInfo<Case>& info)
 {
@@ -271,12 +262,11 @@ std::string NameOf(const testing::TestParamInfo<Case>& info)
 
 class Line : public testing::TestWithParam<Case> {};
 
-// Where the output depends on time, a busy machine may need more than one try.
 TEST_P(Line, IsPrinted)
 {
     std::string output;
     bool matches = false;
-    for (int i = 0; i < 9 && !matches; ++i) {
+    for (int i = 0; i < GetParam().tries && !matches; ++i) {
         output = Output(GetParam().command);
         matches = std::regex_match(output, std::regex(GetParam().expected));
     }
@@ -311,7 +301,7 @@ std::vector<Case> HeaderCases()
         {"DomainAndTag", "echo before >$F; HILOG_LEVEL=W HILOG_FILE=$F $P awkward 2>&1; cat $F",
          "before\n" + start + R"(C0000a/T\\nU: \\na\\n\\nb\\n\n)" + start + R"(C00000/\(null\): \(null\)\n)"},
         {"LocalTime", "export TZ=East-5:30; date '+%m-%d %T'; HILOG_LEVEL=E $P ids 2>&1; date '+%m-%d %T'",
-         R"((.{14})\n\1\..*\n.*\n(.{14})\..*\n\2\n)"},
+         R"((.{14})\n\1\..*\n.*\n(.{14})\..*\n\2\n)", BUSY},
         {"ProcessAndThread", "HILOG_LEVEL=E $P ids 2>&1", R"((.{18} +(\d+) +(\d+) E C00001/T: \2 \3\n){3})"},
         {"Order",
          "for i in 1 2 3 4 5 6 7 8; do HILOG_LEVEL=F $P levels 2>&1; done | cut -c1-18 | sort -c && echo sorted",
@@ -331,12 +321,11 @@ std::vector<Case> LossCases()
         {"Unprintable", "HILOG_LEVEL=E $P lost 2>&1",
          "(.* -1\n){13}memory short -1, below the level 0, 7\n.* W C00000/HILOG: 14 lines were lost\n.*T: after\n"},
         {"ReaderGone", "mkfifo $F; exec 3<>$F 4>$F 3<&-; HILOG_LEVEL=I $P nobody 2>&4", "-1 0"},
-        {"FileUnread", fifo + "HILOG_FILE=$F $P unread", whole + "\n" + after},
-        {"PipeUnread", fifo + "$P unread 2>$F", whole + "\n" + after},
-        {"NothingBrokenOff", fifo + "$P unread-short 2>$F", whole + after},
+        {"FileUnread", fifo + "HILOG_FILE=$F $P unread", whole + "\n" + after, BUSY},
+        {"PipeUnread", fifo + "$P unread-short 2>$F", whole + after, BUSY},
         {"PipeOfAnotherUserUnread", fifo + "sh -c 'chmod 0 $1; $0 unread-by-another-user' $P $F 2>$F",
-         whole + "\n" + after},
-        {"SocketUnread", "HILOG_LEVEL=E $P unread-socket", whole + "\n?" + after},
+         whole + "\n" + after, BUSY},
+        {"SocketUnread", "HILOG_LEVEL=E $P unread-socket", whole + "\n?" + after, BUSY},
     };
 }
 
