@@ -11,9 +11,8 @@ namespace OHOS::Host {
 // percent sign that begins a conversion. %m prints the error that errno holds at the call. `args` is used up; va_end
 // remains the caller's task.
 //
-// False, with an unspecified text appended, when vsnprintf refuses the format or an argument, and for two conversions
-// that are not supported: %n, which would store something, and a percent sign with anything between it and the one
-// before, such as %5%.
+// False, whatever was appended, when vsnprintf refuses the format or an argument, and for two conversions that are not
+// supported: %n, which would store something, and two percent signs with anything between them, such as %5%.
 bool AppendFormat(std::string& out, const char* format, std::va_list args);
 
 } // namespace OHOS::Host

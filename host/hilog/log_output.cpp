@@ -16,14 +16,18 @@ namespace {
 constexpr const char* FILE_VARIABLE = "HILOG_FILE";
 constexpr mode_t FILE_MODE = 0644;
 
-// Makes "\n" of every line feed from `start` on.
+// Makes "\n" of every line feed from `start` on. Works from the end, so that a long text is moved only once.
 void EscapeLineFeeds(std::string& text, size_t start)
 {
-    const size_t first = std::min(text.find('\n', start), text.size());
-    const std::string rest = text.substr(first);
-    text.resize(first);
-    for (const char character : rest) {
-        text += character == '\n' ? "\\n" : std::string_view(&character, 1);
+    const auto count = std::count(text.begin() + static_cast<std::ptrdiff_t>(start), text.end(), '\n');
+    size_t source = text.size();
+    text.resize(text.size() + static_cast<size_t>(count));
+    for (size_t target = text.size(); target != source;) {
+        const char character = text[--source];
+        text[--target] = character == '\n' ? 'n' : character;
+        if (character == '\n') {
+            text[--target] = '\\';
+        }
     }
 }
 
@@ -87,11 +91,10 @@ void LogOutput::Stamp(char* stamp)
     if (now.tv_sec != second_) {
         std::tm local{};
         localtime_r(&now.tv_sec, &local);
-        std::strftime(stamp_.data(), stamp_.size(), "%m-%d %H:%M:%S", &local);
+        std::strftime(stamp_.data(), stamp_.size(), "%m-%d %H:%M:%S.", &local);
         second_ = now.tv_sec;
     }
     const long milliseconds = now.tv_nsec / 1'000'000;
-    stamp_[14] = '.';
     stamp_[15] = static_cast<char>('0' + milliseconds / 100);
     stamp_[16] = static_cast<char>('0' + milliseconds / 10 % 10);
     stamp_[17] = static_cast<char>('0' + milliseconds % 10);

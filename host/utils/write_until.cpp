@@ -38,8 +38,7 @@ public:
     {
         if (isBlocking_) {
             const timespec now{0, 0};
-            while (sigtimedwait(&signal_, nullptr, &now) < 0 && errno == EINTR) {
-            }
+            sigtimedwait(&signal_, nullptr, &now);
             pthread_sigmask(SIG_SETMASK, &previous_, nullptr);
         }
     }
@@ -121,9 +120,7 @@ size_t WriteToOwnDescription(int descriptor, std::string_view text, Deadline dea
 size_t WriteUntil(int descriptor, std::string_view text, Deadline deadline)
 {
     struct stat status {};
-    if (fstat(descriptor, &status) != 0) {
-        return 0;
-    }
+    static_cast<void>(fstat(descriptor, &status)); // Where it fails, nothing can be written either.
     if (S_ISREG(status.st_mode)) {
         return WriteToFile(descriptor, text);
     }

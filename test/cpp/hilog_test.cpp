@@ -82,11 +82,12 @@ void PrintLost()
         std::cout << format << " " << HiLogPrint(LOG_CORE, LOG_ERROR, 1, "T", format, &stored, &stored) << "\n";
     }
     SetLogCapture([](const LogRecord&) { throw std::bad_alloc(); });
-    const char* const unwanted = "%n";
+    const std::string unwanted = "%n";
     std::cout << "memory short " << Print("x") << ", below the level "
-              << HiLogPrint(LOG_CORE, LOG_INFO, 1, "T", unwanted, &stored) << ", " << stored << std::endl;
+              << HiLogPrint(LOG_CORE, LOG_INFO, 1, "T", unwanted.c_str(), &stored) << ", " << stored << std::endl;
     SetLogCapture(nullptr);
     Print("after");
+    Print("again");
 }
 
 void PrintIds()
@@ -161,9 +162,10 @@ int Fill(const std::string& message)
 }
 
 // Logs while nobody reads, then reads, and logs on.
-void PrintUnread(size_t size)
+template <size_t SIZE>
+void PrintUnread()
 {
-    const std::string message(size, 'x');
+    const std::string message(SIZE, 'x');
     const int descriptor = dup(READER);
     int captured = 0;
     SetLogCapture([&captured](const LogRecord&) { ++captured; });
@@ -204,19 +206,21 @@ const std::map<std::string, void (*)()> SCENARIOS = {
                    << HiLogPrint(LOG_CORE, LOG_DEBUG, DOMAIN, "T", "below");
      }},
     {"lost", PrintLost},
-    {"unread",
+    {"behind",
      [] {
-         PrintUnread(10'000);
-     }}, // Above what a pipe takes as a whole.
-    {"unread-short",
-     [] {
-         PrintUnread(1'000);
-     }}, // Nothing is broken off.
+         // Its many line feeds are escaped while the other lines wait for it.
+         const auto longLine = std::async(std::launch::async, Print, std::string(80'000'000, '\n'));
+         while (Print("x") > 0 && longLine.wait_for(std::chrono::seconds(0)) == std::future_status::timeout) {
+         }
+         std::cout << TimeOfFour("x");
+     }},
+    {"unread", PrintUnread<10'000>},      // Above what a pipe takes as a whole.
+    {"unread-short", PrintUnread<1'000>}, // Nothing is broken off.
     {"unread-by-another-user",
      [] {
          const uid_t user = geteuid();
          if (user != 0 || seteuid(65534) == 0) {
-             PrintUnread(10'000);
+             PrintUnread<10'000>();
          }
          if (seteuid(user) != 0) { // The leak detector needs the rights that there were.
              std::abort();
@@ -227,7 +231,7 @@ const std::map<std::string, void (*)()> SCENARIOS = {
          std::array<int, 2> ends{};
          if (socketpair(AF_UNIX, SOCK_STREAM, 0, ends.data()) == 0 && dup2(ends[0], STDERR_FILENO) >= 0 &&
              dup2(ends[1], READER) >= 0) {
-             PrintUnread(10'000);
+             PrintUnread<10'000>();
          }
      }},
 };
@@ -255,9 +259,9 @@ struct Case {
 
 constexpr int BUSY = 9; // Tries for an output that depends on time, on a busy machine.
 
-std::string NameOf(const testing::TestParamInfo<Case>& info)
+void PrintTo(const Case& row, std::ostream* out)
 {
-    return info.param.name;
+    *out << row.name;
 }
 
 class Line : public testing::TestWithParam<Case> {};
@@ -292,7 +296,7 @@ std::vector<Case> LevelCases()
     };
 }
 
-INSTANTIATE_TEST_SUITE_P(FromLevelOn, Line, testing::ValuesIn(LevelCases()), NameOf);
+INSTANTIATE_TEST_SUITE_P(FromLevelOn, Line, testing::ValuesIn(LevelCases()), testing::PrintToStringParamName());
 
 std::vector<Case> HeaderCases()
 {
@@ -310,7 +314,7 @@ std::vector<Case> HeaderCases()
     };
 }
 
-INSTANTIATE_TEST_SUITE_P(Start, Line, testing::ValuesIn(HeaderCases()), NameOf);
+INSTANTIATE_TEST_SUITE_P(Start, Line, testing::ValuesIn(HeaderCases()), testing::PrintToStringParamName());
 
 std::vector<Case> LossCases()
 {
@@ -319,8 +323,10 @@ std::vector<Case> LossCases()
     const std::string whole = "nothing, 5 lost, 0 whole, a wait, 0, 1\n";
     return {
         {"Unprintable", "HILOG_LEVEL=E $P lost 2>&1",
-         "(.* -1\n){13}memory short -1, below the level 0, 7\n.* W C00000/HILOG: 14 lines were lost\n.*T: after\n"},
+         "(.* -1\n){13}memory short -1, below the level 0, 7\n.* W C00000/HILOG: 14 lines were lost\n.*T: after\n.*T: "
+         "again\n"},
         {"ReaderGone", "mkfifo $F; exec 3<>$F 4>$F 3<&-; HILOG_LEVEL=I $P nobody 2>&4", "-1 0"},
+        {"BehindLongLine", "HILOG_LEVEL=E HILOG_FILE=/dev/null $P behind", "nothing", BUSY},
         {"FileUnread", fifo + "HILOG_FILE=$F $P unread", whole + "\n" + after, BUSY},
         {"PipeUnread", fifo + "$P unread-short 2>$F", whole + after, BUSY},
         {"PipeOfAnotherUserUnread", fifo + "sh -c 'chmod 0 $1; $0 unread-by-another-user' $P $F 2>$F",
@@ -329,7 +335,7 @@ std::vector<Case> LossCases()
     };
 }
 
-INSTANTIATE_TEST_SUITE_P(Lost, Line, testing::ValuesIn(LossCases()), NameOf);
+INSTANTIATE_TEST_SUITE_P(Lost, Line, testing::ValuesIn(LossCases()), testing::PrintToStringParamName());
 
 // On a busy machine some may be lost, but then the log says so.
 TEST(Lines, OfThreadsStayWhole)

@@ -3,8 +3,6 @@
 #ifndef HOST_HILOG_LOG_H
 #define HOST_HILOG_LOG_H
 
-#define HOST_HILOG_EXPORT __attribute__((visibility("default")))
-
 extern "C" {
 
 typedef enum {
@@ -35,8 +33,9 @@ typedef enum {
 // Clang checks the format by the attribute; GCC warns that it does not know os_log.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat"
-HOST_HILOG_EXPORT int HiLogPrint(LogType type, LogLevel level, unsigned int domain, const char* tag, const char* fmt,
-                                 ...) __attribute__((__format__(os_log, 5, 6)));
+__attribute__((visibility("default"))) int HiLogPrint(LogType type, LogLevel level, unsigned int domain,
+                                                      const char* tag, const char* fmt, ...)
+    __attribute__((__format__(os_log, 5, 6)));
 #pragma GCC diagnostic pop
 }
 
