@@ -1,5 +1,6 @@
 // Checks what a desktop build cannot: that the module's sources include nothing that the platform lacks, that
-// BUILD.gn and bundle.json name the same component and dependencies, and that BUILD.gn is formatted.
+// each conversion of their log lines has a privacy marker, that BUILD.gn and bundle.json name the same
+// component and dependencies, and that BUILD.gn is formatted.
 import { spawnSync } from 'node:child_process';
 import { existsSync, readFileSync } from 'node:fs';
 import { dirname, join } from 'node:path';
@@ -35,7 +36,7 @@ function compare(what, found, expected) {
   problems.push(...wrong.map((name) => `${what}: ${name} is wrong`));
 }
 
-// Follows the module's own headers from its sources.
+// Gives the module's sources, and its own headers, which are found from there.
 function checkIncludes() {
   const files = new Set(gnStrings('sources'));
   for (const file of files) {
@@ -50,6 +51,22 @@ function checkIncludes() {
   }
   const strangers = [...files].filter((file) => file.startsWith('host/'));
   problems.push(...strangers.map((file) => `the module includes ${file}`));
+  return files;
+}
+
+// What a quotation mark may stand in: comments, characters, and texts, of which the content is captured.
+const QUOTED = /\/\/.*|\/\*[^]*?\*\/|'(?:[^\\]|\\.)'|"((?:[^"\\\n]|\\.)*)"/g;
+const UNMARKED = /%(?!\{(?:public|private)\})/;
+
+// A device hides the argument of a conversion without a marker, while a desktop prints it.
+function checkMarkers(files) {
+  for (const file of files) {
+    for (const [, text = ''] of read(file).matchAll(QUOTED)) {
+      if (UNMARKED.test(text.replaceAll('%%', ''))) {
+        problems.push(`${file}: "${text}" has a conversion without {public} or {private}`);
+      }
+    }
+  }
 }
 
 function checkFormat() {
@@ -72,7 +89,7 @@ function checkBundle() {
   compare('bundle.json: component.subsystem', [component.subsystem], gnStrings('subsystem_name'));
 }
 
-checkIncludes();
+checkMarkers(checkIncludes());
 checkFormat();
 checkBundle();
 for (const problem of problems) {
