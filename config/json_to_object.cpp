@@ -4,6 +4,7 @@
 
 #include "common/module_log.h"
 #include "config/json_text.h"
+#include "napi/util/handle_scope.h"
 
 namespace OHOS::HiviewDFX {
 
@@ -53,7 +54,9 @@ void ConvertJsonToObject(napi_env env, std::string text, napi_value object)
         return;
     }
     const char* nameEnd = nullptr; // Not needed: a name is cut at its first NUL, as text is.
+    ChunkedHandleScope scope(env);
     for (auto member = root.begin(); member != root.end(); ++member) {
+        scope.Next();
         napi_value value = ScalarToJs(env, *member);
         napi_value name = nullptr;
         napi_create_string_utf8(env, member.memberName(&nameEnd), NAPI_AUTO_LENGTH, &name);

@@ -28,7 +28,9 @@ std::shared_ptr<ConfigInfo> NapiZelkConfigInfoBuild::BuildChangeConfig(napi_env 
 {
     std::vector<std::string> names;
     NapiUtil::GetPropertyNames(env, object, names);
+    ChunkedHandleScope scope(env);
     for (const std::string& name : names) {
+        scope.Next();
         ZELK_INFO("BuildChangeConfig: key %{public}s", name.c_str());
         napi_value value = NapiUtil::GetProperty(env, object, name);
         if (value != nullptr) {

@@ -42,7 +42,7 @@ napi_value SetMembers(napi_env env, napi_callback_info info)
 
     Json::Value root;
     Json::Reader reader;
-    reader.parse(text, root, true);
+    reader.parse(text, root, false);
     const char* nameEnd = nullptr;
     for (auto member = root.begin(); member != root.end(); ++member) {
         napi_set_named_property(env, arguments[1], member.memberName(&nameEnd), ToJs(env, *member));

@@ -1,6 +1,9 @@
-// A handle scope of Node-API.
+// Handle scopes of Node-API.
 #ifndef ZELKLOGSERVICE_NAPI_UTIL_HANDLE_SCOPE_H
 #define ZELKLOGSERVICE_NAPI_UTIL_HANDLE_SCOPE_H
+
+#include <cstdint>
+#include <optional>
 
 #include "napi/native_api.h"
 
@@ -26,6 +29,31 @@ public:
 private:
     napi_env env_;
     napi_handle_scope scope_ = nullptr;
+};
+
+// Scopes for a loop whose steps make few handles each: one for each chunk of steps, as one for every step would cost
+// more than the step. The first chunk leaves its handles to the scope around the loop, so that a short loop costs
+// nothing. JavaScript thread only.
+class ChunkedHandleScope {
+public:
+    explicit ChunkedHandleScope(napi_env env) : env_(env) {}
+
+    // Begins a step. Handles of earlier steps must not be used any more.
+    void Next()
+    {
+        if (++steps_ > CHUNK) {
+            steps_ = 1;
+            scope_.reset();
+            scope_.emplace(env_);
+        }
+    }
+
+private:
+    static constexpr uint32_t CHUNK = 256;
+
+    napi_env env_;
+    uint32_t steps_ = 0;
+    std::optional<HandleScope> scope_;
 };
 
 } // namespace OHOS::HiviewDFX

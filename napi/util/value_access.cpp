@@ -5,6 +5,7 @@
 
 #include "common/module_log.h"
 #include "napi/util/checked_call.h"
+#include "napi/util/handle_scope.h"
 #include "napi/util/napi_util.h"
 
 namespace OHOS::HiviewDFX {
@@ -16,7 +17,9 @@ template <typename T, typename Convert>
 void AppendElements(napi_env env, napi_value array, std::vector<T>& out, Convert convert)
 {
     const uint32_t length = NapiUtil::GetArrayLength(env, array);
+    ChunkedHandleScope scope(env);
     for (uint32_t index = 0; index < length; ++index) {
+        scope.Next();
         napi_value element = NapiUtil::GetElement(env, array, index);
         if (element != nullptr) {
             out.push_back(convert(env, element));
@@ -145,7 +148,9 @@ void NapiUtil::GetPropertyNames(napi_env env, napi_value object, std::vector<std
         return;
     }
     names.reserve(names.size() + count);
+    ChunkedHandleScope scope(env);
     for (uint32_t index = 0; index < count; ++index) {
+        scope.Next();
         napi_value element = nullptr;
         if (napi_get_element(env, list, index, &element) != napi_ok) {
             ZELK_ERROR("failed to get the element of array");
@@ -201,7 +206,9 @@ napi_valuetype NapiUtil::GetArrayType(napi_env env, napi_value array)
         return napi_null;
     }
     napi_valuetype arrayType = napi_undefined;
+    ChunkedHandleScope scope(env);
     for (uint32_t index = 0; index < length; ++index) {
+        scope.Next();
         napi_value element = nullptr;
         if (napi_get_element(env, array, index, &element) != napi_ok) {
             ZELK_ERROR("GetArrayType: failed to get the element of array");
