@@ -1,5 +1,7 @@
 // Arguments that become items, and replies that become objects. All of it happens on the JavaScript thread,
 // whose own time is measured.
+import assert from 'node:assert/strict';
+
 import { addon, average, compare } from './lib/rounds.mjs';
 
 const zelk = addon('zelklogservice');
@@ -66,6 +68,26 @@ const members = Object.fromEntries(Array.from({ length: SOME }, (_, i) =>
 const reply = JSON.stringify(members);
 const toObject = (convert) => () => timeOf(() => convert(reply, {})) / SOME;
 await compare('reply', ROUNDS, toObject(parts.convertReply), toObject(bareReply.setMembers));
+
+// Parts of a reply that cost time without becoming properties, whose number is up to whoever stored the text.
+const partsOf = (count) => {
+  const list = (part) => `[${Array(count).fill(part)}]`;
+  const depth = 500;
+  const deep = Array(Math.ceil(count / depth)).fill('['.repeat(depth) + ']'.repeat(depth));
+  const text = String.raw`\n\u00e9\ud83d\ude00`.repeat(count);
+  const members = [...Array(count).fill('"equal":1'), `"deep":[${deep}]`, `"text":"${text}"`,
+    `"numbers":${list('12,-3.25e7')}`, `"texts":${list('"ap"')}`, `"long":0.${'1'.repeat(count)}`];
+  return `{${members}${'/**/ //\n'.repeat(count)}${' \t\r\n'.repeat(count)}}`;
+};
+const parsed = (count) => {
+  const text = partsOf(count);
+  const object = {};
+  parts.convertReply(text, object);
+  assert.deepEqual(Object.keys(object), ['equal', 'long', 'text']);
+  return () => timeOf(() => parts.convertReply(text, {})) / count;
+};
+const parsedFew = parsed(FEW);
+await compare('reply-growth', 5, parsed(MANY), () => average(REPEATS, parsedFew));
 
 // From a service of our own: the reference service's answers are smaller.
 const answered = (count) => async () => {

@@ -16,6 +16,7 @@ export const ROWS = [
   { measure: 'text-growth', what: '… 100,000 parameters', against: '1,000, per parameter', most: 1.1 },
   { measure: 'reply', what: 'reply → object, 10,000 members',
     against: 'jsoncpp parse + bare loop', most: 1.12 },
+  { measure: 'reply-growth', what: '… 100,000 comments, numbers, …', against: '1,000 of each', most: 1.3 },
   { measure: 'replies-growth', what: 'replies: 100,000', against: '1,000, per reply', most: 1.1 },
   { measure: 'replies-million', what: 'replies: 1,000,000', against: '10,000, per reply', most: 1.2 },
   { measure: 'log-suppressed', what: 'log line below the level',

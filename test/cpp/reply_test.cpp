@@ -1,5 +1,7 @@
-// Replies for which jsoncpp throws, outside Node.js: its executable contains its own C++ runtime, which finds handlers
-// that a device's would not.
+// Replies outside Node.js: those for which jsoncpp throws, as the executable of Node.js contains its own C++ runtime,
+// which finds handlers that a device's would not; and those that are long.
+#include <algorithm>
+#include <ctime>
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <node_api.h>
@@ -25,10 +27,62 @@ SUCCEEDS(napi_open_handle_scope, napi_env, napi_handle_scope*)
 SUCCEEDS(napi_close_handle_scope, napi_env, napi_handle_scope)
 void napi_module_register(napi_module*) {}
 
-TEST(Reply, IsAbandonedWhenJsoncppThrows)
+class Reply : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        ASSERT_NE(dlopen(REPLY_MODULE, RTLD_LAZY), nullptr) << dlerror();
+        ASSERT_NE(g_conversion, nullptr);
+    }
+};
+
+std::string Repeat(const std::string& part, int times)
 {
-    ASSERT_NE(dlopen(REPLY_MODULE, RTLD_LAZY), nullptr) << dlerror();
-    ASSERT_NE(g_conversion, nullptr);
+    std::string text;
+    while (times-- > 0) {
+        text += part;
+    }
+    return text;
+}
+
+// This thread's own time, of the fastest of a few conversions.
+clock_t TimeOf(const std::string& text)
+{
+    const auto once = [&text] {
+        timespec start{};
+        timespec end{};
+        clock_gettime(CLOCK_THREAD_CPUTIME_ID, &start);
+        EXPECT_TRUE(g_conversion(text));
+        clock_gettime(CLOCK_THREAD_CPUTIME_ID, &end);
+        return (end.tv_sec - start.tv_sec) * 1'000'000'000 + end.tv_nsec - start.tv_nsec;
+    };
+    return std::min({once(), once(), once()});
+}
+
+TEST_F(Reply, TakesTimeByItsLength)
+{
+    const struct {
+        const char* what;
+        std::string start, part, end;
+    } rows[] = {
+        {"comments", R"({"value": "{}")", "/**/", "}"},
+        {"comments to the end of the line", R"({"value": "{}")", "//\n", "}"},
+        {"nesting", R"({"list": [0)", "," + std::string(900, '[') + std::string(900, ']'), "]}"},
+        {"numbers", R"({"list": [0)", ",-1.5e7,4294967296", "]}"},
+        {"digits", R"({"value": 0.)", "1", "}"},
+        {"escapes", R"({"value": "{}", "text": ")", R"(\n\u00e9\ud83d\ude00)", R"("})"},
+        {"white space", R"({"value": "{}")", " \t\r\n", "}"},
+        {"equal names", "{", R"("value": "{}",)", R"("a": 1})"},
+    };
+    for (const auto& [what, start, part, end] : rows) {
+        const int few = std::max<int>(20'000 / static_cast<int>(part.size()), 20);
+        const auto fewTime = TimeOf(start + Repeat(part, few) + end);
+        EXPECT_LT(TimeOf(start + Repeat(part, 10 * few) + end), 40 * fewTime) << what;
+    }
+}
+
+TEST_F(Reply, IsAbandonedWhenJsoncppThrows)
+{
     EXPECT_TRUE(g_conversion(R"({"configKey": "k", "value": "{\"level\": 3}"})"));
     EXPECT_FALSE(g_conversion(R"({"configKey": "k", "value": "{\"level\": 4294967296}"})"));
     EXPECT_FALSE(g_conversion(std::string(2000, '[') + std::string(2000, ']')));
