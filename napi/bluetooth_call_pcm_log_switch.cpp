@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "client/zelk_log_service_client.h"
 #include "common/module_log.h"
 #include "napi/calls/switch_call.h"
@@ -18,8 +20,8 @@ napi_value HandleBluetoothCallPcmLogSwitch(napi_env env, napi_callback_info info
     if (context == nullptr) {
         return nullptr;
     }
-    return NapiUtil::HandleAsyncWork(env, context.release(), "HandleBluetoothCallPcmLogSwitch",
-                                     NativeHandleBluetoothCallPcmLogSwitch, HandleBluetoothCallPcmLogSwitchCallback);
+    return NapiUtil::StartCall(env, std::move(context), "HandleBluetoothCallPcmLogSwitch",
+                               NativeHandleBluetoothCallPcmLogSwitch, HandleBluetoothCallPcmLogSwitchCallback);
 }
 
 void NativeHandleBluetoothCallPcmLogSwitch(napi_env, void* data)

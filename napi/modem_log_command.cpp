@@ -1,4 +1,5 @@
 #include <memory>
+#include <utility>
 
 #include "client/zelk_log_service_client.h"
 #include "common/module_log.h"
@@ -25,14 +26,19 @@ napi_value SendModemLogCommand(napi_env env, napi_callback_info info)
         return nullptr;
     }
     auto context = std::make_unique<SendCommandContext>();
+    // Only a failing call matters here: the type is not compared again.
+    napi_valuetype type = napi_undefined;
+    if (!ReadType(env, arguments[0], type)) {
+        return nullptr;
+    }
     // Any object is a command, an array too. Properties that are missing leave an empty key or no parameters.
     context->command = BuildConfigInfo(env, arguments[0]);
     // The second of two arguments is the callback, whatever its type.
     if (arguments.count == 2 && !KeepCallback(env, arguments[1], *context)) {
         return nullptr;
     }
-    return NapiUtil::HandleAsyncWork(env, context.release(), "SendModemLogCommand", NativeSendModemLogCommand,
-                                     SendModemLogCommandCallback);
+    return NapiUtil::StartCall(env, std::move(context), "SendModemLogCommand", NativeSendModemLogCommand,
+                               SendModemLogCommandCallback);
 }
 
 void NativeSendModemLogCommand(napi_env, void* data)

@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "client/zelk_log_service_client.h"
 #include "common/module_log.h"
 #include "config/json_to_object.h"
@@ -37,8 +39,8 @@ napi_value GetModemLogConfig(napi_env env, napi_callback_info info)
     if (context == nullptr) {
         return nullptr;
     }
-    return NapiUtil::HandleAsyncWork(env, context.release(), "GetModemLogConfig", NativeGetModemLogConfig,
-                                     GetModemLogConfigCallback);
+    return NapiUtil::StartCall(env, std::move(context), "GetModemLogConfig", NativeGetModemLogConfig,
+                               GetModemLogConfigCallback);
 }
 
 void NativeGetModemLogConfig(napi_env env, void* data)

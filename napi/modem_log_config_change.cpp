@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "client/zelk_log_service_client.h"
 #include "common/module_log.h"
 #include "napi/calls/config_change_call.h"
@@ -12,13 +14,15 @@ napi_value ChangeModemLogConfig(napi_env env, napi_callback_info info)
         ZELK_ERROR("ChangeModemLogConfig: current app is not system app, so return");
         return nullptr;
     }
-    auto context = ReadConfigChangeCall(
-        env, info, {"ChangeModemLogConfig: Illegal params", "ChangeModemLogConfig: error array type"});
+    auto context =
+        ReadConfigChangeCall(env, info,
+                             {"ChangeModemLogConfig: Illegal params", "ChangeModemLogConfig: error object type",
+                              "ChangeModemLogConfig: error array type"});
     if (context == nullptr) {
         return nullptr;
     }
-    return NapiUtil::HandleAsyncWork(env, context.release(), "ChangeModemLogConfig", NativeChangeModemLogConfig,
-                                     ChangeModemLogConfigCallback);
+    return NapiUtil::StartCall(env, std::move(context), "ChangeModemLogConfig", NativeChangeModemLogConfig,
+                               ChangeModemLogConfigCallback);
 }
 
 void NativeChangeModemLogConfig(napi_env, void* data)

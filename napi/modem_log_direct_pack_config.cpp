@@ -1,4 +1,5 @@
 #include <string>
+#include <utility>
 
 #include "client/zelk_log_service_client.h"
 #include "common/module_log.h"
@@ -23,8 +24,8 @@ napi_value GetModemLogDirectPackConfig(napi_env env, napi_callback_info info)
     if (context == nullptr) {
         return nullptr;
     }
-    return NapiUtil::HandleAsyncWork(env, context.release(), "GetModemLogDirectPackConfig",
-                                     NativeGetModemLogDirectPackConfig, GetModemLogDirectPackConfigCallback);
+    return NapiUtil::StartCall(env, std::move(context), "GetModemLogDirectPackConfig",
+                               NativeGetModemLogDirectPackConfig, GetModemLogDirectPackConfigCallback);
 }
 
 void NativeGetModemLogDirectPackConfig(napi_env, void* data)

@@ -1,4 +1,5 @@
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "client/zelk_log_service_client.h"
@@ -25,8 +26,8 @@ napi_value GetModemLogLogMasks(napi_env env, napi_callback_info info)
     if (context == nullptr) {
         return nullptr;
     }
-    return NapiUtil::HandleAsyncWork(env, context.release(), "GetModemLogLogMasks", NativeGetModemLogLogMasks,
-                                     GetModemLogLogMasksCallback);
+    return NapiUtil::StartCall(env, std::move(context), "GetModemLogLogMasks", NativeGetModemLogLogMasks,
+                               GetModemLogLogMasksCallback);
 }
 
 void NativeGetModemLogLogMasks(napi_env, void* data)

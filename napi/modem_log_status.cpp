@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "client/zelk_log_service_client.h"
 #include "common/module_log.h"
 #include "napi/calls/status_query_call.h"
@@ -17,8 +19,8 @@ napi_value GetModemLogStatus(napi_env env, napi_callback_info info)
     if (context == nullptr) {
         return nullptr;
     }
-    return NapiUtil::HandleAsyncWork(env, context.release(), "GetModemLogStatus", NativeGetModemLogStatus,
-                                     GetModemLogStatusCallback);
+    return NapiUtil::StartCall(env, std::move(context), "GetModemLogStatus", NativeGetModemLogStatus,
+                               GetModemLogStatusCallback);
 }
 
 void NativeGetModemLogStatus(napi_env, void* data)

@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "client/zelk_log_service_client.h"
 #include "common/module_log.h"
 #include "napi/calls/switch_call.h"
@@ -21,8 +23,8 @@ napi_value HandleModemLogSwitch(napi_env env, napi_callback_info info)
     if (context == nullptr) {
         return nullptr;
     }
-    return NapiUtil::HandleAsyncWork(env, context.release(), "HandleModemLogSwitch", NativeHandleModemLogSwitch,
-                                     HandleModemLogSwitchCallback);
+    return NapiUtil::StartCall(env, std::move(context), "HandleModemLogSwitch", NativeHandleModemLogSwitch,
+                               HandleModemLogSwitchCallback);
 }
 
 void NativeHandleModemLogSwitch(napi_env, void* data)

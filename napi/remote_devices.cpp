@@ -41,7 +41,7 @@ napi_value Run(napi_env env, const char* function, Request request)
         const int32_t code = request(*client, reply);
         return std::make_pair(code, std::move(reply));
     };
-    return NapiContext::Execute(
+    return NapiContext::StartCall(
         std::make_unique<NapiExecutor<std::string>>(function, env, std::move(job), NapiUtil::CreateStringValue));
 }
 

@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "client/zelk_log_service_client.h"
 #include "common/module_log.h"
 #include "config/json_to_object.h"
@@ -36,8 +38,8 @@ napi_value GetTcpdumpConfig(napi_env env, napi_callback_info info)
     if (context == nullptr) {
         return nullptr;
     }
-    return NapiUtil::HandleAsyncWork(env, context.release(), "GetTcpdumpConfig", NativeGetTcpdumpConfig,
-                                     GetTcpdumpConfigCallback);
+    return NapiUtil::StartCall(env, std::move(context), "GetTcpdumpConfig", NativeGetTcpdumpConfig,
+                               GetTcpdumpConfigCallback);
 }
 
 void NativeGetTcpdumpConfig(napi_env env, void* data)

@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "client/zelk_log_service_client.h"
 #include "common/module_log.h"
 #include "napi/calls/config_change_call.h"
@@ -16,13 +18,14 @@ napi_value ChangeTcpdumpConfig(napi_env env, napi_callback_info info)
     }
     auto context = ReadConfigChangeCall(env, info,
                                         {"[TCP dump] napi ChangeTcpdumpConfig: Illegal params",
+                                         "[TCP dump] napi ChangeTcpdumpConfig: error object type",
                                          "[TCP dump] napi ChangeTcpdumpConfig: error array type"});
     if (context == nullptr) {
         return nullptr;
     }
     ZELK_ERROR("[TCP dump] napi ChangeTcpdumpConfig: end");
-    return NapiUtil::HandleAsyncWork(env, context.release(), "ChangeTcpdumpConfig", NativeChangeTcpdumpConfig,
-                                     ChangeTcpdumpConfigCallback);
+    return NapiUtil::StartCall(env, std::move(context), "ChangeTcpdumpConfig", NativeChangeTcpdumpConfig,
+                               ChangeTcpdumpConfigCallback);
 }
 
 void NativeChangeTcpdumpConfig(napi_env, void* data)

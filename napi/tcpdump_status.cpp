@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "client/zelk_log_service_client.h"
 #include "common/module_log.h"
 #include "napi/calls/status_query_call.h"
@@ -18,8 +20,8 @@ napi_value GetTcpdumpStatus(napi_env env, napi_callback_info info)
     if (context == nullptr) {
         return nullptr;
     }
-    return NapiUtil::HandleAsyncWork(env, context.release(), "GetTcpdumpStatus", NativeGetTcpdumpStatus,
-                                     GetTcpdumpStatusCallback);
+    return NapiUtil::StartCall(env, std::move(context), "GetTcpdumpStatus", NativeGetTcpdumpStatus,
+                               GetTcpdumpStatusCallback);
 }
 
 void NativeGetTcpdumpStatus(napi_env, void* data)

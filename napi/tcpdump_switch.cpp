@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "client/zelk_log_service_client.h"
 #include "common/module_log.h"
 #include "napi/calls/switch_call.h"
@@ -19,8 +21,8 @@ napi_value HandleTcpdumpSwitch(napi_env env, napi_callback_info info)
     if (context == nullptr) {
         return nullptr;
     }
-    return NapiUtil::HandleAsyncWork(env, context.release(), "HandleTcpdumpSwitch", NativeHandleTcpdumpSwitch,
-                                     HandleTcpdumpSwitchCallback);
+    return NapiUtil::StartCall(env, std::move(context), "HandleTcpdumpSwitch", NativeHandleTcpdumpSwitch,
+                               HandleTcpdumpSwitchCallback);
 }
 
 void NativeHandleTcpdumpSwitch(napi_env, void* data)

@@ -3,7 +3,6 @@
 #include "common/module_log.h"
 #include "config/napi_zelk_config_info_build.h"
 #include "napi/util/arguments.h"
-#include "napi/util/checked_call.h"
 #include "napi/util/napi_util.h"
 
 namespace OHOS::HiviewDFX {
@@ -15,11 +14,19 @@ std::unique_ptr<ChangeConfigContext> ReadConfigChangeCall(napi_env env, napi_cal
     if (!ReadObjectArguments(env, info, texts.illegalParams, arguments)) {
         return nullptr;
     }
+    auto context = std::make_unique<ChangeConfigContext>();
+    napi_valuetype type = napi_undefined;
+    if (!ReadType(env, arguments[0], type)) {
+        return nullptr;
+    }
+    if (type != napi_object) {
+        ZELK_ERROR("%{public}s", texts.errorObjectType);
+        return nullptr;
+    }
     if (!NapiUtil::IsArray(env, arguments[0])) {
         ZELK_ERROR("%{public}s", texts.errorArrayType);
         return nullptr;
     }
-    auto context = std::make_unique<ChangeConfigContext>();
     FillConfigInfoVector(env, arguments[0], context->configs);
     if (arguments.count == 2 && !KeepCallbackIfFunction(env, arguments[1], *context)) {
         return nullptr;

@@ -18,6 +18,7 @@ struct ChangeConfigContext : BaseContext {
 // The log lines in which the change functions differ.
 struct ConfigChangeTexts {
     const char* illegalParams;
+    const char* errorObjectType;
     const char* errorArrayType;
 };
 

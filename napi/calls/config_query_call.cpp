@@ -3,7 +3,6 @@
 #include "common/module_log.h"
 #include "config/napi_zelk_config_info_build.h"
 #include "napi/util/arguments.h"
-#include "napi/util/checked_call.h"
 #include "napi/util/napi_util.h"
 
 namespace OHOS::HiviewDFX {
@@ -15,11 +14,15 @@ std::unique_ptr<GetConfigContext> ReadConfigQueryCall(napi_env env, napi_callbac
     if (!ReadObjectArguments(env, info, texts.illegalParams, arguments)) {
         return nullptr;
     }
-    if (!NapiUtil::IsArray(env, arguments[0])) {
+    auto context = std::make_unique<GetConfigContext>();
+    napi_valuetype type = napi_undefined;
+    if (!ReadType(env, arguments[0], type)) {
+        return nullptr;
+    }
+    if (type != napi_object || !NapiUtil::IsArray(env, arguments[0])) {
         ZELK_ERROR("%{public}s", texts.errorType);
         return nullptr;
     }
-    auto context = std::make_unique<GetConfigContext>();
     FillStringVector(env, arguments[0], context->configKeys);
     if (arguments.count == 2) {
         if (!KeepCallbackIfFunction(env, arguments[1], *context)) {

@@ -3,7 +3,6 @@
 #include "common/module_log.h"
 #include "config/napi_zelk_config_info_build.h"
 #include "napi/util/arguments.h"
-#include "napi/util/checked_call.h"
 #include "napi/util/napi_util.h"
 
 namespace OHOS::HiviewDFX {
@@ -13,7 +12,7 @@ namespace {
 bool ReadState(napi_env env, napi_value state, const SwitchTexts& texts, SwitchContext& context)
 {
     napi_valuetype type = napi_undefined;
-    if (!CheckCall(env, napi_typeof(env, state, &type))) {
+    if (!ReadType(env, state, type)) {
         return false;
     }
     if (type == napi_boolean) {
@@ -23,6 +22,44 @@ bool ReadState(napi_env env, napi_value state, const SwitchTexts& texts, SwitchC
         }
     }
     return true;
+}
+
+// Of (state, configs) or (state, callback).
+bool ReadConfigsOrCallback(napi_env env, napi_value second, const SwitchTexts& texts, SwitchContext& context)
+{
+    if (NapiUtil::IsArray(env, second)) {
+        FillConfigInfoVector(env, second, context.configs);
+        return true;
+    }
+    if (NapiUtil::IsUndefined(env, second)) {
+        ZELK_INFO("%{public}s", texts.configUndefined);
+        return true;
+    }
+    return KeepCallback(env, second, context);
+}
+
+// Of (state, callback, configs): the callback comes before the items, not after them.
+bool ReadCallbackAndConfigs(napi_env env, napi_value callback, napi_value configs, SwitchContext& context)
+{
+    if (!KeepCallback(env, callback, context)) {
+        return false;
+    }
+    if (NapiUtil::IsArray(env, configs)) {
+        FillConfigInfoVector(env, configs, context.configs);
+    }
+    return true;
+}
+
+bool ReadAfterState(napi_env env, const Arguments<3>& arguments, const SwitchTexts& texts, SwitchContext& context)
+{
+    switch (arguments.count) {
+    case 2:
+        return ReadConfigsOrCallback(env, arguments[1], texts, context);
+    case 3:
+        return ReadCallbackAndConfigs(env, arguments[1], arguments[2], context);
+    default:
+        return true;
+    }
 }
 
 } // namespace
@@ -38,30 +75,8 @@ std::unique_ptr<SwitchContext> ReadSwitchCall(napi_env env, napi_callback_info i
         ZELK_ERROR("%{public}s", texts.illegalCount);
         return nullptr;
     }
-    if (!ReadState(env, arguments[0], texts, *context)) {
+    if (!ReadState(env, arguments[0], texts, *context) || !ReadAfterState(env, arguments, texts, *context)) {
         return nullptr;
-    }
-    switch (arguments.count) {
-    case 2:
-        if (NapiUtil::IsArray(env, arguments[1])) {
-            FillConfigInfoVector(env, arguments[1], context->configs);
-        } else if (NapiUtil::IsUndefined(env, arguments[1])) {
-            ZELK_INFO("%{public}s", texts.configUndefined);
-        } else if (!KeepCallback(env, arguments[1], *context)) {
-            return nullptr;
-        }
-        break;
-    case 3:
-        // The callback comes before the items, not after them.
-        if (!KeepCallback(env, arguments[1], *context)) {
-            return nullptr;
-        }
-        if (NapiUtil::IsArray(env, arguments[2])) {
-            FillConfigInfoVector(env, arguments[2], context->configs);
-        }
-        break;
-    default:
-        break;
     }
     return context;
 }

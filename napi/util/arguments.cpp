@@ -32,9 +32,12 @@ bool ReadObjectArguments(napi_env env, napi_callback_info info, const char* ille
         ZELK_ERROR("%{public}s", illegalParams);
         return false;
     }
-    // The type is known; only a failing call matters here.
-    napi_valuetype type = napi_undefined;
-    return CheckCall(env, napi_typeof(env, arguments[0], &type));
+    return true;
+}
+
+bool ReadType(napi_env env, napi_value value, napi_valuetype& type)
+{
+    return CheckCall(env, napi_typeof(env, value, &type));
 }
 
 bool KeepCallback(napi_env env, napi_value value, BaseContext& context)
@@ -45,7 +48,7 @@ bool KeepCallback(napi_env env, napi_value value, BaseContext& context)
 bool KeepCallbackIfFunction(napi_env env, napi_value value, BaseContext& context)
 {
     napi_valuetype type = napi_undefined;
-    if (!CheckCall(env, napi_typeof(env, value, &type))) {
+    if (!ReadType(env, value, type)) {
         return false;
     }
     return type != napi_function || KeepCallback(env, value, context);

@@ -47,6 +47,9 @@ bool MatchParameters(napi_env env, const napi_value argv[], std::initializer_lis
 // `illegalParams`, or when a Node-API call fails, as with a missing first argument, which is thrown.
 bool ReadObjectArguments(napi_env env, napi_callback_info info, const char* illegalParams, Arguments<2>& arguments);
 
+// The type of `value`. False when it cannot be read, as with a missing argument, which is thrown.
+bool ReadType(napi_env env, napi_value value, napi_valuetype& type);
+
 // Makes `value` the call's callback, whatever its type. False when that fails, which has been thrown.
 bool KeepCallback(napi_env env, napi_value value, BaseContext& context);
 

@@ -92,6 +92,16 @@ void NapiUtil::ThrowError(napi_env env, int32_t code, const std::string& msg)
     }
 }
 
+napi_value NapiUtil::HandleAsyncWork(napi_env env, BaseContext* context, const std::string& workName,
+                                     napi_async_execute_callback execute, napi_async_complete_callback complete)
+{
+    napi_value result = nullptr;
+    if (!StartAsyncWork(env, context, workName, execute, complete, &result)) {
+        delete context;
+    }
+    return result;
+}
+
 bool NapiUtil::StartAsyncWork(napi_env env, BaseContext* context, const std::string& workName,
                               napi_async_execute_callback execute, napi_async_complete_callback complete,
                               napi_value* result)

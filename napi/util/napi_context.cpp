@@ -21,22 +21,40 @@ NapiContext::~NapiContext()
     ZELK_LOG(LOG_INFO, TAG_FRAMEWORK, "[%{public}s]\"[%{public}s]\"", "~NapiContext", name.c_str());
 }
 
-napi_value NapiContext::Execute(std::unique_ptr<NapiContext> context)
+napi_value NapiContext::Execute()
 {
-    napi_env env = context->env;
     napi_value promise = nullptr;
-    if (!CheckCall(env, napi_create_promise(env, &context->deferred, &promise)) || !context->CreateWork()) {
-        return nullptr;
-    }
-    const napi_status status = napi_queue_async_work(env, context->work);
-    if (status == napi_ok) {
+    QueueWork(&promise);
+    return promise;
+}
+
+napi_value NapiContext::StartCall(std::unique_ptr<NapiContext> context)
+{
+    napi_value promise = nullptr;
+    if (context->QueueWork(&promise)) {
         static_cast<void>(context.release());
-        return promise;
+    }
+    return promise;
+}
+
+bool NapiContext::QueueWork(napi_value* promise)
+{
+    napi_value created = nullptr;
+    if (!CheckCall(env, napi_create_promise(env, &deferred, &created)) || !CreateWork()) {
+        return false;
+    }
+    const napi_status status = napi_queue_async_work(env, work);
+    if (status == napi_ok) {
+        *promise = created;
+        return true;
     }
     // At INFO level, although it is an error.
     ZELK_LOG(LOG_INFO, TAG_FRAMEWORK, "[%{public}s]\"[%{public}s]napi_queue_async_work fail: errorCode=%{public}s\"",
-             "Execute", context->name.c_str(), std::to_string(status).c_str());
-    return ThrowQueueError(env, status) ? promise : nullptr;
+             "Execute", name.c_str(), std::to_string(status).c_str());
+    if (ThrowQueueError(env, status)) {
+        *promise = created;
+    }
+    return false;
 }
 
 bool NapiContext::CreateWork()

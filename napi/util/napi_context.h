@@ -32,9 +32,13 @@ public:
     // thrown. When only the queue call fails, an Error "error at napi_queue_async_work" with the status as code is
     // thrown and the promise, which never settles, is returned all the same.
     //
-    // `context` belongs to the queued work, which deletes it after OnCompleteCallback. When the work cannot be queued
-    // it is deleted here, as nothing can reach it then. The deferred of a promise that never settles stays allocated.
-    static napi_value Execute(std::unique_ptr<NapiContext> context);
+    // The context was made with `new` and belongs to the queued work, which deletes it after OnCompleteCallback. When
+    // the work cannot be queued, nothing is deleted here, and the returned value does not tell: use StartCall.
+    napi_value Execute();
+
+    // Executes `context`, and deletes it when its work cannot be queued, as nothing can reach it then. The deferred of
+    // a promise that never settles stays allocated.
+    static napi_value StartCall(std::unique_ptr<NapiContext> context);
 
     std::string name;
     napi_env env;
@@ -44,6 +48,8 @@ public:
 
 private:
     bool CreateWork();
+    // Execute, which returns `*promise`. Whether the work is queued.
+    bool QueueWork(napi_value* promise);
 };
 
 // The execute and complete steps of every such work; `data` is its NapiContext, which the complete step deletes. Null

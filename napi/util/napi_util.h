@@ -3,6 +3,7 @@
 #define ZELKLOGSERVICE_NAPI_UTIL_NAPI_UTIL_H
 
 #include <cstdint>
+#include <memory>
 #include <new>
 #include <string>
 #include <vector>
@@ -36,7 +37,7 @@ public:
     // function returns to its caller: the promise, `undefined` in callback mode, null after a failure and for a null
     // context, which is logged.
     //
-    // Takes ownership of `context`, which derives from BaseContext (or is one) and was made with `new`. Afterwards:
+    // Takes ownership of `context`, which was made with `new`. Afterwards:
     // - queued: it lives until Handle2ValueCallback;
     // - a Node-API call fails before the queue call: thrown; the callback reference and the context are released;
     // - the queue call fails: an Error "error at napi_queue_async_work" with the status as code is thrown; the context,
@@ -44,13 +45,19 @@ public:
     //   `undefined` is returned all the same;
     // - that throw fails too: the reference and the context are released, the work stays allocated.
     // A promise that was made before a later call failed is unreachable for JavaScript; its deferred stays allocated.
+    //
+    // Of a derived context only the storage is released; what its members own is left behind: use StartCall.
+    static napi_value HandleAsyncWork(napi_env env, BaseContext* context, const std::string& workName,
+                                      napi_async_execute_callback execute, napi_async_complete_callback complete);
+
+    // HandleAsyncWork for a derived context, whose members are released with it.
     template <typename Context>
-    static napi_value HandleAsyncWork(napi_env env, Context* context, const std::string& workName,
-                                      napi_async_execute_callback execute, napi_async_complete_callback complete)
+    static napi_value StartCall(napi_env env, std::unique_ptr<Context> context, const std::string& workName,
+                                napi_async_execute_callback execute, napi_async_complete_callback complete)
     {
         napi_value result = nullptr;
-        if (!StartAsyncWork(env, context, workName, execute, complete, &result)) {
-            delete context; // With its members, which the frame does not know.
+        if (StartAsyncWork(env, context.get(), workName, execute, complete, &result)) {
+            static_cast<void>(context.release());
         }
         return result;
     }

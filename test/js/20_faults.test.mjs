@@ -18,14 +18,13 @@ const QUEUE = 'napi_queue_async_work';
 // goes on at all others.
 const BEHAVIOURS = [
   [{ throws: true, ends: true }, [ // Only cleaning up follows.
-    'ReadArguments napi_get_cb_info', 'ReadState napi_typeof', 'ReadObjectArguments napi_typeof',
+    'ReadArguments napi_get_cb_info', 'ReadType napi_typeof', 'KeepCallback napi_create_reference',
     'MatchValueType napi_typeof', // The second list of types is tried all the same.
-    'KeepCallbackIfFunction napi_typeof', 'KeepCallback napi_create_reference',
     'CreateResult napi_create_promise', 'CreateResult napi_get_undefined',
     'CreateWork napi_create_string_utf8', 'CreateWork napi_create_async_work',
     'CallCallback napi_get_reference_value', 'CallCallback napi_call_function',
     'CallCallback napi_delete_reference', 'SettlePromise napi_resolve_deferred',
-    'SettlePromise napi_reject_deferred', 'Execute napi_create_promise',
+    'SettlePromise napi_reject_deferred', 'QueueWork napi_create_promise',
   ]],
   [{ throws: true }, [
     'CreateUndefined napi_get_undefined', 'Settle napi_resolve_deferred', 'Settle napi_reject_deferred',
@@ -33,7 +32,7 @@ const BEHAVIOURS = [
     'SetPropertyStringUtf8 napi_set_named_property',
   ]],
   // Throws an error of its own.
-  [{ ends: true }, ['StartAsyncWork napi_queue_async_work', 'Execute napi_queue_async_work']],
+  [{ ends: true }, ['StartAsyncWork napi_queue_async_work', 'QueueWork napi_queue_async_work']],
   [{ ends: true, line: 'GetModemLogStatusCallback: fill bool failed' }, ['AnswerStatus napi_get_boolean']],
   // And writes a line.
   ...Object.entries({

@@ -35,7 +35,7 @@ napi_value CompleteNothing(napi_env env)
 
 napi_value HandleNothing(napi_env env)
 {
-    return NapiUtil::HandleAsyncWork<BaseContext>(env, nullptr, "Nothing", nullptr, nullptr);
+    return NapiUtil::HandleAsyncWork(env, nullptr, "Nothing", nullptr, nullptr);
 }
 
 napi_value AnswerNothing(napi_env env)
