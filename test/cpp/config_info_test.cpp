@@ -88,6 +88,40 @@ TEST(ConfigInfo, ValueTextByType)
     std::locale::global(before);
 }
 
+template <typename Write, typename Values>
+std::string Streamed(Write write, const Values& values)
+{
+    std::stringstream stream("before", std::ios::in | std::ios::out | std::ios::ate);
+    (ConfigInfo("").*write)(stream, values);
+    return stream.str();
+}
+
+TEST(ConfigInfo, StreamWritersAppendToTheirStream)
+{
+    using Info = ConfigInfo;
+    const ConfigInfoParam param = Param(TYPE_INT_VECTOR, &Value::intVector, {1, 2});
+    const struct {
+        const char* writer;
+        std::string streamed, text;
+    } rows[] = {
+        {"any", Streamed(&Info::AddVectorToJson, param), "[1,\"2\"],"},
+        {"any, of a scalar", Streamed(&Info::AddVectorToJson, Param(TYPE_INT)), "\"\","},
+        {"any, without elements", Streamed(&Info::AddVectorToJson, Param(TYPE_FLOAT_VECTOR)), "[]"},
+        {"bool", Streamed(&Info::ConvertBoolVectorToJson, std::vector<bool>{true, false}), "[true,\"0\"],"},
+        {"char", Streamed(&Info::ConvertVectorToJson<char>, std::vector<char>{'x', 'y'}), "[x,\"y\"],"},
+        {"short", Streamed(&Info::ConvertVectorToJson<int16_t>, std::vector<int16_t>{-1, 2}), "[-1,\"2\"],"},
+        {"int", Streamed(&Info::ConvertVectorToJson<int32_t>, std::vector<int32_t>{3}), "[\"3\"],"},
+        {"long", Streamed(&Info::ConvertVectorToJson<int64_t>, std::vector<int64_t>{4, INT64_MIN}),
+         "[4,\"-9223372036854775808\"],"},
+        {"string", Streamed(&Info::ConvertVectorToJson<std::string>, Strings{"a", "b"}), "[a,\"b\"],"},
+        {"float", Streamed(&Info::ConvertFloatVectorToJson, std::vector<float>{1.5F, 2}), "[1.5,2],"},
+        {"double", Streamed(&Info::ConvertDecimalsVectorToJson, std::vector<double>{0.1, -0.0}), "[0.1,-0],"},
+    };
+    for (const auto& [writer, streamed, text] : rows) {
+        EXPECT_EQ(streamed, "before" + text) << writer;
+    }
+}
+
 TEST(ConfigInfo, DecimalsHaveNoZerosAtTheEnd)
 {
     std::stringstream list;
