@@ -17,6 +17,9 @@
  * runtime itself fails. A getter that throws does not stop the call: it goes on with what could be read until then, a
  * callback still gets the answer, and the promise is lost with the exception. Without a callback a device then makes no
  * request.
+ *
+ * An array is read to its `length`, holes included, while JavaScript waits. There is no limit but the memory, of which
+ * an item takes about 100 bytes, twice: look at the length of an array that comes from somebody else.
  */
 
 /**
@@ -55,7 +58,7 @@ export interface ConfigEntry {
   configKey?: string;
   /**
    * The members of the service's JSON text: names that look like integers first, then the others in ascending byte
-   * order. Empty when the service gave no usable text.
+   * order. Empty when the service gave no usable text. Without a prototype when the text says `"__proto__": null`.
    */
   value: Record<string, ConfigAnswerValue>;
 }
