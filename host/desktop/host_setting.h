@@ -11,8 +11,9 @@ namespace OHOS::Host {
 // environment changes.
 __attribute__((visibility("default"))) std::string_view Setting(const char* name);
 
-// Reports on standard error, in one line, that a variable's value is not accepted and what happens instead. Returns
-// true, so that a static variable can make it happen once.
+// Reports on standard error, in one line, that a variable's value is not accepted and what happens instead. Control
+// characters of the value, which a terminal would obey, are shown in the form \u001b. Returns true, so that a static
+// variable can make it happen once.
 __attribute__((visibility("default"))) bool ReportSetting(const char* name, std::string_view value,
                                                           const char* consequence);
 

@@ -5,8 +5,10 @@
 #include <future>
 #include <gtest/gtest.h>
 #include <memory>
+#include <string>
 #include <thread>
 
+#include "host_setting.h"
 #include "in_threads.h"
 #include "ipc_skeleton.h"
 #include "iremote_object.h"
@@ -42,6 +44,18 @@ TEST(Identity, IsANumberOf64BitsOfTheEnvironmentReadOnTheFirstThreadOnly)
     // Only the first is reported.
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "zelklogservice: OHOS_FULL_TOKEN_ID=\"18446744073709551616\": not a 64-bit token id; no rights\n");
+}
+
+TEST(Setting, IsReportedWithoutWhatATerminalObeys)
+{
+    const std::string shown = " ~ü\u00a0\u200d\u2010\u2029\u202f\u2065\u206a😀\xe2\xa0\xc3";
+    const std::string obeyed = "\n\x1b\x1f\x7f\u0080\u009f\u061c\u200e\u200f\u202a\u202e\u2066\u2069\x9b";
+    testing::internal::CaptureStderr();
+    Host::ReportSetting("NAME", shown + obeyed, "refused");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "zelklogservice: NAME=\"" + shown +
+                  R"(\u000a\u001b\u001f\u007f\u0080\u009f\u061c\u200e\u200f\u202a\u202e\u2066\u2069\u009b)" +
+                  "\": refused\n");
 }
 
 struct Counted : IRemoteObject {
