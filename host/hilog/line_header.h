@@ -15,6 +15,9 @@ constexpr size_t TIME_STAMP_SIZE = 18;
 // Appends what comes before the message, with room for the time. `level` is one of LOG_DEBUG to LOG_FATAL.
 void AppendHeader(std::string& line, LogLevel level, unsigned int domain, const char* tag);
 
+// Fills that room with the local time now.
+void Stamp(char* start);
+
 } // namespace OHOS::Host
 
 #endif // HOST_HILOG_LINE_HEADER_H

@@ -2,12 +2,13 @@
 
 #include <algorithm>
 #include <climits>
-#include <cstring>
+#include <ctime>
 #include <fcntl.h>
 #include <string_view>
 #include <sys/stat.h>
 
 #include "host_setting.h"
+#include "line_header.h"
 
 namespace OHOS::Host {
 
@@ -55,7 +56,6 @@ int LogOutput::Write(std::string& line, Deadline deadline)
 {
     EscapeLineFeeds(line, TIME_STAMP_SIZE);
     line += '\n';
-    Stamp(line.data());
     const size_t size = line.size();
     const size_t lost = lost_;
     const std::string report = lost == 0 ? "" : LossReport(lost);
@@ -81,24 +81,6 @@ std::string LogOutput::LossReport(size_t lost)
     report += std::to_string(lost) + " lines were lost\n";
     Stamp(report.data());
     return isBrokenOff_ ? '\n' + report : report;
-}
-
-// Finding the local time costs more than the rest of a line, so it is done once a second.
-void LogOutput::Stamp(char* stamp)
-{
-    timespec now{};
-    clock_gettime(CLOCK_REALTIME, &now);
-    if (now.tv_sec != second_) {
-        std::tm local{};
-        localtime_r(&now.tv_sec, &local);
-        std::strftime(stamp_.data(), stamp_.size(), "%m-%d %H:%M:%S.", &local);
-        second_ = now.tv_sec;
-    }
-    const long milliseconds = now.tv_nsec / 1'000'000;
-    stamp_[15] = static_cast<char>('0' + milliseconds / 100);
-    stamp_[16] = static_cast<char>('0' + milliseconds / 10 % 10);
-    stamp_[17] = static_cast<char>('0' + milliseconds % 10);
-    std::memcpy(stamp, stamp_.data(), stamp_.size());
 }
 
 } // namespace OHOS::Host

@@ -2,27 +2,24 @@
 #ifndef HOST_HILOG_LOG_OUTPUT_H
 #define HOST_HILOG_LOG_OUTPUT_H
 
-#include <array>
 #include <atomic>
 #include <cstddef>
-#include <ctime>
 #include <string>
 #include <unistd.h>
 
-#include "line_header.h"
 #include "write_until.h"
 
 namespace OHOS::Host {
 
-// Stamps and writes lines, and reports how many were lost before.
+// Writes lines, and reports how many were lost before.
 class LogOutput {
 public:
     // Opens the file that HILOG_FILE names.
     LogOutput();
 
-    // Writes `line`, which has room for the time stamp at its start and no end of line yet, after the report of a loss
-    // if there was one, and waits for the reader until `deadline`. Returns the number of the line's bytes, or -1 for a
-    // line that is lost. One thread at a time.
+    // Writes `line`, which has no end of line yet, after the report of a loss if there was one, and waits for the
+    // reader until `deadline`. Returns the number of the line's bytes, or -1 for a line that is lost. One thread at a
+    // time.
     int Write(std::string& line, Deadline deadline);
     // Counts a line that is lost. Any thread may call it.
     void CountLoss()
@@ -31,7 +28,6 @@ public:
     }
 
 private:
-    void Stamp(char* stamp);
     // The line that reports the loss, after a line feed for a line that was broken off.
     std::string LossReport(size_t lost);
 
@@ -39,8 +35,6 @@ private:
     bool isRegularFile_ = false;  // Never so for standard error, which a program may replace.
     std::atomic<size_t> lost_{0}; // Lines lost and not yet reported.
     bool isBrokenOff_ = false;    // The last line written lacks its end.
-    std::time_t second_ = -1;     // The one that `stamp_` is for.
-    std::array<char, TIME_STAMP_SIZE> stamp_{};
 };
 
 } // namespace OHOS::Host

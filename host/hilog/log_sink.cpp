@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "host_setting.h"
+#include "line_header.h"
 
 namespace OHOS::Host {
 
@@ -72,15 +73,16 @@ void SetLogCapture(LogCapture capture)
 
 int LogSink::Put(LogLevel level, unsigned int domain, const char* tag, std::string& line, size_t messageStart)
 {
-    const std::string_view message = std::string_view(line).substr(messageStart);
     if (level < level_) {
-        Show(level, domain, tag, message);
+        Stamp(line.data());
+        Show(level, domain, tag, line, messageStart);
         return 0;
     }
     const Deadline deadline = std::chrono::steady_clock::now() + LONGEST_WAIT_FOR_READER;
     const std::unique_lock<TimedMutex> lock = LockOutput();
+    Stamp(line.data());
     // With the lock, so that a capture gets lines in the order in which they are written; without it if they are lost.
-    Show(level, domain, tag, message);
+    Show(level, domain, tag, line, messageStart);
     if (!lock) {
         return Lose(level);
     }
@@ -108,11 +110,11 @@ std::unique_lock<TimedMutex> LogSink::LockOutput()
     return lock;
 }
 
-void LogSink::Show(LogLevel level, unsigned int domain, const char* tag, std::string_view message)
+void LogSink::Show(LogLevel level, unsigned int domain, const char* tag, const std::string& line, size_t messageStart)
 {
     const std::lock_guard<std::mutex> lock(captureMutex_);
     if (capture_) {
-        capture_({level, domain, tag, std::string(message)});
+        capture_({level, domain, tag, line.substr(messageStart), line.substr(0, messageStart)});
     }
 }
 

@@ -5,7 +5,6 @@
 #include <atomic>
 #include <mutex>
 #include <string>
-#include <string_view>
 
 #include "hilog/capture.h"
 #include "log_output.h"
@@ -41,7 +40,7 @@ public:
 private:
     // Not locked when the wait was too long.
     std::unique_lock<TimedMutex> LockOutput();
-    void Show(LogLevel level, unsigned int domain, const char* tag, std::string_view message);
+    void Show(LogLevel level, unsigned int domain, const char* tag, const std::string& line, size_t messageStart);
 
     static std::atomic<int> lowestWanted_;
 

@@ -1,5 +1,5 @@
-// The functions of zelk_testing.node, for testing.js only: that file checks all arguments and creates every object and
-// error, so that they belong to the realm that loaded it.
+// The functions of zelk_testing.node, for testing.js and the command line only. testing.js checks all arguments and
+// creates every object and error, so that they belong to the realm that loaded it.
 #include <array>
 #include <chrono>
 #include <cstdint>
@@ -185,7 +185,7 @@ napi_value StopCapture(napi_env env, napi_callback_info info)
     return nullptr;
 }
 
-// takeLines(capture, function): calls function(level, domain, tag, message) for each line since the last time.
+// takeLines(capture, function): calls function(level, domain, tag, message, header) for each line since the last time.
 napi_value TakeLines(napi_env env, napi_callback_info info)
 {
     const auto [external, function] = Arguments<2>(env, info);
@@ -194,11 +194,12 @@ napi_value TakeLines(napi_env env, napi_callback_info info)
     for (const LogRecord& line : LogCaptures::Instance().Take(*External<SharedCapture>(env, external))) {
         napi_handle_scope scope = nullptr;
         napi_open_handle_scope(env, &scope);
-        std::array<napi_value, 4> arguments{};
+        std::array<napi_value, 5> arguments{};
         napi_create_uint32(env, static_cast<uint32_t>(line.level), &arguments[0]);
         napi_create_uint32(env, line.domain, &arguments[1]);
         arguments[2] = ToJs(env, line.tag);
         arguments[3] = ToJs(env, line.message);
+        arguments[4] = ToJs(env, line.header);
         napi_call_function(env, undefined, function, arguments.size(), arguments.data(), nullptr);
         napi_close_handle_scope(env, scope);
     }
@@ -214,6 +215,13 @@ napi_value SetCallerOfProcess(napi_env env, napi_callback_info info)
     const bool isGiven = napi_get_value_bigint_uint64(env, token, &number, &isLossless) == napi_ok;
     SetCaller(isGiven ? std::optional<uint64_t>(number) : std::nullopt);
     return nullptr;
+}
+
+// exit(status): ends the process now. Node.js would wait for its pool, where a worker may wait for the log service.
+napi_value Exit(napi_env env, napi_callback_info info)
+{
+    const auto [status] = Arguments<1>(env, info);
+    _exit(static_cast<int>(Number(env, status)));
 }
 
 void ForgetEnvironment(void* env)
@@ -237,6 +245,7 @@ constexpr std::array FUNCTIONS = {
     Function("stopCapture", StopCapture),
     Function("takeLines", TakeLines),
     Function("setCaller", SetCallerOfProcess),
+    Function("exit", Exit),
 };
 
 } // namespace

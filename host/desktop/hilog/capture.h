@@ -14,6 +14,7 @@ struct LogRecord {
     unsigned int domain;
     std::string tag;
     std::string message; // Arguments filled in, line feeds as they were passed.
+    std::string header;  // What a written line has before the message.
 };
 
 using LogCapture = std::function<void(const LogRecord&)>;
