@@ -1,40 +1,101 @@
 'use strict';
 
-const { fork } = require('node:child_process');
-const path = require('node:path');
+const fs = require('node:fs');
+const { load } = require('../library.js');
 const { complain } = require('./output.js');
 
-// From the lowest level to X, which writes nothing.
-const LEVELS = [...'DIWEFX'];
-const LOG_LINE = /^\d\d-\d\d [\d:.]{12} +\d+ +\d+ ([DIWEF]) C/;
-// What the module logs, at level W, when it finds no log service.
-const NO_SERVICE_LINE = /^\S+ \S+ +\d+ +\d+ W C02d19\/FRAMEWORK: \[\w+\]"get proxy fail\."$/;
+const KIT = 'zelk_testing.node';
 
-function readLines(stream, use) {
-  let rest = '';
-  stream.setEncoding('utf8');
-  stream.on('data', (text) => {
-    rest += text;
-    if (text.includes('\n')) {
-      const lines = rest.split('\n');
-      rest = lines.pop();
-      lines.forEach(use);
-    }
-  });
-  stream.on('end', () => {
-    if (rest) {
-      use(rest);
-    }
-  });
+// From the lowest level to X, which writes nothing. A captured line has the number of its level.
+const LEVELS = [...'DIWEFX'];
+const levelNumber = (name) => 3 + LEVELS.indexOf(name);
+// The end of what the module logs when it finds no log service.
+const NO_SERVICE = { level: levelNumber('W'), tag: 'FRAMEWORK', end: '"get proxy fail."' };
+
+const LINES_EVERY_MS = 100;
+const LAST_WAIT_MS = 1000;
+
+// Opened as the log opens it, and not closed: the reader of a pipe would take that for the end of the log.
+function canBeOpened(file) {
+  const { O_WRONLY, O_APPEND, O_CREAT, O_NOCTTY, O_NONBLOCK } = fs.constants;
+  try {
+    fs.openSync(file, O_WRONLY | O_APPEND | O_CREAT | O_NOCTTY | O_NONBLOCK, 0o644);
+    return true;
+  } catch {
+    return false;
+  }
 }
 
-// The settings of the log in the child process. Its lines, at least those from level W up, are read here,
-// unless they go to a file of the user's.
-function logSettings(verbose) {
+// Sets the log up, before it is loaded, and gives the lowest level of the lines that are shown here. The log
+// itself writes to a file only: a terminal would obey the control characters in a line.
+function setLogUp(verbose) {
   const wanted = process.env.HILOG_LEVEL || (verbose ? 'I' : 'X');
-  const file = wanted === 'X' ? '' : process.env.HILOG_FILE ?? '';
-  const level = !file && LEVELS.indexOf(wanted) > LEVELS.indexOf('W') ? 'W' : wanted;
-  return { wanted, env: { HILOG_LEVEL: level, HILOG_FILE: file } };
+  if (!LEVELS.includes(wanted)) {
+    return levelNumber('X'); // The log reports it.
+  }
+  const hasFile = wanted !== 'X' && process.env.HILOG_FILE && canBeOpened(process.env.HILOG_FILE);
+  process.env.HILOG_LEVEL = hasFile ? wanted : 'X';
+  return levelNumber(hasFile ? 'X' : wanted);
+}
+
+// Watches the log lines from now on: shows those from the level `shownFrom` up, and knows whether the module
+// reached a log service.
+function watchLog(shownFrom) {
+  const kit = load(KIT);
+  const capture = kit.startCapture();
+  let reached = true;
+  function take() {
+    kit.takeLines(capture, (level, domain, tag, message, header) => {
+      if (level === NO_SERVICE.level && tag === NO_SERVICE.tag && message.endsWith(NO_SERVICE.end)) {
+        reached = false;
+      }
+      if (level >= shownFrom) {
+        complain(`${header}${message}`.replaceAll('\n', '\\n'));
+      }
+    });
+    return reached;
+  }
+  // For a call that takes its time. Does not keep the process alive.
+  setInterval(take, LINES_EVERY_MS).unref();
+  return take;
+}
+
+// The code that the two queries marked unsupported throw, although they still answer a callback.
+const UNSUPPORTED = '6';
+
+function callForPromise(method, args, end) {
+  const promise = method(...args);
+  if (promise === undefined) {
+    end('refused');
+    return;
+  }
+  promise.then((value) => end('answered', value), (value) => end('rejected', value));
+}
+
+function callUnsupported(method, args, end) {
+  try {
+    method(...args, (value) => end('answered', value));
+  } catch (error) {
+    if (error.code === UNSUPPORTED) {
+      return;
+    }
+    throw error;
+  }
+  end('refused');
+}
+
+function outcomeOf(method, { args, unsupported }, seconds) {
+  return new Promise((resolve) => {
+    const end = (kind, value) => resolve({ kind, value });
+    // Neither keeps the process alive. It ends by itself when nothing is under way any more.
+    process.once('beforeExit', () => end('silent'));
+    setTimeout(() => end('late'), seconds * 1000).unref();
+    try {
+      (unsupported ? callUnsupported : callForPromise)(method, args, end);
+    } catch (error) {
+      end('threw', error.message);
+    }
+  });
 }
 
 // Makes one call of the module and promises its outcome, as { kind, value, reached }:
@@ -45,46 +106,28 @@ function logSettings(verbose) {
 //   threw      value is the error's message
 //   unloadable the module cannot be loaded; value says why and what to do
 //   silent     the module ended the call without an answer
-//   late       no answer within the time
-//   died       value is the signal or exit status that ended the process
+//   late       no answer within the time; the call is still under way: see leave()
 //
-// `reached` says whether there was a log service; it is undefined if that cannot be known.
-//
-// The call is made in a child process: Node.js does not exit while a worker thread waits for the log service,
-// so this process could not keep a time limit.
-function call({ name, args, unsupported }, { seconds, verbose }) {
-  const { wanted, env } = logSettings(verbose);
-  return new Promise((resolve) => {
-    const child = fork(path.join(__dirname, 'caller.js'), [], {
-      env: { ...process.env, ...env },
-      stdio: ['ignore', 'inherit', 'pipe', 'ipc'],
-    });
-    let outcome;
-    let reached = env.HILOG_FILE || !LEVELS.includes(env.HILOG_LEVEL) ? undefined : true;
-    readLines(child.stderr, (line) => {
-      if (NO_SERVICE_LINE.test(line)) {
-        reached = false;
-      }
-      const [, own] = LOG_LINE.exec(line) ?? [];
-      if (!own || LEVELS.indexOf(own) >= LEVELS.indexOf(wanted)) {
-        complain(line);
-      }
-    });
-    child.send({ name, args, unsupported });
-    const timer = setTimeout(() => {
-      outcome ??= { kind: 'late' };
-      child.kill('SIGKILL');
-    }, seconds * 1000);
-    child.once('message', (message) => {
-      outcome = message;
-    });
-    child.once('error', (error) => resolve({ kind: 'died', value: error.code }));
-    child.once('close', (status, signal) => {
-      clearTimeout(timer);
-      outcome ??= status === 0 ? { kind: 'silent' } : { kind: 'died', value: signal ?? status };
-      resolve({ ...outcome, reached });
-    });
-  });
+// `reached` says whether there was a log service.
+async function call(request, { seconds, verbose }) {
+  let library;
+  let takeLines;
+  try {
+    takeLines = watchLog(setLogUp(verbose));
+    library = require('../index.js');
+  } catch (error) {
+    return { kind: 'unloadable', value: error.message };
+  }
+  const outcome = await outcomeOf(library[request.name], request, seconds);
+  return { ...outcome, reached: takeLines() };
 }
 
-module.exports = { call };
+// Ends the process while a call is under way: Node.js itself would wait for the worker thread, which waits
+// for the log service. A reader of standard error has a second for what was written.
+function leave(status) {
+  const exit = () => load(KIT).exit(status);
+  setTimeout(exit, LAST_WAIT_MS);
+  process.stderr.write('', exit);
+}
+
+module.exports = { call, leave };

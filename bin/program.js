@@ -2,8 +2,7 @@
 
 const { Command, InvalidArgumentError, Option } = require('commander');
 const answers = require('./answers.js');
-const { call } = require('./call.js');
-const { ENVIRONMENT, EXAMPLES, ITEMS, globalOptions } = require('./help.js');
+const { call, leave } = require('./call.js');
 const { InputError, checkText, parseItem } = require('./items.js');
 const { EXIT_FAILED, complain, print, visible, watchOutput } = require('./output.js');
 const { version } = require('../package.json');
@@ -15,17 +14,9 @@ const EXIT_NO_ANSWER = 124;
 const DEFAULT_SECONDS = 30;
 const MOST_SECONDS = 86400;
 
-// The likely cause when the module does not report one. `reached` is as in call.js.
-function causeOf(reached) {
-  switch (reached) {
-    case true:
-      return 'the log service reported an error';
-    case false:
-      return 'no log service was reached (ZELK_LOG_SERVICE)';
-    default:
-      return 'no log service was reached, or it reported an error (see the log: HILOG_LEVEL, HILOG_FILE)';
-  }
-}
+// The likely cause when the module does not report one.
+const causeOf = (reached) =>
+  (reached ? 'the log service reported an error' : 'no log service was reached (ZELK_LOG_SERVICE)');
 
 function failureOf(name, { kind, value, reached }, seconds) {
   switch (kind) {
@@ -38,10 +29,8 @@ function failureOf(name, { kind, value, reached }, seconds) {
       return `${name} threw an error: ${value}`;
     case 'silent':
       return `${name} gave no answer: ${causeOf(reached)}` + (reached ? ' or had nothing to answer' : '');
-    case 'late':
-      return `${name} gave no answer within ${seconds} s (--timeout)`;
     default:
-      return `${name} broke off: its process ended with ${value}`;
+      return `${name} gave no answer within ${seconds} s (--timeout)`;
   }
 }
 
@@ -78,6 +67,9 @@ async function answer(command, request, show) {
   }
   if (outcome.kind !== 'answered') {
     fail(failureOf(request.name, outcome, timeout), exitStatusOf(outcome.kind));
+    if (outcome.kind === 'late') {
+      leave(process.exitCode);
+    }
     return;
   }
   const note = noteAbout(request);
@@ -97,8 +89,12 @@ function parseSeconds(text) {
 
 function parseWholeNumber(text) {
   const number = Number(text);
-  if (!/^-?\d+$/.test(text) || !Number.isSafeInteger(number)) {
+  if (!/^-?\d+$/.test(text)) {
     throw new InvalidArgumentError('Not a whole number.');
+  }
+  if (!Number.isSafeInteger(number)) {
+    const most = Number.MAX_SAFE_INTEGER;
+    throw new InvalidArgumentError(`Too large: a number from -${most} to ${most} is exact.`);
   }
   return number;
 }
@@ -125,10 +121,14 @@ function collectItems(word, items = []) {
   return items;
 }
 
+// Loaded where it is wanted only: commands are to start quickly.
+const help = () => require('./help.js');
+const itemsHelp = () => help().ITEMS;
+
 function addItemOption(command) {
   const about = 'a configuration item; may be given more than once';
   return command.addOption(new Option('--item <NAME key=value...>', about).argParser(collectItems))
-    .addHelpText('after', ITEMS);
+    .addHelpText('after', itemsHelp);
 }
 
 function addStatus(group, about, name) {
@@ -178,7 +178,7 @@ function addModem(program) {
     .action((options, command) =>
       answer(command, { name: 'getModemLogDirectPackConfig', args: [], unsupported: true }, answers.text));
   modem.command('command').description('send a command').argument('<NAME>').argument('[key=value...]')
-    .addHelpText('after', ITEMS)
+    .addHelpText('after', itemsHelp)
     .action((name, parameters, options, command) => {
       const args = [parseItem([name, ...parameters])];
       return answer(command, { name: 'sendModemLogCommand', args, changes: true }, answers.verdict);
@@ -231,9 +231,9 @@ function build() {
     .option('--json', 'print the answer as one line of JSON')
     .option('--timeout <SECONDS>', 'wait no longer than this for the answer', parseSeconds, DEFAULT_SECONDS)
     .option('--verbose', 'show the log lines of the call on standard error')
-    .addHelpText('after', `${ITEMS}\n${EXAMPLES}`)
+    .addHelpText('after', () => `${help().ITEMS}\n${help().EXAMPLES}`)
     .addHelpText('afterAll', ({ command }) =>
-      (command === program ? '' : globalOptions(program)) + ENVIRONMENT)
+      (command === program ? '' : help().globalOptions(program)) + help().ENVIRONMENT)
     .configureOutput({
       writeOut: (text) => process.stdout.write(visible(text)),
       writeErr: (text) => process.stderr.write(visible(text)),

@@ -2,9 +2,10 @@
 import assert from 'node:assert/strict';
 import { spawn } from 'node:child_process';
 import { once } from 'node:events';
-import { existsSync, mkdtempSync, writeFileSync } from 'node:fs';
+import { existsSync, mkdtempSync, readFileSync, writeFileSync } from 'node:fs';
 import { createServer } from 'node:net';
 import { join } from 'node:path';
+import { text } from 'node:stream/consumers';
 import { test } from 'node:test';
 import { parseItem } from '../../bin/items.js';
 import { buildFolder, root, run, temporaryFolder } from '../support/system.mjs';
@@ -12,9 +13,24 @@ import { buildFolder, root, run, temporaryFolder } from '../support/system.mjs';
 const program = `${root}bin/zelklog`;
 const folder = temporaryFolder();
 const PLAIN = { ZELK_LOG_SERVICE: '', OHOS_FULL_TOKEN_ID: '', HILOG_LEVEL: '', HILOG_FILE: '' };
-const zelklog = (words, env) => run(process.execPath, [program, ...words], { env: { ...PLAIN, ...env } });
 
-// The settings under which each process of the command runs this code first.
+const start = (words, env) =>
+  spawn(process.execPath, [program, ...words], { env: { ...process.env, ...PLAIN, ...env } });
+
+async function zelklog(words, env) {
+  const child = start(words, env);
+  const closed = once(child, 'close');
+  const [stdout, stderr] = await Promise.all([text(child.stdout), text(child.stderr)]);
+  const [status, signal] = await closed;
+  return { pid: child.pid, status: status ?? signal, stdout, stderr };
+}
+
+// Makes a test of each row, named by its first field.
+const each = (t, rows, check) =>
+  Promise.all(rows.map((row) => t.test(row[0].slice(0, 80), () => check(...row))));
+const TWO_AT_A_TIME = { concurrency: 2 };
+
+// The settings under which the command runs this code first.
 function preloading(code) {
   const file = join(mkdtempSync(`${folder}/`), 'first.cjs');
   writeFileSync(file, code);
@@ -36,50 +52,61 @@ const answering = (answers) => preloading(`
     });
   }`);
 
-const CHANGED = 'zelklog: note: this was for the embedded log service, which ends with this command; ' +
-  'ZELK_LOG_SERVICE=session or system reaches one that stays\n';
+const CHANGED = '\nzelklog: note: this was for the embedded log service, which ends with this command; ' +
+  'ZELK_LOG_SERVICE=session or system reaches one that stays';
 const unsupported = (name) =>
-  `zelklog: note: ${name} is marked as not supported at present; the log service answered\n`;
+  `\nzelklog: note: ${name} is marked as not supported at present; the log service answered`;
 const ITEM = '{"configKey":"a","value":{"x":1}}';
 
-// Each command, the request that it makes, its answer, what is printed, and the note.
+// Each command, the answer that it gets, what it prints, and its request with the note about it.
 const COMMANDS = [
-  ['modem status', 'GetModemLogStatus', true, 'on'],
-  ['modem config get a b', 'GetModemLogConfig; object a,b',
-    ['{"configKey":"a","value":"{\\"x\\":1}"}', '{"configKey":"b","value":"{}"}'],
-    'a\n  x = 1\nb\n  (nothing set)'],
-  ['modem masks', 'GetModemLogLogMasks', ['{"configKey":"ap","value":"0x0"}', '{}'],
-    'ap 0x0\n(missing) (missing)', unsupported('getModemLogLogMasks')],
-  ['modem direct-pack', 'GetModemLogDirectPackConfig', 'text', 'text',
-    unsupported('getModemLogDirectPackConfig')],
-  ['modem on', 'HandleModemLogSwitch; boolean true', true, 'accepted', CHANGED],
-  ['modem off --item a x=1', `HandleModemLogSwitch; boolean false; object ${ITEM}`, false, 'not accepted',
-    CHANGED],
-  ['modem config set a x=1 --item b=c y=2 --item=d z=3', `ChangeModemLogConfig; object ${ITEM},` +
-  '{"configKey":"b=c","value":{"y":2}},{"configKey":"d","value":{"z":3}}', true, 'accepted', CHANGED],
-  ['modem command a x=1', `SendModemLogCommand; string ${ITEM}`, true, 'accepted', CHANGED],
-  ['tcpdump status', 'GetTcpdumpStatus', false, 'off'],
-  ['tcpdump config get c', 'GetTcpdumpConfig; object c', ['{}'], '(missing)\n  (nothing set)'],
-  ['tcpdump on --item a x=1', `HandleTcpdumpSwitch; boolean true; object ${ITEM}`, true, 'accepted', CHANGED],
-  ['tcpdump config set --item a x=1', `ChangeTcpdumpConfig; object ${ITEM}`, true, 'accepted', CHANGED],
-  ['bluetooth-pcm on', 'HandleBluetoothCallPcmLogSwitch; boolean true', null, 'done', CHANGED],
-  ['bluetooth-pcm off --json', 'HandleBluetoothCallPcmLogSwitch; boolean false', null, 'false', CHANGED],
-  ['remote list', 'GetRemoteDevicesList', 'text', 'text'],
-  ['remote query q', 'QueryRemoteDevicesLogs; string q', 'text', 'text'],
-  ['remote fetch r -- -9007199254740991', 'FetchRemoteDevicesLogs; string r; bigint -9007199254740991',
-    'text', 'text'],
-  ['protocol p', 'QueryProtocolData; string p', 'text', 'text'],
+  ['modem status', true, 'on', 'GetModemLogStatus'],
+  ['modem config get a b', ['{"configKey":"a","value":"{\\"x\\":1}"}', '{"configKey":"b","value":"{}"}'],
+    'a\n  x = 1\nb\n  (nothing set)', 'GetModemLogConfig; object a,b'],
+  ['modem masks', ['{"configKey":"ap","value":"0x0"}', '{}'], 'ap 0x0\n(missing) (missing)',
+    `GetModemLogLogMasks${unsupported('getModemLogLogMasks')}`],
+  ['modem direct-pack', 'text', 'text',
+    `GetModemLogDirectPackConfig${unsupported('getModemLogDirectPackConfig')}`],
+  ['modem on', true, 'accepted', `HandleModemLogSwitch; boolean true${CHANGED}`],
+  ['modem off --item a x=1', false, 'not accepted',
+    `HandleModemLogSwitch; boolean false; object ${ITEM}${CHANGED}`],
+  ['modem config set a x=1 --item b=c y=2 --item=d z=3', true, 'accepted', `ChangeModemLogConfig; object ` +
+  `${ITEM},{"configKey":"b=c","value":{"y":2}},{"configKey":"d","value":{"z":3}}${CHANGED}`],
+  ['modem command a x=1', true, 'accepted', `SendModemLogCommand; string ${ITEM}${CHANGED}`],
+  ['tcpdump status', false, 'off', 'GetTcpdumpStatus'],
+  ['tcpdump config get c', ['{}'], '(missing)\n  (nothing set)', 'GetTcpdumpConfig; object c'],
+  ['tcpdump on --item a x=1', true, 'accepted',
+    `HandleTcpdumpSwitch; boolean true; object ${ITEM}${CHANGED}`],
+  ['tcpdump config set --item a x=1', true, 'accepted', `ChangeTcpdumpConfig; object ${ITEM}${CHANGED}`],
+  ['bluetooth-pcm on', null, 'done', `HandleBluetoothCallPcmLogSwitch; boolean true${CHANGED}`],
+  ['bluetooth-pcm off --json', null, 'false', `HandleBluetoothCallPcmLogSwitch; boolean false${CHANGED}`],
+  ['remote list', 'text', 'text', 'GetRemoteDevicesList'],
+  ['remote query q', 'text', 'text', 'QueryRemoteDevicesLogs; string q'],
+  ['remote fetch r -- -9007199254740991', 'text', 'text',
+    'FetchRemoteDevicesLogs; string r; bigint -9007199254740991'],
+  ['protocol p', 'text', 'text', 'QueryProtocolData; string p'],
 ];
 
-test('each command makes its request and prints the answer, and no log lines unless asked', () => {
-  for (const [words, request, answer, stdout, note = ''] of COMMANDS) {
-    const [operation] = request.split(';');
-    assert.deepEqual(zelklog(words.split(' '), answering({ [operation]: answer })),
-      { status: 0, stdout: `${stdout}\n`, stderr: `${request}\n${note}` }, words);
-  }
-  const { stderr } = zelklog(['--verbose', 'modem', 'status']);
-  assert.match(stderr, / I C02d19\/ZELK_SERVICE: HandleAsyncWork: end\n/);
-  assert.match(zelklog(['--verbose', 'modem', 'status'], { HILOG_LEVEL: 'F' }).stderr, /^$/);
+test('each command makes its request and prints the answer', TWO_AT_A_TIME, (t) =>
+  each(t, COMMANDS, async (words, answer, output, request) => {
+    const [operation] = /^\w+/.exec(request);
+    const { status, stdout, stderr } = await zelklog(words.split(' '), answering({ [operation]: answer }));
+    assert.deepEqual([status, stdout, stderr], [0, `${output}\n`, `${request}\n`]);
+  }));
+
+test('log lines are shown when asked, as the log writes them, unless they go to a file', async () => {
+  const status = (env, ...options) => zelklog(['modem', 'status', ...options], env);
+  const { pid, stderr } = await status({}, '--verbose');
+  const [first, , third] = stderr.split('\n');
+  const id = String(pid).padStart(5);
+  const begins = (thread) =>
+    `^\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d\\.\\d{3} ${id} ${thread} I C02d19/ZELK_SERVICE: `;
+  assert.match(first, new RegExp(`${begins(id)}HandleAsyncWork: workName = `));
+  assert.match(third, new RegExp(`${begins(`(?!${id})[ \\d]{5,}`)}\\[ZelkLogServiceClient\\]`));
+  assert.equal((await status({ HILOG_LEVEL: 'F' }, '--verbose')).stderr, '');
+  const file = join(folder, 'lines');
+  assert.equal((await status({ HILOG_LEVEL: 'I', HILOG_FILE: file })).stderr, '');
+  assert.match(readFileSync(file, 'utf8'), / I C02d19\/ZELK_SERVICE: HandleAsyncWork: end\n/);
 });
 
 // What a terminal would obey, how it is shown, and how in JSON.
@@ -87,7 +114,7 @@ const HOSTILE = '\u001b]0;x\u0007\t\u007f\u009b1m\u061c\u200e\u200f\u202a\u202e\
 const SHOWN = String.raw`\u001b]0;x\u0007\u0009\u007f\u009b1m\u061c\u200e\u200f\u202a\u202e\u2066\u2069`;
 const OBEYED = /[^\P{Other}\n]/u; // Controls and marks of direction, but no line feed.
 
-test('characters that a terminal would obey are shown, wherever they come from', () => {
+test('characters that a terminal would obey are shown, wherever they come from', TWO_AT_A_TIME, (t) => {
   const value = { [HOSTILE]: `${HOSTILE}\n` };
   const item = { configKey: `${HOSTILE}\n`, value: JSON.stringify(value) };
   const env = answering({
@@ -95,30 +122,35 @@ test('characters that a terminal would obey are shown, wherever they come from',
     QueryProtocolData: `${HOSTILE}\n`,
     QueryRemoteDevicesLogs: { code: 5, answer: HOSTILE },
   });
-  for (const [words, expected] of [
-    [['modem', 'config', 'get', 'k'], `${SHOWN}\\u000a\n  ${SHOWN} = "`],
-    [['modem', 'config', 'get', 'k', '--json'], '\\u009b'],
-    [['remote', 'query', 'q'], 'x\\u0007'],
-    [[HOSTILE], `unknown command '${SHOWN}'`],
-    [['protocol', HOSTILE], `${SHOWN}\n\n`],
-    [['protocol', HOSTILE, '--verbose'], `request:${SHOWN}`],
-  ]) {
-    const { stdout, stderr } = zelklog(words, env);
-    assert.doesNotMatch(stdout + stderr, OBEYED, words.join(' '));
-    assert.ok((stdout + stderr).includes(expected), stdout + stderr);
-    if (words.includes('--json')) {
+  return each(t, [
+    ['modem config get k', env, `${SHOWN}\\u000a\n  ${SHOWN} = "`],
+    ['modem config get k --json', env, '\\u009b'],
+    ['remote query q', env, 'x\\u0007'],
+    ['HOSTILE', env, `unknown command '${SHOWN}'`],
+    ['protocol HOSTILE', env, `${SHOWN}\n\n`],
+    ['protocol HOSTILE --verbose', env, `request:${SHOWN}"\n`],
+    ['protocol HOSTILE --json', { HILOG_LEVEL: 'I', HILOG_FILE: `/no/${HOSTILE}` }, `request:${SHOWN}"\n`],
+    ['protocol \n --verbose', env, 'request:\\n"\n'],
+  ], async (words, settings, expected) => {
+    const typed = words.split(' ').map((word) => (word === 'HOSTILE' ? HOSTILE : word));
+    const { stdout, stderr } = await zelklog(typed, settings);
+    const shown = stdout + stderr.replace(/^Query.*; .*$/m, ''); // But for the request.
+    assert.doesNotMatch(shown, OBEYED);
+    assert.ok(shown.includes(expected), shown);
+    if (words.startsWith('modem') && words.includes('--json')) {
       assert.deepEqual(JSON.parse(stdout), [{ ...item, value }]);
     }
-  }
+  });
 });
 
-test('standard output that cannot be written exits with 1, silently if only its reader is gone', () => {
+test('output that cannot be written exits with 1, silently if nobody is there to read', () => {
   const ends = (redirection) => {
     const command = `set -o pipefail; "$0" "$1" modem status ${redirection}; echo "ended with $?" >&2`;
     return run('bash', ['-c', command, process.execPath, program]).stderr;
   };
   assert.match(ends('>/dev/full'), /^zelklog: cannot write to standard output: ENOSPC: .*\nended with 1\n$/);
   assert.equal(ends('| true'), 'ended with 1\n');
+  assert.equal(ends('--verbose 2>/dev/full'), 'ended with 0\n');
 });
 
 // The words of an item, and what they become.
@@ -155,87 +187,104 @@ const USAGE = [
   ['modem config set', /give at least one item/],
   ['modem config set a x', /"x" is not of the form key=value/],
   [`protocol ${'é'.repeat(4098)}`, /the request is longer than 8194 bytes/],
-  ['remote fetch r 9007199254740993', /Not a whole number/],
+  ['remote fetch r 1.5', /Not a whole number/],
+  ['remote fetch r 9007199254740993', /Too large: .* 9007199254740991 /],
   ['modem status --timeout 0', /Not a number of seconds/],
 ];
 
-test('a wrong command line ends with 2 and one line about it, and nothing is called', () => {
-  for (const [words, message] of USAGE) {
-    const { status, stdout, stderr } = zelklog(words.split(' '), { HILOG_LEVEL: 'D' });
-    assert.deepEqual([status, stdout], [2, ''], words);
+test('a wrong command line ends with 2 and says why, and nothing is called', TWO_AT_A_TIME, (t) =>
+  each(t, USAGE, async (words, message) => {
+    const { status, stdout, stderr } = await zelklog(words.split(' '), { HILOG_LEVEL: 'D' });
+    assert.deepEqual([status, stdout], [2, '']);
     assert.match(stderr, message);
     assert.doesNotMatch(stderr, /C02d19/);
-  }
-});
+  }));
 
-test('the help of each command shows what holds for all', () => {
-  const { status, stdout } = zelklog(['remote', 'fetch', '--help']);
+test('the help of each command shows what holds for all', async () => {
+  const { status, stdout } = await zelklog(['remote', 'fetch', '--help']);
   assert.equal(status, 0);
   for (const common of ['--json', '--timeout <SECONDS>', 'ZELK_LOG_SERVICE', 'HILOG_LEVEL']) {
     assert.ok(stdout.includes(`\n  ${common} `), common);
   }
 });
 
-const NO_SERVICE = { ZELK_LOG_SERVICE: 'none', HILOG_FILE: join(folder, 'unused') };
-const NO_RIGHTS = { OHOS_FULL_TOKEN_ID: '1' };
-const FAILING = answering({ GetModemLogStatus: { code: 5 }, HandleTcpdumpSwitch: { code: 5 } });
-const DYING = preloading('process.send && process.exit(7);'); // In the process of the call.
-const THROWING = preloading(`
-  const functions = new Proxy({}, { get: () => () => { throw new Error('own'); } });
+// The settings under which each function of the module runs this code.
+const doing = (code) => preloading(`
+  const functions = new Proxy({}, { get: () => () => { ${code}; } });
   require.cache[${JSON.stringify(`${root}index.js`)}] = { exports: functions, loaded: true };`);
-const WITH_FILE = { HILOG_LEVEL: 'E', HILOG_FILE: join(folder, 'log') };
-const UNKNOWN = 'getModemLogStatus failed: no log service was reached, or it reported an error ' +
-  '(see the log: HILOG_LEVEL, HILOG_FILE)';
 
-// Calls that end without an answer: the words, the setting, the exit status, the message.
+const NO_SERVICE = { ZELK_LOG_SERVICE: 'none' };
+const NO_RIGHTS = { OHOS_FULL_TOKEN_ID: '1' };
+const SETTINGS = {
+  'no service': NO_SERVICE,
+  'no service and a log file': { ...NO_SERVICE, HILOG_LEVEL: 'F', HILOG_FILE: join(folder, 'log') },
+  'no service and no such level': { ...NO_SERVICE, HILOG_LEVEL: 'w' },
+  'a service that fails': answering({ GetModemLogStatus: { code: 5 }, HandleTcpdumpSwitch: { code: 5 } }),
+  'no rights': NO_RIGHTS,
+  'a module that throws': doing(`throw new Error('own')`),
+};
+const NOT_REACHED = 'no log service was reached (ZELK_LOG_SERVICE)';
+const REFUSED = 'was refused: this process is not a system application (OHOS_FULL_TOKEN_ID)';
+const WRONG_LEVEL =
+  'zelklogservice: HILOG_LEVEL="w": not one of D, I, W, E, F and X; no lines are written\n';
+
+// Calls that end without an answer: the words and the settings, the exit status, the message, and what stands
+// before it.
 const FAILURES = [
-  ['modem status', NO_SERVICE, 1, 'getModemLogStatus failed: no log service was reached (ZELK_LOG_SERVICE)'],
-  ['modem status', FAILING, 1,
-    'getModemLogStatus failed: the log service reported an error; its answer was false'],
-  ['modem status', { ...NO_SERVICE, ...WITH_FILE }, 1, UNKNOWN],
-  ['modem status', { ...NO_SERVICE, HILOG_LEVEL: 'w' }, 1, UNKNOWN],
-  ['modem status', THROWING, 1, 'getModemLogStatus threw an error: own'],
-  ['modem masks', THROWING, 1, 'getModemLogLogMasks threw an error: own'],
-  ['modem status', DYING, 1, 'getModemLogStatus broke off: its process ended with 7'],
-  ['modem masks', NO_SERVICE, 124,
-    'getModemLogLogMasks gave no answer: no log service was reached (ZELK_LOG_SERVICE)'],
-  ['tcpdump on', FAILING, 124,
-    'handleTcpdumpSwitch gave no answer: the log service reported an error or had nothing to answer'],
-  ['modem status', NO_RIGHTS, 1,
-    'getModemLogStatus was refused: this process is not a system application (OHOS_FULL_TOKEN_ID)'],
-  ['modem direct-pack', NO_RIGHTS, 1,
-    'getModemLogDirectPackConfig was refused: this process is not a system application (OHOS_FULL_TOKEN_ID)'],
+  ['modem status, no service', 1, `getModemLogStatus failed: ${NOT_REACHED}`],
+  ['modem status, no service and a log file', 1, `getModemLogStatus failed: ${NOT_REACHED}`],
+  ['modem status, no service and no such level', 1, `getModemLogStatus failed: ${NOT_REACHED}`, WRONG_LEVEL],
+  ['modem masks, no service', 124, `getModemLogLogMasks gave no answer: ${NOT_REACHED}`],
+  ['modem status, a service that fails', 1,
+    'getModemLogStatus failed: the log service reported an error; its answer was false',
+    'GetModemLogStatus\n'],
+  ['tcpdump on, a service that fails', 124,
+    'handleTcpdumpSwitch gave no answer: the log service reported an error or had nothing to answer',
+    'HandleTcpdumpSwitch; boolean true\n'],
+  ['modem status, no rights', 1, `getModemLogStatus ${REFUSED}`],
+  ['modem direct-pack, no rights', 1, `getModemLogDirectPackConfig ${REFUSED}`],
+  ['modem status, a module that throws', 1, 'getModemLogStatus threw an error: own'],
+  ['modem masks, a module that throws', 1, 'getModemLogLogMasks threw an error: own'],
 ];
 
-test('a call without an answer ends, with one line and its own status', () => {
-  for (const [words, env, status, message] of FAILURES) {
-    const seen = zelklog(words.split(' '), env);
-    assert.deepEqual([seen.status, seen.stdout], [status, '']);
-    // But for the request and the report of a wrong setting.
-    const own = seen.stderr.replace(/^([A-Z]|zelklogservice: HILOG_LEVEL="w": ).*\n/, '');
-    assert.equal(own, `zelklog: ${message}\n`);
-  }
-  const refused = zelklog(['modem', 'status'], { ...NO_RIGHTS, ZELK_LOG_SERVICE: 'bogus' });
+test('a call without an answer ends, with one line and its own status', TWO_AT_A_TIME, (t) =>
+  each(t, FAILURES, async (name, status, message, before = '') => {
+    const [words, settings] = name.split(', ');
+    const seen = await zelklog(words.split(' '), SETTINGS[settings]);
+    assert.deepEqual([seen.status, seen.stdout, seen.stderr], [status, '', `${before}zelklog: ${message}\n`]);
+  }));
+
+test('what ends the command before its call is said, and a crash ends it by its signal', async () => {
+  const refused = await zelklog(['modem', 'status'], { ...NO_RIGHTS, ZELK_LOG_SERVICE: 'bogus' });
   assert.match(refused.stderr, /^zelklogservice: ZELK_LOG_SERVICE="bogus".*no service\nzelklog: .* refused/);
-  const { status, stderr } = zelklog(['modem', 'status'], { ZELKLOGSERVICE_BUILD: 'nowhere' });
-  assert.equal(status, 1);
-  assert.match(stderr, /^zelklogservice: .*nowhere.* does not exist: run .*\n$/);
+  const unbuilt = await zelklog(['modem', 'status'], { ZELKLOGSERVICE_BUILD: 'nowhere' });
+  assert.equal(unbuilt.status, 1);
+  assert.match(unbuilt.stderr, /^zelklogservice: .*nowhere.* does not exist: run .*\n$/);
+  const crashed = await zelklog(['modem', 'status'], doing('process.kill(process.pid, "SIGKILL")'));
+  assert.equal(crashed.status, 'SIGKILL');
 });
 
 const hasBus = existsSync(`${buildFolder}zelk-log-service`);
 
-test('a call that hangs ends with its command, or with its time', { skip: !hasBus }, async () => {
+test('a call that hangs ends at a signal or with its time, read or not', { skip: !hasBus }, async (t) => {
   const server = createServer().listen(join(folder, 'bus')); // It accepts connections and sends nothing.
+  t.after(() => server.close());
   await once(server, 'listening');
-  const env = { ...process.env, ZELK_LOG_SERVICE: `unix:path=${folder}/bus` };
-  const child = spawn(process.execPath, [program, 'modem', 'status'], { env });
-  const [connection] = await once(server, 'connection');
-  child.kill('SIGKILL');
-  await once(connection.resume(), 'close', { signal: AbortSignal.timeout(10_000) });
-  const { status, stderr } = zelklog(['modem', 'status', '--timeout', '0.5'], env);
-  const late = 'zelklog: getModemLogStatus gave no answer within 0.5 s (--timeout)\n';
-  assert.deepEqual([status, stderr], [124, late]);
-  server.close();
+  const env = { ZELK_LOG_SERVICE: `unix:path=${folder}/bus` };
+  const ends = (child) => once(child, 'exit', { signal: AbortSignal.timeout(10_000) }); // Else it takes 25 s.
+  const interrupted = start(['modem', 'status'], env);
+  await once(server, 'connection');
+  interrupted.kill('SIGINT');
+  assert.deepEqual(await ends(interrupted), [null, 'SIGINT']);
+
+  const late = start(['modem', 'status', '--timeout', '0.5', '--verbose'], env);
+  const [shown] = await Promise.all([text(late.stderr), ends(late)]);
+  assert.match(shown, /HandleAsyncWork: end\n(.*\n)?zelklog: .* no answer within 0.5 s \(--timeout\)\n$/);
+  assert.equal(late.exitCode, 124);
+
+  const unread = start(['modem', 'status', '--timeout', '0.5'],
+    { ...env, ...preloading(`process.stderr.write('x'.repeat(1e6))`) });
+  assert.deepEqual(await ends(unread), [124, null]);
 });
 
 const hasTerminals = run('script', ['-qec', 'true', '/dev/null']).status === 0;
@@ -246,10 +295,4 @@ test('colours appear on a terminal only, and not with NO_COLOR', { skip: !hasTer
     const env = { NODE: process.execPath, PROGRAM: program, NO_COLOR };
     assert.equal(run('script', ['-qec', command, '/dev/null'], { env }).stdout, output);
   }
-});
-
-test('a call may be longer than one word of a command line', () => {
-  const keys = Array.from({ length: 20_000 }, (_, i) => `key${i}`);
-  const { status, stdout } = zelklog(['modem', 'config', 'get', ...keys, '--json']);
-  assert.deepEqual([status, JSON.parse(stdout).length], [0, keys.length]);
 });
