@@ -271,20 +271,23 @@ test('a call that hangs ends at a signal or with its time, read or not', { skip:
   t.after(() => server.close());
   await once(server, 'listening');
   const env = { ZELK_LOG_SERVICE: `unix:path=${folder}/bus` };
-  const ends = (child) => once(child, 'exit', { signal: AbortSignal.timeout(10_000) }); // Else it takes 25 s.
-  const interrupted = start(['modem', 'status'], env);
-  await once(server, 'connection');
+  const soon = (emitter, event) => once(emitter, event, { signal: AbortSignal.timeout(10_000) }); // Not 25 s.
+  const interrupted = start(['modem', 'status', '--verbose'], env);
+  await soon(interrupted.stderr, 'data');
   interrupted.kill('SIGINT');
-  assert.deepEqual(await ends(interrupted), [null, 'SIGINT']);
+  assert.deepEqual(await soon(interrupted, 'exit'), [null, 'SIGINT']);
 
-  const late = start(['modem', 'status', '--timeout', '0.5', '--verbose'], env);
-  const [shown] = await Promise.all([text(late.stderr), ends(late)]);
-  assert.match(shown, /HandleAsyncWork: end\n(.*\n)?zelklog: .* no answer within 0.5 s \(--timeout\)\n$/);
+  const loud = preloading(`
+    const { write } = process.stderr;
+    process.stderr.write = function (text, done) {
+      return write.call(this, text.replace('zelklog:', 'x'.repeat(1e6) + 'zelklog:'), done);
+    };`);
+  const hang = () => start(['modem', 'status', '--timeout', '0.5', '--verbose'], { ...env, ...loud });
+  const late = hang();
+  const [shown] = await Promise.all([text(late.stderr), soon(late, 'exit')]);
+  assert.match(shown, /HandleAsyncWork: end\n(.*\n)?x+zelklog: .* no answer within 0.5 s \(--timeout\)\n$/);
   assert.equal(late.exitCode, 124);
-
-  const unread = start(['modem', 'status', '--timeout', '0.5'],
-    { ...env, ...preloading(`process.stderr.write('x'.repeat(1e6))`) });
-  assert.deepEqual(await ends(unread), [124, null]);
+  assert.deepEqual(await soon(hang(), 'exit'), [124, null]); // Nobody reads.
 });
 
 const hasTerminals = run('script', ['-qec', 'true', '/dev/null']).status === 0;
