@@ -2,7 +2,7 @@
 //
 //   node bench/run.mjs [--json | --once] [GROUP…]
 //
-// Groups: calls bus values text log memory load kit; all of them by default. With --json the table is a JSON
+// Groups: calls bus values text log memory load command kit; all by default. With --json the table is a JSON
 // array. With --once each row is measured once and without its target, to see that it still can be measured.
 // Exit status: 1 when a target is missed by more than the noise of its own measuring, 0 otherwise.
 import { execFileSync } from 'node:child_process';
@@ -15,7 +15,7 @@ import { setTimeout as sleep } from 'node:timers/promises';
 import { fileURLToPath } from 'node:url';
 
 import { withService } from './lib/private_bus.mjs';
-import { addon } from './lib/rounds.mjs';
+import { addon, now } from './lib/rounds.mjs';
 import { ROWS, evaluate, isNoisy, print } from './lib/table.mjs';
 
 const here = path.dirname(fileURLToPath(import.meta.url));
@@ -109,6 +109,20 @@ function load() {
   });
 }
 
+function command() {
+  const zelklog = path.join(root, 'bin', 'zelklog');
+  const nanoseconds = (args) => {
+    const start = now();
+    run(process.execPath, args, { ZELKLOGSERVICE_BUILD: 'bench' });
+    return now() - start;
+  };
+  const rounds = [];
+  for (let round = 0; round < 41; ++round) {
+    rounds.push([nanoseconds([zelklog, 'modem', 'status']), nanoseconds(['-e', '0'])]);
+  }
+  return [{ measure: 'command', rounds }];
+}
+
 const logFiles = (folder) => measures(program('bench_log'), [path.join(folder, 'theirs')],
   { HILOG_LEVEL: 'I', HILOG_FILE: path.join(folder, 'ours') });
 
@@ -120,6 +134,7 @@ const GROUPS = {
   log: () => [...measures(program('bench_log'), ['suppressed']), ...inFolder(logFiles)],
   memory: () => measures(process.execPath, ['--expose-gc', script('memory.mjs')], { MALLOC_ARENA_MAX: '1' }),
   load,
+  command,
   kit: () => measures(process.execPath, ['--expose-gc', script('kit.mjs')],
     { MALLOC_ARENA_MAX: '1', ZELKLOGSERVICE_BUILD: 'bench' }),
 };

@@ -27,6 +27,7 @@ export const ROWS = [
   { measure: 'load', what: 'loading the package', against: 'package of an empty addon', difference: true,
     unit: 'ms', most: 1.7 },
   { measure: 'size', what: 'the packed module', against: 'itself', alone: true, unit: 'kB', most: 300 },
+  { measure: 'command', what: 'zelklog modem status', against: 'node -e 0', most: 1.5 },
   { measure: 'handler', what: 'testing kit: a call to a handler',
     against: 'the embedded service', most: 2.2 },
   { measure: 'handlers-in-flight', what: '… 1,000 handlers of 1 ms',
