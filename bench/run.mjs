@@ -25,6 +25,7 @@ const script = (name) => path.join(here, name);
 const program = (name) => path.join(build, name);
 
 const IS_ONCE = process.argv.includes('--once');
+const ROUNDS = IS_ONCE ? 1 : 41; // Of processes.
 
 // The settings of every measured process. The module writes no lines, and has the service in the process.
 const SETTINGS = {
@@ -99,10 +100,7 @@ function load() {
   return inFolder((folder) => {
     const { installed, empty } = installPackages(folder);
     const milliseconds = (file) => Number(run(process.execPath, [script('load.mjs'), file]));
-    const rounds = [];
-    for (let round = 0; round < (IS_ONCE ? 1 : 41); ++round) {
-      rounds.push([milliseconds(installed), milliseconds(empty)]);
-    }
+    const rounds = Array.from({ length: ROUNDS }, () => [milliseconds(installed), milliseconds(empty)]);
     const module = path.join(installed, `lib/linux-${process.arch}/zelklogservice.node`);
     const size = statSync(module).size / 1000;
     return [{ measure: 'load', rounds }, { measure: 'size', rounds: [[size]] }];
@@ -116,10 +114,8 @@ function command() {
     run(process.execPath, args, { ZELKLOGSERVICE_BUILD: 'bench' });
     return now() - start;
   };
-  const rounds = [];
-  for (let round = 0; round < 41; ++round) {
-    rounds.push([nanoseconds([zelklog, 'modem', 'status']), nanoseconds(['-e', '0'])]);
-  }
+  const ours = [zelklog, 'modem', 'status'];
+  const rounds = Array.from({ length: ROUNDS }, () => [nanoseconds(ours), nanoseconds(['-e', '0'])]);
   return [{ measure: 'command', rounds }];
 }
 
