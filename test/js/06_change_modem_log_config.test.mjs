@@ -1,25 +1,32 @@
+// All that a change does with its arguments; the capture's has its own lines, and never answers a failure.
 import {
-  AWAY, calls, changeTests, E, FAILS, FAILS_NO, ITEMS, NO, READ, TEXT, W, WRITTEN,
+  AWAY, CALLBACK, E, FAILS, FAILS_NO, ITEMS, MISMATCH, NO, NO_FUNCTIONS, NO_OBJECTS, READ, testCalls, TEXT,
+  THROWS, W, WRITTEN,
 } from '../support/cases.mjs';
 
 const name = 'changeModemLogConfig';
-const op = 'ChangeModemLogConfig';
-const FAILED = E("ChangeModemLogConfigCallback: asyncContext's resolved is false");
-const EMPTY = W('[ChangeModemLogConfig]"configs is empty."');
+const SENT = [...READ, WRITTEN];
+const MISMATCHES = [MISMATCH, MISMATCH, E('ChangeModemLogConfig: Illegal params')];
 
-changeTests(name, { refused: op });
-
-calls('delivers the boolean of a failure or an empty list', name, [
-  [FAILS, () => [ITEMS], { rejected: true }, [[op, [TEXT]]], [...READ, WRITTEN, FAILED]],
-  [FAILS_NO, () => [ITEMS], { rejected: false }, [[op, [TEXT]]], [...READ, WRITTEN, FAILED]],
-  [AWAY, () => [ITEMS], { rejected: false }, [], [...READ, W(`[${op}]"get proxy fail."`), FAILED]],
-  [FAILS, () => [[]], { rejected: false }, [], [EMPTY, FAILED]],
+testCalls(name, [
+  { args: [ITEMS], resolved: true, request: [[TEXT]], lines: SENT },
+  { args: [ITEMS], service: NO, resolved: false, request: [[TEXT]], lines: SENT },
+  { args: [ITEMS, CALLBACK], callback: [[true]], request: [[TEXT]], lines: SENT },
+  { args: [ITEMS, CALLBACK, 1], resolved: true, request: [[TEXT]], lines: SENT },
+  ...NO_FUNCTIONS.map((second) => (
+    { args: [ITEMS, second], resolved: true, request: [[TEXT]], lines: SENT })),
+  { args: [], ...THROWS, lines: MISMATCHES },
+  ...NO_OBJECTS.map((value) => ({ args: [value, CALLBACK], lines: MISMATCHES })),
+  { args: [{ a: 1 }, CALLBACK], lines: [E('ChangeModemLogConfig: error array type')] },
 ]);
 
-const texts = [
-  '{"configKey":"b","value":{"l":[1,"2"]}}', '{"configKey":"","value":}}', '{"configKey":"a","value":}}',
-];
-const list = [{ configKey: 'b', value: { l: [1, 2], o: {} } }, 5, { configKey: 'a', value: { no: null } }];
-calls('sends one text per item, in order, even for invalid items', name, [
-  [NO, () => [list], { resolved: false }, [[op, texts]]],
+// The boolean of a failure is delivered, and of an empty list, which is not sent.
+const FAILED = E("ChangeModemLogConfigCallback: asyncContext's resolved is false");
+const NO_SERVICE = [W('[ChangeModemLogConfig]"get proxy fail."'), FAILED];
+const EMPTY = [W('[ChangeModemLogConfig]"configs is empty."'), FAILED];
+testCalls(name, [
+  { args: [ITEMS], service: FAILS, rejected: true, request: [[TEXT]], lines: [...SENT, FAILED] },
+  { args: [ITEMS], service: FAILS_NO, rejected: false, request: [[TEXT]], lines: [...SENT, FAILED] },
+  { args: [ITEMS], service: AWAY, rejected: false, lines: [...READ, ...NO_SERVICE] },
+  { args: [[]], rejected: false, lines: EMPTY },
 ]);

@@ -1,41 +1,43 @@
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
 import {
-  AWAY, calls, E, FAILS, ITEMS, MISMATCH, NO, NO_FUNCTIONS, NO_OBJECTS, PENDING, READ, REFUSED,
-  TEXT, THROWS, UNCALLABLE, W, WRITTEN, YES,
+  AWAY, CALLBACK, E, FAILS, ITEMS, MISMATCH, NO, NO_FUNCTIONS, PENDING, READ, testCalls, TEXT, THROWS,
+  UNCALLABLE, W, WRITTEN,
 } from '../support/cases.mjs';
 import { run, zelk } from '../support/zelk.mjs';
 
 const name = 'sendModemLogCommand';
-const op = 'SendModemLogCommand';
 const [command] = ITEMS;
 const SENT = [...READ, WRITTEN];
-const mismatch = [MISMATCH, MISMATCH, E('SendModemLogCommand: Illegal params')];
-const NO_KEY = E('GetString: get len error');
-const NO_VALUE = E('failed to get property names.');
+const MISMATCHES = [MISMATCH, MISMATCH, E('SendModemLogCommand: Illegal params')];
 
-calls('takes a command and, of two arguments, any callback; a failure is neither answered nor logged', name, [
-  [YES, () => [command], { resolved: true }, [[op, TEXT]], SENT],
-  [NO, () => [command], { resolved: false }, [[op, TEXT]], SENT],
-  [YES, (cb) => [command, cb], { callback: [[true]] }, [[op, TEXT]], SENT],
-  [YES, (cb) => [command, cb, 1], { resolved: true }, [[op, TEXT]], SENT],
-  ...NO_FUNCTIONS.map((second) => [YES, () => [command, second], UNCALLABLE, [[op, TEXT]], SENT]),
-  [YES, () => [], THROWS, [], mismatch],
-  ...NO_OBJECTS.map((value) => [YES, (cb) => [value, cb], REFUSED, [], mismatch]),
-  [FAILS, () => [command], PENDING, [[op, TEXT]], SENT],
-  [AWAY, () => [command], PENDING, [], [...READ, W(`[${op}]"get proxy fail."`)]],
+testCalls(name, [
+  { args: [command], resolved: true, request: [TEXT], lines: SENT },
+  { args: [command], service: NO, resolved: false, request: [TEXT], lines: SENT },
+  // Of two arguments the second is the callback, whatever it is.
+  { args: [command, CALLBACK], callback: [[true]], request: [TEXT], lines: SENT },
+  { args: [command, CALLBACK, 1], resolved: true, request: [TEXT], lines: SENT },
+  ...NO_FUNCTIONS.map((second) => (
+    { args: [command, second], ...UNCALLABLE, request: [TEXT], lines: SENT })),
+  { args: [], ...THROWS, lines: MISMATCHES },
+  { args: ['a', CALLBACK], lines: MISMATCHES },
+  // A failure is neither answered nor logged.
+  { args: [command], service: FAILS, ...PENDING, request: [TEXT], lines: SENT },
+  { args: [command], service: AWAY, ...PENDING, lines: [...READ, W('[SendModemLogCommand]"get proxy fail."')] },
 ]);
 
-calls('sends the parts of the command that it can read', name, [
-  [{}, '{"configKey":"","value":}}', NO_KEY, NO_VALUE],
-  [[1], '{"configKey":"","value":}}', NO_KEY, NO_VALUE],
-  [{ configKey: 'k' }, '{"configKey":"k","value":}}', NO_VALUE],
-  [{ configKey: '', value: {} }, '{"configKey":"","value":}}', E('GetString: len error')],
-  [{ configKey: 5, value: 'x' }, '{"configKey":"","value":}}', NO_KEY, NO_VALUE],
-  [Object.assign([], command), TEXT, ...READ],
-].map(([value, text, ...lines]) => [
-  YES, () => [value], { resolved: true }, [[op, text]], [...lines, E(`GetJsonParams ostringstream ${text}`)],
-]));
+// Any object is a command, of which it sends the parts that it can read.
+const UNREAD = [E('GetString: get len error'), E('failed to get property names.')];
+const NO_PARTS = '{"configKey":"","value":}}';
+testCalls(name, [
+  ...[{}, [1], { configKey: 5, value: 'x' }].map((value) => ({ value, text: NO_PARTS, lines: UNREAD })),
+  { value: Object.assign([], command), text: TEXT, lines: READ },
+].map(({ value, text, lines }) => ({
+  args: [value],
+  resolved: true,
+  request: [text],
+  lines: [...lines, E(`GetJsonParams ostringstream ${text}`)],
+})));
 
 test(`${name} keeps any callback while an exception of the caller's own getter is pending`, async () => {
   const own = new Error("the caller's own");
@@ -45,5 +47,5 @@ test(`${name} keeps any callback while an exception of the caller's own getter i
     },
   };
   const { thrown, requests } = await run(() => zelk[name](hostile, 5));
-  assert.deepEqual([thrown, requests], [own, [[op, '{"configKey":"","value":}}']]]);
+  assert.deepEqual({ thrown, requests }, { thrown: own, requests: [['SendModemLogCommand', NO_PARTS]] });
 });

@@ -1,21 +1,28 @@
 import {
-  AWAY, calls, FAILS, I, ITEMS, PENDING, READ, switchTests, TEXT, W, WRITTEN,
+  AWAY, CALLBACK, E, FAILS, I, ITEMS, NO, PENDING, READ, testCalls, TEXT, W, WRITTEN,
 } from '../support/cases.mjs';
 
 const name = 'handleTcpdumpSwitch';
-const op = 'HandleTcpdumpSwitch';
 const NO_ITEMS = I('[TCP dump] NativeHandleTcpdumpSwitch asyncContext configs is empty');
+const UNDEFINED_ITEMS = I('HandleModemLogSwitch: config is undefined'); // The modem log switch's.
+const SENT = [...READ, WRITTEN];
+
+testCalls(name, [
+  { args: [true], resolved: true, request: [true], lines: [NO_ITEMS] },
+  { args: ['on'], service: NO, resolved: false, request: [false], lines: [NO_ITEMS] },
+  { args: [true, ITEMS], resolved: true, request: [true, [TEXT]], lines: SENT },
+  { args: [true, undefined], resolved: true, request: [true], lines: [UNDEFINED_ITEMS, NO_ITEMS] },
+  { args: [true, CALLBACK], callback: [[true]], request: [true], lines: [NO_ITEMS] },
+  { args: [true, CALLBACK, ITEMS], callback: [[true]], request: [true, [TEXT]], lines: SENT },
+  { args: [true, CALLBACK, ITEMS, 1], lines: [E('HandleTcpdumpSwitch: Illegal params number')] },
+]);
+
+// A failure is never answered.
 const failed = (code) => I(`HandleTcpdumpSwitchCallback: errorcode ${code}`);
-
-switchTests(name, {
-  sent: { items: [[TEXT]], lines: [WRITTEN] },
-  undefinedItems: I('HandleModemLogSwitch: config is undefined'), // The modem log switch's.
-  noItems: [NO_ITEMS],
-});
-
-calls('never answers a failure', name, [
-  [FAILS, () => [true], PENDING, [[op, true]], [NO_ITEMS, failed(9)]],
-  [FAILS, () => [0, ITEMS], PENDING, [[op, false, [TEXT]]], [...READ, WRITTEN, failed(9)]],
-  [AWAY, () => [0], PENDING, [], [NO_ITEMS, W(`[${op}]"get proxy fail."`), failed(3)]],
-  [AWAY, () => [0, ITEMS], PENDING, [], [...READ, W(`[${op}]"get proxy fail."`), failed(3)]],
+const NO_SERVICE = [W('[HandleTcpdumpSwitch]"get proxy fail."'), failed(3)];
+testCalls(name, [
+  { args: [true], service: FAILS, ...PENDING, request: [true], lines: [NO_ITEMS, failed(9)] },
+  { args: [0, ITEMS], service: FAILS, ...PENDING, request: [false, [TEXT]], lines: [...SENT, failed(9)] },
+  { args: [0], service: AWAY, ...PENDING, lines: [NO_ITEMS, ...NO_SERVICE] },
+  { args: [0, ITEMS], service: AWAY, ...PENDING, lines: [...READ, ...NO_SERVICE] },
 ]);

@@ -1,20 +1,30 @@
-import { AWAY, calls, I, ITEMS, PENDING, READ, switchTests, W } from '../support/cases.mjs';
+import {
+  AWAY, CALLBACK, E, I, ITEMS, PENDING, READ, testCalls, W,
+} from '../support/cases.mjs';
 
 const name = 'handleBluetoothCallPcmLogSwitch';
 const op = 'HandleBluetoothCallPcmLogSwitch';
+const DONE = {}; // The service answers with its code alone.
 const FAILS = { code: 9 };
-const failed = (code) => I(`HandleBluetoothCallPcmLogSwitchCallback: errorcode ${code}`);
+const failed = (code) => I(`${op}Callback: errorcode ${code}`);
 
 // The items are read but not sent, and success answers false.
-switchTests(name, {
-  answers: [{}, {}], // The service has none.
-  yes: false,
-  sent: { items: [], lines: [] },
-  undefinedItems: I('HandleBluetoothCallPcmLogSwitch: config is undefined'),
-});
-
-calls('never answers a failure', name, [
-  [FAILS, () => [true], PENDING, [[op, true]], [failed(9)]],
-  [FAILS, () => [0, ITEMS], PENDING, [[op, false]], [...READ, failed(9)]],
-  [AWAY, () => [0, ITEMS], PENDING, [], [...READ, W(`[${op}]"get proxy fail."`), failed(3)]],
+testCalls(name, [
+  { args: [true], service: DONE, resolved: false, request: [true] },
+  { args: ['on'], service: DONE, resolved: false, request: [false] },
+  { args: [true, ITEMS], service: DONE, resolved: false, request: [true], lines: READ },
+  {
+    args: [true, undefined],
+    service: DONE,
+    resolved: false,
+    request: [true],
+    lines: [I(`${op}: config is undefined`)],
+  },
+  { args: [true, CALLBACK], service: DONE, callback: [[false]], request: [true] },
+  { args: [true, CALLBACK, ITEMS], service: DONE, callback: [[false]], request: [true], lines: READ },
+  { args: [true, CALLBACK, ITEMS, 1], lines: [E(`${op}: Illegal params number`)] },
+  // A failure is never answered.
+  { args: [true], service: FAILS, ...PENDING, request: [true], lines: [failed(9)] },
+  { args: [0, ITEMS], service: FAILS, ...PENDING, request: [false], lines: [...READ, failed(9)] },
+  { args: [0, ITEMS], service: AWAY, ...PENDING, lines: [...READ, W(`[${op}]"get proxy fail."`), failed(3)] },
 ]);

@@ -5,7 +5,7 @@ import { setCaller } from 'zelklogservice/testing';
 import { E } from '../support/cases.mjs';
 import { answering, forms, operation } from '../support/forms.mjs';
 import { root, runCode } from '../support/system.mjs';
-import { gatedNames, keeps, names, service, zelk } from '../support/zelk.mjs';
+import { gatedNames, leaves, names, run, service, zelk } from '../support/zelk.mjs';
 
 // Alternately, because rights once had must not last.
 const CALLERS = [
@@ -15,34 +15,47 @@ const CALLERS = [
   [0x200000000n, false], [0xfffffffeffffffffn, false],
 ];
 
-for (const name of names) {
-  test(`${name} serves ${gatedNames.includes(name) ? 'system applications only' : 'everyone'}`, async () => {
-    service(answering(names));
-    for (const [token, hasRights] of CALLERS) {
-      const isServed = hasRights || !gatedNames.includes(name);
-      const count = isServed ? 1 : forms(name).length; // A refused call reads no arguments and logs one line.
-      for (let index = 0; index < count; ++index) {
-        const seen = await keeps({}, (callback) => {
-          setCaller(token);
-          try {
-            return zelk[name](...forms(name, callback)[index]);
-          } finally {
-            setCaller(0n); // A call once made needs no rights.
-          }
-        });
-        const what = `${name} form ${index} with ${token}`;
-        if (isServed) {
-          assert.deepEqual(seen.requests.map(([asked]) => asked), [operation(name)], what);
-        } else {
-          const speaker = name === 'getTcpdumpStatus' ? 'GetModemLogStatus' : operation(name);
-          assert.deepEqual(seen, { callback: [], uncaught: [], returned: undefined, requests: [], lines: [
-            ...(name === 'changeTcpdumpConfig' ? [E('[TCP dump] napi ChangeTcpdumpConfig: enter')] : []),
-            E(`${speaker}: current app is not system app, so return`),
-          ] }, what);
-        }
+// A refused call reads no arguments, and logs one line.
+function refusal(name) {
+  const speaker = name === 'getTcpdumpStatus' ? 'GetModemLogStatus' : operation(name);
+  return [
+    ...(name === 'changeTcpdumpConfig' ? [E('[TCP dump] napi ChangeTcpdumpConfig: enter')] : []),
+    E(`${speaker}: current app is not system app, so return`),
+  ];
+}
+
+// What each form of the function does for a caller; a call once made needs no rights.
+async function callAs(token, name) {
+  const calls = [];
+  for (const index of forms(name).keys()) {
+    calls.push(await leaves(() => run((callback) => {
+      setCaller(token);
+      try {
+        return zelk[name](...forms(name, callback)[index]);
+      } finally {
+        setCaller(0n);
       }
-    }
-  });
+    })));
+  }
+  return calls;
+}
+
+for (const name of names) {
+  for (const [token, hasRights] of CALLERS) {
+    const isServed = hasRights || !gatedNames.includes(name);
+    test(`${name} ${isServed ? 'serves' : 'refuses'} ${token}`, async () => {
+      service(answering(names));
+      const calls = await callAs(token, name);
+      if (isServed) {
+        const [[, { requests }]] = calls;
+        assert.deepEqual(requests.map(([asked]) => asked), [operation(name)]);
+      } else {
+        const seen = { callback: [], uncaught: [], returned: undefined, requests: [], lines: refusal(name) };
+        const left = { contexts: 0, references: 0, works: 0, deferreds: 0 };
+        assert.deepEqual(calls, calls.map(() => [left, seen]));
+      }
+    });
+  }
 }
 
 test('a worker thread that loads the module has the identity of the environment', () => {

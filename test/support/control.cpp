@@ -12,11 +12,7 @@ namespace ZelkTest {
 
 namespace {
 
-std::vector<napi_property_descriptor>& Probes()
-{
-    static std::vector<napi_property_descriptor> probes;
-    return probes;
-}
+void (*g_probe)(napi_env env) = nullptr;
 
 using Control = Json::Value (*)(const Json::Value& argument);
 
@@ -38,13 +34,11 @@ napi_value CallControl(napi_env env, napi_callback_info info)
     return value;
 }
 
-// An object with the module's internals; the module must have been loaded.
-napi_value ReadProbes(napi_env env, napi_callback_info)
+// The module must have been loaded.
+napi_value CallProbe(napi_env env, napi_callback_info)
 {
-    napi_value object = nullptr;
-    napi_create_object(env, &object);
-    napi_define_properties(env, object, Probes().size(), Probes().data());
-    return object;
+    g_probe(env);
+    return nullptr;
 }
 
 napi_property_descriptor Function(const char* name, Control control)
@@ -54,9 +48,9 @@ napi_property_descriptor Function(const char* name, Control control)
 
 } // namespace
 
-void AddProbes(const std::vector<napi_property_descriptor>& probes)
+void SetProbe(void (*probe)(napi_env env))
 {
-    Probes() = probes;
+    g_probe = probe;
 }
 
 } // namespace ZelkTest
@@ -68,7 +62,7 @@ extern "C" ZELK_TEST_EXPORT napi_value napi_register_module_v1(napi_env env, nap
         Function("planFaults", PlanFaults),
         Function("trace", ReadTrace),
         Function("counts", ReadCounts),
-        {"probes", nullptr, ReadProbes, nullptr, nullptr, nullptr, napi_default, nullptr},
+        {"callProbe", nullptr, CallProbe, nullptr, nullptr, nullptr, napi_default, nullptr},
     };
     napi_define_properties(env, exports, std::size(functions), functions);
     return exports;

@@ -2,8 +2,6 @@
 #ifndef TEST_SUPPORT_CONTROL_H
 #define TEST_SUPPORT_CONTROL_H
 
-#include <vector>
-
 #include <node_api.h>
 
 namespace ZelkTest {
@@ -13,8 +11,8 @@ namespace ZelkTest {
 // Counts what the module holds, and the faults since they were planned.
 ZELK_TEST_EXPORT void Count(const char* what, int change);
 
-// Makes internals of the module callable from JavaScript.
-ZELK_TEST_EXPORT void AddProbes(const std::vector<napi_property_descriptor>& probes);
+// Lets JavaScript call `probe`, which returns nothing.
+ZELK_TEST_EXPORT void SetProbe(void (*probe)(napi_env env));
 
 } // namespace ZelkTest
 

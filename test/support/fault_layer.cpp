@@ -18,9 +18,9 @@ Json::Value g_trace(Json::arrayValue);
 std::map<std::string, int> g_counts = {{"contexts", 0},  {"references", 0}, {"works", 0},
                                        {"deferreds", 0}, {"inFlight", 0},   {"faults", 0}};
 
-// As on runtimes that overwrite the error record with the next call: the message is valid until then.
-thread_local bool g_isInjected = false;
-thread_local bool g_isWordless = false; // The record has no message.
+// That of the last call, or null. As on runtimes that overwrite the error record with the next call: its message is
+// valid until then.
+thread_local Json::Value g_fault;
 
 // The calls that change what the module holds.
 const std::map<std::string, std::pair<const char*, int>> HOLDINGS = {
@@ -30,7 +30,7 @@ const std::map<std::string, std::pair<const char*, int>> HOLDINGS = {
     {"napi_delete_reference", {"references", -1}}, {"napi_queue_async_work", {"inFlight", 1}},
 };
 
-// Async work of the module.
+// Async work of the module. Without data both of its steps run on the JavaScript thread, as a step may throw then.
 struct Work {
     napi_async_execute_callback execute;
     napi_async_complete_callback complete;
@@ -40,7 +40,9 @@ struct Work {
 void Execute(napi_env env, void* data)
 {
     const auto* work = static_cast<Work*>(data);
-    work->execute(env, work->data);
+    if (work->data != nullptr) {
+        work->execute(env, work->data);
+    }
 }
 
 void Complete(napi_env env, napi_status status, void* data)
@@ -48,10 +50,14 @@ void Complete(napi_env env, napi_status status, void* data)
     const Work work = *static_cast<Work*>(data);
     delete static_cast<Work*>(data);
     Count("inFlight", -1);
+    if (work.data == nullptr) {
+        work.execute(env, nullptr);
+    }
     work.complete(env, status, work.data);
 }
 
-bool IsPlanned(const CallSite& site)
+// The fault that is planned for this use of the call; null when there is none.
+Json::Value PlannedFault(const CallSite& site)
 {
     const std::lock_guard<std::mutex> lock(g_mutex);
     const int anyUse = ++g_usesByName[""];
@@ -61,18 +67,10 @@ bool IsPlanned(const CallSite& site)
         const int uses = name.empty() ? anyUse : ownUse;
         if ((name.empty() || name == site.call) && uses == fault["nth"].asInt()) {
             ++g_counts.at("faults");
-            g_isWordless = fault["wordless"].asBool();
-            return true;
+            return fault;
         }
     }
-    return false;
-}
-
-// "file function", without the folder.
-std::string NameOf(const CallSite& site)
-{
-    const std::string file = site.file;
-    return file.substr(file.rfind('/') + 1) + ' ' + site.function;
+    return {};
 }
 
 } // namespace
@@ -111,7 +109,8 @@ Json::Value ReadCounts(const Json::Value&)
 
 bool TakeFault(const CallSite& site)
 {
-    return g_isInjected = IsPlanned(site);
+    g_fault = PlannedFault(site);
+    return !g_fault.isNull();
 }
 
 napi_status Ended(const CallSite& site, napi_status status)
@@ -125,7 +124,7 @@ napi_status Ended(const CallSite& site, napi_status status)
         Json::Value& call = g_trace.append(Json::Value(Json::arrayValue));
         call.append(site.call);
         call.append(status);
-        call.append(NameOf(site));
+        call.append(site.function);
     }
     return status;
 }
@@ -134,10 +133,12 @@ napi_status Call(const CallSite& site, decltype(&napi_create_async_work) real, n
                  napi_value resourceName, napi_async_execute_callback execute, napi_async_complete_callback complete,
                  void* data, napi_async_work* result)
 {
-    if (TakeFault(site)) {
+    const bool isFaulty = TakeFault(site);
+    const bool isWithoutData = g_fault.isMember("dataless");
+    if (isFaulty && !isWithoutData) {
         return Ended(site, napi_generic_failure);
     }
-    auto* work = new Work{execute, complete, data};
+    auto* work = new Work{execute, complete, isWithoutData ? nullptr : data};
     return Ended(site, real(env, resource, resourceName, Execute, Complete, work, result));
 }
 
@@ -146,11 +147,11 @@ napi_status Call(const CallSite& site, decltype(&napi_get_last_error_info) real,
 {
     static const napi_extended_error_info injected = {"injected failure", nullptr, 0, napi_generic_failure};
     static const napi_extended_error_info wordless = {nullptr, nullptr, 0, napi_generic_failure};
-    if (IsPlanned(site)) {
+    if (!PlannedFault(site).isNull()) {
         return Ended(site, napi_generic_failure);
     }
-    *result = g_isWordless ? &wordless : &injected;
-    return Ended(site, g_isInjected ? napi_ok : real(env, result));
+    *result = g_fault.isMember("wordless") ? &wordless : &injected;
+    return Ended(site, g_fault.isNull() ? real(env, result) : napi_ok);
 }
 
 napi_status Call(const CallSite& site, decltype(&napi_close_handle_scope) real, napi_env env, napi_handle_scope scope)

@@ -11,7 +11,6 @@
 namespace ZelkTest {
 
 struct CallSite {
-    const char* file;
     const char* function;
     const char* call;
 };
@@ -34,7 +33,8 @@ napi_status Call(const CallSite& site, napi_status (*real)(Parameters...),
     return Ended(site, TakeFault(site) ? napi_generic_failure : real(arguments...));
 }
 
-// Runs the module's steps through its own data, so that async work in flight can be counted.
+// Runs the module's steps through its own data, so that async work in flight can be counted and a step can be run
+// without data.
 ZELK_TEST_EXPORT napi_status Call(const CallSite& site, decltype(&napi_create_async_work) real, napi_env env,
                                   napi_value resource, napi_value resourceName, napi_async_execute_callback execute,
                                   napi_async_complete_callback complete, void* data, napi_async_work* result);

@@ -6,11 +6,11 @@
 
 namespace ZelkTest {
 
-// `plan`: [{"name": the Node-API function, or none for any, "nth": which use of it, "wordless": true for an error
-// without a message}, ..].
+// `plan`: [{"name": the Node-API function, or none for any, "nth": which use of it}, ..]. With "wordless" its error has
+// no message; with "dataless" making an async work succeeds, and its steps get no data.
 Json::Value PlanFaults(const Json::Value& plan);
 
-// The module's Node-API calls since the plan was made, unless it is empty: [["name", status, "file function"], ..].
+// The module's Node-API calls since the plan was made, unless it is empty: [["name", status, "calling function"], ..].
 Json::Value ReadTrace(const Json::Value&);
 
 // {"contexts", "references", "works", "deferreds"}: what the module holds; "inFlight": async work queued and not

@@ -12,8 +12,7 @@ const ITEMS = [COMMAND, { configKey: 'l', value: { number: 2 } }];
 
 const status = (cb) => [[], [cb], [5], [cb, 1]];
 const switching = (cb) => [
-  [true], [true, ITEMS], [true, []], [true, undefined], [true, cb], [true, cb, ITEMS], [1, 5], [],
-  [true, cb, ITEMS, 1],
+  [true], [true, ITEMS], [true, []], [true, cb], [true, cb, ITEMS], [1, 5], [], [true, cb, ITEMS, 1],
 ];
 const query = (cb) => [[KEYS], [KEYS, cb], [KEYS, 5], [[]], [], ['a'], [{}], [KEYS, cb, 1]];
 const change = (cb) => [[ITEMS], [ITEMS, cb], [ITEMS, 5], [[]], [], ['a'], [{}], [ITEMS, cb, 1]];
@@ -46,7 +45,7 @@ export const operation = (name) => name[0].toUpperCase() + name.slice(1);
 
 const CONFIG_REPLY = [
   JSON.stringify({
-    configKey: 'a', value: '{"n":null,"i":1,"u":4000000000,"d":1.5,"s":"x","b":true,"l":[1]}',
+    configKey: 'a', value: '{"n":null,"i":1,"u":4000000000,"d":1.5,"s":"x","b":true}',
   }),
   '{"configKey":"b","value":7}',
 ];

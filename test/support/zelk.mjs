@@ -8,18 +8,19 @@ import { buildFolder } from './system.mjs';
 const require = createRequire(import.meta.url);
 const control = require(`${buildFolder}zelk_test.node`);
 
-// The module's sources compiled once more, under the fault layer, and the module's internals: see probes.cpp.
+// The module's sources compiled once more, under the fault layer.
 export const zelk = require(`${buildFolder}zelklogservice_test.node`);
-export const probes = control.probes();
+// Calls the helpers of the module that no function calls without data: see probes.cpp.
+export const callWithoutData = () => control.callProbe();
 
 export const names = Object.getOwnPropertyNames(zelk);
 export const gatedNames = names.filter((name) => !/Remote|Protocol/.test(name));
 
 const asking = (name) => (argument = null) => JSON.parse(control[name](JSON.stringify(argument)));
 export const counts = asking('counts');
-// Makes Node-API calls of the module fail: [{name, nth, status, wordless}], where no name means any call.
+// Makes Node-API calls of the module fail: see faults.h. The first use of a call, unless `nth` says otherwise.
 const planFaults = asking('planFaults');
-export const fail = (...plan) => planFaults(plan);
+export const fail = (...faults) => planFaults(faults.map((fault) => ({ nth: 1, ...fault })));
 // The module's Node-API calls since the last plan that was not empty: [[name, status, function that calls]].
 export const trace = asking('trace');
 
@@ -94,11 +95,4 @@ export async function leaves(action) {
   const result = await action();
   const after = counts();
   return [Object.fromEntries(HELD.map((key) => [key, after[key] - before[key]])), result];
-}
-
-// Runs `action`, which must leave exactly `kept` allocated.
-export async function keeps(kept, action) {
-  const [left, result] = await leaves(() => run(action));
-  assert.deepEqual(left, { contexts: 0, references: 0, works: 0, deferreds: 0, ...kept });
-  return result;
 }
