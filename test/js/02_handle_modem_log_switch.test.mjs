@@ -1,6 +1,6 @@
 // All that a switch does with its arguments; the other two switches have their own lines and answers.
 import {
-  AWAY, CALLBACK, E, FAILS, FAILS_NO, I, ITEMS, NO, READ, testCalls, TEXT, THROWS, UNCALLABLE, W,
+  AWAY, CALLBACK, E, FAILS, FAILS_NO, I, ITEMS, NO, noService, READ, testCalls, TEXT, THROWS, UNCALLABLE,
   WRITTEN,
 } from '../support/cases.mjs';
 
@@ -40,17 +40,12 @@ testCalls(name, [
 
 // The boolean of a failure is delivered.
 const FAILED = E('[HandleModemLogSwitchCallback] !asyncContext->resolved');
-const NO_SERVICE = [W('[HandleModemLogSwitch]"get proxy fail."'), FAILED];
+const OFF_FAILED = [...READ, WRITTEN, FAILED];
+const NO_SERVICE = [noService('HandleModemLogSwitch'), FAILED];
 testCalls(name, [
   { args: [true], service: FAILS, rejected: true, request: [true], lines: [...UNSENT, FAILED] },
   { args: [true], service: FAILS_NO, rejected: false, request: [true], lines: [...UNSENT, FAILED] },
-  {
-    args: [0, ITEMS],
-    service: FAILS,
-    rejected: true,
-    request: [false, [TEXT]],
-    lines: [...READ, WRITTEN, FAILED],
-  },
+  { args: [0, ITEMS], service: FAILS, rejected: true, request: [false, [TEXT]], lines: OFF_FAILED },
   { args: [0], service: AWAY, rejected: false, lines: [NO_ITEMS, ...NO_SERVICE] },
   { args: [0, ITEMS], service: AWAY, rejected: false, lines: [...READ, ...NO_SERVICE] },
 ]);

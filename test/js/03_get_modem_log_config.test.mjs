@@ -1,7 +1,7 @@
-// All that a query for keys does with its arguments; the capture's has its own lines and reads values its own way.
+// All that a query for keys does with its arguments; the capture's has its own lines and reading of values.
 import {
-  AWAY, CALLBACK, E, I, MISMATCH, NO_FUNCTIONS, NO_OBJECTS, PENDING, testCalls, THROWS, UNREADABLE,
-  W,
+  AWAY, CALLBACK, E, emptyList, I, MISMATCH, NO_FUNCTIONS, NO_OBJECTS, noService, PENDING, testCalls,
+  THROWS, UNREADABLE,
 } from '../support/cases.mjs';
 
 const name = 'getModemLogConfig';
@@ -31,10 +31,9 @@ testCalls(name, [
 const FAILS = { code: 9, answer: [item] };
 testCalls(name, [
   { args: [['a']], service: FAILS, ...PENDING, request: [['a']], lines: [ONE, NOTHING] },
-  { args: [['a']], service: { code: 9, answer: [] }, ...PENDING, request: [['a']], lines: [ONE, NOTHING] },
   { args: [['a']], service: { answer: [] }, ...PENDING, request: [['a']], lines: [ONE, NOTHING] },
-  { args: [['a']], service: AWAY, ...PENDING, lines: [ONE, W('[GetModemLogConfig]"get proxy fail."'), NOTHING] },
-  { args: [[]], service, ...PENDING, lines: [ONE, W('[GetModemLogConfig]"configs is empty."'), NOTHING] },
+  { args: [['a']], service: AWAY, ...PENDING, lines: [ONE, noService('GetModemLogConfig'), NOTHING] },
+  { args: [[]], service, ...PENDING, lines: [ONE, emptyList('GetModemLogConfig'), NOTHING] },
 ]);
 
 // One text that cannot be read, and the whole answer is abandoned.
@@ -50,28 +49,35 @@ testCalls(name, [
   lines: [E('GetModemLogConfigCallback: Failed to parse json')],
 })));
 
-// How an answer is read.
+// How an answer is read: its only text, and what becomes of it.
 const SCALARS =
   '{"t":true,"s":"v","n":null,"i":-2147483648,"f":1.5,"e":1e2,"F":0,"u":4294967295,"m":2147483647}';
-const members = { F: 0, e: 100, f: 1.5, i: -2147483648, m: 2147483647, n: null, s: 'v', t: true, u: 4294967295 };
+const scalars = {
+  F: 0, e: 100, f: 1.5, i: -2147483648, m: 2147483647, n: null, s: 'v', t: true, u: 4294967295,
+};
+const a = (value) => ({ configKey: 'a', value });
 testCalls(name, [
   // Scalar members become properties in byte order of their names; nested ones are left out.
-  { text: valued(SCALARS), object: { configKey: 'a', value: members } },
-  { text: valued('{"l":[1,2],"o":{"x":1},"s":"v"}'), object: { configKey: 'a', value: { s: 'v' } } },
-  { text: valued('{"a\\u0000b":"c\\u0000d","é":"ü"}'), object: { configKey: 'a', value: { a: 'c', é: 'ü' } } },
-  { text: valued('/* comment */ {"a":1,"a":2} // more'), object: { configKey: 'a', value: { a: 2 } } },
-  ...['{}', '5', '"x"', '[1,{"a":1}]', 'null'].map((value) => (
-    { text: valued(value), object: { configKey: 'a', value: {} } })),
-  ...['', 'no json', '{"a":1', '{"a":1,}x'].map((value) => (
-    { text: valued(value), object: { configKey: 'a', value: {} }, lines: [UNREADABLE] })),
+  [valued(SCALARS), a(scalars)],
+  [valued('{"l":[1,2],"o":{"x":1},"s":"v"}'), a({ s: 'v' })],
+  [valued('{"a\\u0000b":"c\\u0000d","é":"ü"}'), a({ a: 'c', é: 'ü' })],
+  [valued('/* comment */ {"a":1,"a":2} // more'), a({ a: 2 })],
+  ...['{}', '5', '"x"', '[1,{"a":1}]', 'null'].map((text) => [valued(text), a({})]),
+  ...['', 'no json', '{"a":1', '{"a":1,}x'].map((text) => [valued(text), a({}), [UNREADABLE]]),
   // Any other value is ignored silently.
   ...['5', '1.5', 'true', 'null', '[1]', '{"x":1}'].map((value) => (
-    { text: `{"configKey":"a","value":${value}}`, object: { configKey: 'a', value: {} } })),
-  { text: '{"configKey":"a"}', object: { configKey: 'a', value: {} } },
-  { text: '{"configKey":7,"value":"{\\"n\\":1}","other":1}', object: { value: { n: 1 } } },
-  ...['{}', '[1]', '5', 'null', '"a"'].map((text) => ({ text, object: { value: {} } })),
+    [`{"configKey":"a","value":${value}}`, a({})])),
+  ['{"configKey":"a"}', a({})],
+  ['{"configKey":7,"value":"{\\"n\\":1}","other":1}', { value: { n: 1 } }],
+  ...['{}', '[1]', '5', 'null', '"a"'].map((text) => [text, { value: {} }]),
   // A member that cannot be set is left out.
   ...['napi_create_int32', 'napi_set_property'].map((fault) => (
-    { text: valued('{"a":1,"b":2}'), object: { configKey: 'a', value: { b: 2 } }, faults: [{ name: fault }] })),
-].map(({ text, object, faults, lines = [] }) => (
-  { args: [['a'], 1], service: { answer: [text] }, faults, resolved: [object], request: [['a']], lines })));
+    [valued('{"a":1,"b":2}'), a({ b: 2 }), [], { name: fault }])),
+].map(([text, object, lines = [], ...faults]) => ({
+  args: [['a'], 1],
+  service: { answer: [text] },
+  faults,
+  request: [['a']],
+  resolved: [object],
+  lines,
+})));

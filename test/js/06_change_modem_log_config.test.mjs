@@ -1,7 +1,7 @@
 // All that a change does with its arguments; the capture's has its own lines, and never answers a failure.
 import {
-  AWAY, CALLBACK, E, FAILS, FAILS_NO, ITEMS, MISMATCH, NO, NO_FUNCTIONS, NO_OBJECTS, READ, testCalls, TEXT,
-  THROWS, W, WRITTEN,
+  AWAY, CALLBACK, E, emptyList, FAILS, FAILS_NO, ITEMS, MISMATCH, NO, NO_FUNCTIONS, NO_OBJECTS,
+  noService, READ, testCalls, TEXT, THROWS, WRITTEN,
 } from '../support/cases.mjs';
 
 const name = 'changeModemLogConfig';
@@ -22,8 +22,8 @@ testCalls(name, [
 
 // The boolean of a failure is delivered, and of an empty list, which is not sent.
 const FAILED = E("ChangeModemLogConfigCallback: asyncContext's resolved is false");
-const NO_SERVICE = [W('[ChangeModemLogConfig]"get proxy fail."'), FAILED];
-const EMPTY = [W('[ChangeModemLogConfig]"configs is empty."'), FAILED];
+const NO_SERVICE = [noService('ChangeModemLogConfig'), FAILED];
+const EMPTY = [emptyList('ChangeModemLogConfig'), FAILED];
 testCalls(name, [
   { args: [ITEMS], service: FAILS, rejected: true, request: [[TEXT]], lines: [...SENT, FAILED] },
   { args: [ITEMS], service: FAILS_NO, rejected: false, request: [[TEXT]], lines: [...SENT, FAILED] },

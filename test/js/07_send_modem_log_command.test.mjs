@@ -1,10 +1,7 @@
-import assert from 'node:assert/strict';
-import { test } from 'node:test';
 import {
-  AWAY, CALLBACK, E, FAILS, ITEMS, MISMATCH, NO, NO_FUNCTIONS, PENDING, READ, testCalls, TEXT, THROWS,
-  UNCALLABLE, W, WRITTEN,
+  AWAY, CALLBACK, E, FAILS, ITEMS, MISMATCH, NO, NO_FUNCTIONS, NO_PROPERTY, noService, PENDING, READ,
+  testCalls, TEXT, THROWS, UNCALLABLE, WRITTEN,
 } from '../support/cases.mjs';
-import { run, zelk } from '../support/zelk.mjs';
 
 const name = 'sendModemLogCommand';
 const [command] = ITEMS;
@@ -23,14 +20,14 @@ testCalls(name, [
   { args: ['a', CALLBACK], lines: MISMATCHES },
   // A failure is neither answered nor logged.
   { args: [command], service: FAILS, ...PENDING, request: [TEXT], lines: SENT },
-  { args: [command], service: AWAY, ...PENDING, lines: [...READ, W('[SendModemLogCommand]"get proxy fail."')] },
+  { args: [command], service: AWAY, ...PENDING, lines: [...READ, noService('SendModemLogCommand')] },
 ]);
 
 // Any object is a command, of which it sends the parts that it can read.
-const UNREAD = [E('GetString: get len error'), E('failed to get property names.')];
+const [NO_KEY, NO_NAMES] = [E('GetString: get len error'), E('failed to get property names.')];
 const NO_PARTS = '{"configKey":"","value":}}';
 testCalls(name, [
-  ...[{}, [1], { configKey: 5, value: 'x' }].map((value) => ({ value, text: NO_PARTS, lines: UNREAD })),
+  ...[{}, [1], { configKey: 5, value: 'x' }].map((value) => ({ value, text: NO_PARTS, lines: [NO_KEY, NO_NAMES] })),
   { value: Object.assign([], command), text: TEXT, lines: READ },
 ].map(({ value, text, lines }) => ({
   args: [value],
@@ -39,13 +36,21 @@ testCalls(name, [
   lines: [...lines, E(`GetJsonParams ostringstream ${text}`)],
 })));
 
-test(`${name} keeps any callback while an exception of the caller's own getter is pending`, async () => {
-  const own = new Error("the caller's own");
-  const hostile = {
-    get configKey() {
-      throw own;
-    },
-  };
-  const { thrown, requests } = await run(() => zelk[name](hostile, 5));
-  assert.deepEqual({ thrown, requests }, { thrown: own, requests: [['SendModemLogCommand', NO_PARTS]] });
-});
+// A callback is kept even while an exception of the caller's own getter is pending.
+const hostile = {
+  get configKey() {
+    throw new Error("the caller's own");
+  },
+};
+testCalls(name, [
+  {
+    args: [hostile, 5],
+    ...UNCALLABLE,
+    thrown: "the caller's own",
+    request: [NO_PARTS],
+    lines: [
+      E('GetProperty: failed to GetProperty'), NO_KEY, ...NO_PROPERTY, NO_NAMES,
+      E(`GetJsonParams ostringstream ${NO_PARTS}`),
+    ],
+  },
+]);

@@ -1,6 +1,4 @@
-import {
-  AWAY, CALLBACK, E, FAILS, NO, PENDING, testCalls, W,
-} from '../support/cases.mjs';
+import { AWAY, CALLBACK, E, FAILS, NO, noService, PENDING, testCalls } from '../support/cases.mjs';
 
 // Two texts are the modem log status's.
 const UNRESOLVED = E("GetModemLogStatusCallback: asyncContext's resolved is false");
@@ -13,5 +11,5 @@ testCalls('getTcpdumpStatus', [
   { args: [CALLBACK, 1], lines: [E('GetModemLogStatus: Illegal params number')] },
   // A failure is never answered.
   { args: [], service: FAILS, ...PENDING, request: [], lines: [UNRESOLVED] },
-  { args: [], service: AWAY, ...PENDING, lines: [W('[GetTcpdumpStatus]"get proxy fail."'), UNRESOLVED] },
+  { args: [], service: AWAY, ...PENDING, lines: [noService('GetTcpdumpStatus'), UNRESOLVED] },
 ]);

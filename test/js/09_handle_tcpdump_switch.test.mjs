@@ -1,5 +1,5 @@
 import {
-  AWAY, CALLBACK, E, FAILS, I, ITEMS, NO, PENDING, READ, testCalls, TEXT, W, WRITTEN,
+  AWAY, CALLBACK, E, FAILS, I, ITEMS, NO, noService, PENDING, READ, testCalls, TEXT, WRITTEN,
 } from '../support/cases.mjs';
 
 const name = 'handleTcpdumpSwitch';
@@ -19,7 +19,7 @@ testCalls(name, [
 
 // A failure is never answered.
 const failed = (code) => I(`HandleTcpdumpSwitchCallback: errorcode ${code}`);
-const NO_SERVICE = [W('[HandleTcpdumpSwitch]"get proxy fail."'), failed(3)];
+const NO_SERVICE = [noService('HandleTcpdumpSwitch'), failed(3)];
 testCalls(name, [
   { args: [true], service: FAILS, ...PENDING, request: [true], lines: [NO_ITEMS, failed(9)] },
   { args: [0, ITEMS], service: FAILS, ...PENDING, request: [false, [TEXT]], lines: [...SENT, failed(9)] },

@@ -1,8 +1,9 @@
 import {
-  AWAY, CALLBACK, E, I, MISMATCH, PENDING, testCalls, THROWS, UNREADABLE, W,
+  AWAY, CALLBACK, E, emptyList, I, MISMATCH, noService, PENDING, testCalls, THROWS, UNREADABLE,
 } from '../support/cases.mjs';
 
 const name = 'getTcpdumpConfig';
+const op = 'GetTcpdumpConfig';
 const ONE = I('GetTcpdumpConfig: only one param');
 const NOTHING = E('GetTcpdumpConfigCallback: callbackConfigs is null');
 const MISMATCHES = [MISMATCH, MISMATCH, E('GetTcpdumpConfig: Illegal params')];
@@ -27,44 +28,31 @@ testCalls(name, [
 ]);
 
 // A query that fails or finds nothing is never answered, and an empty list is not sent.
-const AWAY_LINES = [W('[GetTcpdumpConfig]"get proxy fail."'), ...ended(3, '1 - 1'), NOTHING];
-const EMPTY_LINES = [ONE, W('[GetTcpdumpConfig]"configs is empty."'), ...ended(7, '1 - 1'), NOTHING];
+const refused = (code, numbers) => [...ended(code, numbers), NOTHING];
+const UNPARSED = [...DONE, E('GetTcpdumpConfigCallback: Failed to parse json')];
 testCalls(name, [
   ...[
-    { code: 9, answer: ['{}'], numbers: '0 - 1' },
-    { code: 9, answer: [], numbers: '1 - 1' },
-    { code: 0, answer: [], numbers: '1 - 0' },
-  ].map(({ code, answer, numbers }) => ({
-    args: [['a'], 1],
-    service: { code, answer },
-    ...PENDING,
-    request: [['a']],
-    lines: [...ended(code, numbers), NOTHING],
-  })),
-  { args: [['a'], 1], service: AWAY, ...PENDING, lines: AWAY_LINES },
-  { args: [[]], service, ...PENDING, lines: EMPTY_LINES },
-  // One text that cannot be read, and the whole answer is abandoned.
-  ...['no json', '{"configKey":"a","value":"{\\"n\\":4294967296}"}'].map((text) => ({
-    args: [['a'], 1],
-    service: { answer: [text, '{}'] },
-    ...PENDING,
-    request: [['a']],
-    lines: [...DONE, E('GetTcpdumpConfigCallback: Failed to parse json')],
-  })),
+    [{ code: 9, answer: ['{}'] }, refused(9, '0 - 1')],
+    [{ code: 9, answer: [] }, refused(9, '1 - 1')],
+    [{ answer: [] }, refused(0, '1 - 0')],
+    // One text that cannot be read, and the whole answer is abandoned.
+    [{ answer: ['no json', '{}'] }, UNPARSED],
+    [{ answer: ['{"value":"{\\"n\\":4294967296}"}', '{}'] }, UNPARSED],
+  ].map(([service, lines]) => ({ args: [['a'], 1], service, ...PENDING, request: [['a']], lines })),
+  { args: [['a'], 1], service: AWAY, ...PENDING, lines: [noService(op), ...refused(3, '1 - 1')] },
+  { args: [[]], service, ...PENDING, lines: [ONE, emptyList(op), ...refused(7, '1 - 1')] },
 ]);
 
 // Every value is read as text and converted; a value without a text becomes "", which cannot be parsed.
 testCalls(name, [
-  ...['5', '1.5', 'true', '"5"', '"[1]"', '"{}"'].map((value) => (
-    { text: `{"configKey":"a","value":${value}}`, object: { configKey: 'a', value: {} } })),
-  ...['null', '[1]', '{"x":1}', '""', '"no json"'].map((value) => (
-    { text: `{"configKey":"a","value":${value}}`, object: { configKey: 'a', value: {} }, lines: [UNREADABLE] })),
-  { text: '{"configKey":7,"value":"{\\"n\\":4294967295}","other":1}', object: { value: { n: 4294967295 } } },
-  ...['{}', '[1]', '5', 'null', '"a"'].map((text) => ({ text, object: { value: {} }, lines: [UNREADABLE] })),
-].map(({ text, object, lines = [] }) => ({
+  ...['5', '1.5', 'true', '"5"', '"[1]"', '"{}"'].map((value) => [`{"value":${value}}`, {}]),
+  ...['null', '[1]', '{"x":1}', '""', '"no json"'].map((value) => [`{"value":${value}}`, {}, UNREADABLE]),
+  ['{"configKey":7,"value":"{\\"n\\":4294967295}","other":1}', { n: 4294967295 }],
+  ...['{}', '[1]', '5', 'null', '"a"'].map((text) => [text, {}, UNREADABLE]),
+].map(([text, value, ...lines]) => ({
   args: [['a'], 1],
   service: { answer: [text] },
-  resolved: [object],
   request: [['a']],
+  resolved: [{ value }],
   lines: [...DONE, ...lines],
 })));

@@ -1,7 +1,8 @@
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
 import {
-  AWAY, CALLBACK, E, FAILS, I, ITEMS, MISMATCH, NO, PENDING, READ, testCalls, TEXT, THROWS, W, WRITTEN,
+  AWAY, CALLBACK, E, FAILS, I, ITEMS, MISMATCH, NO, noService, PENDING, READ, testCalls, TEXT, THROWS,
+  WRITTEN,
 } from '../support/cases.mjs';
 import { run, zelk } from '../support/zelk.mjs';
 
@@ -22,7 +23,7 @@ testCalls(name, [
   { args: [{ a: 1 }], lines: [ENTER, E('[TCP dump] napi ChangeTcpdumpConfig: error array type')] },
   // A failure or an empty list is never answered, nor logged.
   { args: [ITEMS], service: FAILS, ...PENDING, request: [[TEXT]], lines: SENT },
-  { args: [ITEMS], service: AWAY, ...PENDING, lines: [...READ_ALL, W('[ChangeTcpdumpConfig]"get proxy fail."')] },
+  { args: [ITEMS], service: AWAY, ...PENDING, lines: [...READ_ALL, noService('ChangeTcpdumpConfig')] },
   { args: [[]], ...PENDING, lines: [ENTER, END] },
 ]);
 

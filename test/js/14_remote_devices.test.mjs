@@ -1,131 +1,111 @@
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
-import { AWAY, E, testCalls, W } from '../support/cases.mjs';
+import { AWAY, E, noService, testCalls, W } from '../support/cases.mjs';
 import { operation } from '../support/forms.mjs';
 import { fail, run, zelk } from '../support/zelk.mjs';
 
+// The lines of a call in which those of its request and of its answer stand.
 const F = (text) => `I FRAMEWORK: ${text}`;
-const begun = (op) => [F(`[NapiContext]"[${op}]"`), F('[OnGlobalExecuteCallback]"enter"')];
-const worked = (op, code) => [
+const framed = (op, code, requesting, answering) => [
+  F(`[NapiContext]"[${op}]"`),
+  F('[OnGlobalExecuteCallback]"enter"'),
+  ...requesting,
   F(`[OnExecuteCallback]"[${op}]errorcode=${code}"`),
   F('[OnGlobalExecuteCallback]"leave"'),
   F('[OnGlobalCompleteCallback]"enter"'),
+  answering,
+  F('[OnGlobalCompleteCallback]"leave"'),
+  F(`[~NapiContext]"[${op}]"`),
 ];
-const ended = (op) => [F('[OnGlobalCompleteCallback]"leave"'), F(`[~NapiContext]"[${op}]"`)];
 const resolving = (op) => F(`[OnCompleteCallback]"[${op}]resolve deferred"`);
 const rejecting = (op, code) => W(`[OnCompleteCallback]"[${op}]has some error[${code}], reject deferred"`);
 const response = (text) => `I PROTOCOL: [operator()]"napi callback into response : ${text}"`;
+const ASKED = ['E FRAMEWORK: [QueryProtocolData]"get proxy success. request:req"', response('reply')];
 
-// Everyone is answered with the text of the reply, also when the request fails.
-for (const { name, request, asked = [], gone = [] } of [
-  { name: 'fetchRemoteDevicesLogs', request: ['req', 5] },
-  { name: 'queryRemoteDevicesLogs', request: ['req'] },
-  { name: 'getRemoteDevicesList', request: [] },
-  {
-    name: 'queryProtocolData',
-    request: ['req'],
-    asked: ['E FRAMEWORK: [QueryProtocolData]"get proxy success. request:req"', response('reply')],
-    gone: [response('')],
-  },
+// The answer is the text of the reply, also when the request fails.
+for (const { name, args, request = args, asked = [], unasked = [] } of [
+  { name: 'fetchRemoteDevicesLogs', args: ['req', 5], request: ['req', 5n] },
+  { name: 'queryRemoteDevicesLogs', args: ['req'] },
+  { name: 'getRemoteDevicesList', args: [] },
+  { name: 'queryProtocolData', args: ['req'], asked: ASKED, unasked: [response('')] },
 ]) {
   const op = operation(name);
   const answer = 'reply\0é';
-  const row = { args: request, request: request.map((each) => (each === 5 ? 5n : each)) };
+  const done = framed(op, 0, asked, resolving(op));
+  const failed = framed(op, 5, asked, rejecting(op, 5));
+  const lost = framed(op, 1, [noService(op), ...unasked], rejecting(op, 1));
   testCalls(name, [
-    {
-      ...row,
-      service: { answer },
-      resolved: answer,
-      lines: [...begun(op), ...asked, ...worked(op, 0), resolving(op), ...ended(op)],
-    },
-    {
-      ...row,
-      service: { code: 5, answer },
-      rejected: answer,
-      lines: [...begun(op), ...asked, ...worked(op, 5), rejecting(op, 5), ...ended(op)],
-    },
-    {
-      args: request,
-      service: AWAY,
-      rejected: '',
-      lines: [
-        ...begun(op), W(`[${op}]"get proxy fail."`), ...gone, ...worked(op, 1), rejecting(op, 1), ...ended(op),
-      ],
-    },
+    { args, service: { answer }, request, resolved: answer, lines: done },
+    { args, service: { code: 5, answer }, request, rejected: answer, lines: failed },
+    { args, service: AWAY, rejected: '', lines: lost },
   ]);
 }
 
-// Each requires its exact number of arguments, and logs 1 for every number.
-for (const { name, wrong } of [
-  { name: 'fetchRemoteDevicesLogs', wrong: [[], ['x'], ['x', 1, 2]] },
-  { name: 'queryRemoteDevicesLogs', wrong: [[], ['a', 'b']] },
-  { name: 'queryProtocolData', wrong: [[], ['a', 'b', 'c']] },
+// Three require their exact number of arguments, and log 1 for every number.
+for (const [name, ...wrong] of [
+  ['fetchRemoteDevicesLogs', [], ['x'], ['x', 1, 2]],
+  ['queryRemoteDevicesLogs', [], ['a', 'b']],
+  ['queryProtocolData', [], ['a', 'b', 'c']],
 ]) {
-  testCalls(name, wrong.map((args) => {
-    const counts = `expected=1z actual=${args.length}`;
-    return { args, lines: [W(`[${operation(name)}]"param count is incorrect. ${counts}"`)] };
-  }));
+  const line = (count) => W(`[${operation(name)}]"param count is incorrect. expected=1z actual=${count}"`);
+  testCalls(name, wrong.map((args) => ({ args, lines: [line(args.length)] })));
 }
 
-// Arguments are read as Node-API converts them: what is requested, and the error line.
-const MAX = 2n ** 63n - 1n;
-const ZERO = 'GetInt32: failed to get int32 value , so return zero';
-const LENGTH = 'GetString: len error';
-const SECOND_READ = { name: 'napi_get_value_string_utf8', nth: 2 };
-for (const { title, name = 'queryRemoteDevicesLogs', args, request, line, faults = [] } of [
-  ...[
-    [2 ** 53 + 2, 9007199254740994n], [-(2 ** 53), -9007199254740992n], [2 ** 63, MAX], [1e300, MAX],
-    [-1e300, -(2n ** 63n)], [NaN, 0n], [-Infinity, 0n], [-2.9, -2n], ['5', 0n, ZERO], [undefined, 0n, ZERO],
-  ].map(([number, integer, line]) => (
-    { title: number, name: 'fetchRemoteDevicesLogs', args: ['r', number], request: ['r', integer], line })),
-  { title: 'surplus arguments', name: 'getRemoteDevicesList', args: [1, 2, 3], request: [] },
-  { title: 'a text of 8194 bytes', args: ['x'.repeat(8194)], request: ['x'.repeat(8194)] },
-  { title: 'one of two bytes each', args: ['é'.repeat(4097)], request: ['é'.repeat(4097)] },
-  { title: 'a text of 8195 bytes', args: ['x'.repeat(8195)], request: [''], line: LENGTH },
-  { title: 'one of two bytes but for the last', args: ['é'.repeat(4097) + 'x'], request: [''], line: LENGTH },
-  { title: 'an empty text', args: [''], request: [''], line: LENGTH },
-  { title: 'a text with a NUL', args: ['a\0b'], request: ['a'] },
-  { title: 'half a surrogate pair', args: ['\ud800x'], request: ['\ufffdx'] },
-  { title: 'no text', args: [7], request: [''], line: 'GetString: get len error' },
-  { title: 'no bytes', args: ['x'], request: [''], line: 'failed to get string value', faults: [SECOND_READ] },
-]) {
+// Arguments are read as Node-API converts them: the arguments, those of the request, and the line of an error.
+function testReading(title, name, args, request, line, ...faults) {
   test(`${name} reads ${title}`, async () => {
     fail(...faults);
     const { requests, lines } = await run(() => zelk[name](...args));
-    assert.deepEqual({ requests, errors: lines.filter((each) => each.startsWith('E')) },
+    const errors = lines.filter((each) => each.startsWith('E'));
+    assert.deepEqual({ requests, errors },
       { requests: [[operation(name), ...request]], errors: line ? [E(line)] : [] });
   });
 }
 
-// The lines about Node-API calls that fail. The context is freed, and the deferred stays.
+const ZERO = 'GetInt32: failed to get int32 value , so return zero';
+for (const [number, integer, line] of [
+  [2 ** 53 + 2, 9007199254740994n], [-2.9, -2n], ['5', 0n, ZERO], [undefined, 0n, ZERO],
+]) {
+  testReading(`the number ${number}`, 'fetchRemoteDevicesLogs', ['r', number], ['r', integer], line);
+}
+
+const LENGTH = 'GetString: len error';
+const READ = { name: 'napi_get_value_string_utf8', nth: 2 };
+for (const [title, text, expected, ...line] of [
+  ['8194 bytes', 'x'.repeat(8194), 'x'.repeat(8194)],
+  ['4097 characters of two bytes', 'é'.repeat(4097), 'é'.repeat(4097)],
+  ['8195 bytes', 'x'.repeat(8195), '', LENGTH],
+  ['8195 bytes of 4098 characters', 'é'.repeat(4097) + 'x', '', LENGTH],
+  ['an empty text', '', '', LENGTH],
+  ['a text up to its first NUL', 'a\0b', 'a'],
+  ['half a surrogate pair', '\ud800x', '\ufffdx'],
+  ['what is no text', 7, '', 'GetString: get len error'],
+  ['a text that cannot be copied', 'x', '', 'failed to get string value', READ],
+]) {
+  testReading(title, 'queryRemoteDevicesLogs', [text], [expected], ...line);
+}
+testReading('no arguments', 'getRemoteDevicesList', [1, 2, 3], []);
+
+// When a Node-API call fails the context is freed, and the promise stays pending.
 const op = 'GetRemoteDevicesList';
+const [MADE, FREED] = [F(`[NapiContext]"[${op}]"`), F(`[~NapiContext]"[${op}]"`)];
+const UNQUEUED = F(`[Execute]"[${op}]napi_queue_async_work fail: errorCode=9"`);
 const thrown = 'injected failure';
 testCalls('getRemoteDevicesList', [
-  { faults: [{ name: 'napi_create_promise' }], thrown, left: 0 },
-  { faults: [{ name: 'napi_create_async_work' }], thrown },
-  {
-    faults: [{ name: 'napi_queue_async_work' }],
-    thrown: '9: error at napi_queue_async_work',
-    lines: [F(`[Execute]"[${op}]napi_queue_async_work fail: errorCode=9"`)],
-  },
-].map(({ faults, thrown, lines = [], left = 1 }) => ({
-  args: [],
-  faults,
-  thrown,
-  kept: { deferreds: left },
-  lines: [F(`[NapiContext]"[${op}]"`), ...lines, F(`[~NapiContext]"[${op}]"`)],
-})));
+  ['napi_create_promise', thrown, 0, [MADE, FREED]],
+  ['napi_create_async_work', thrown, 1, [MADE, FREED]],
+  ['napi_queue_async_work', '9: error at napi_queue_async_work', 1, [MADE, UNQUEUED, FREED]],
+].map(([call, error, deferreds, lines]) => (
+  { args: [], faults: [{ name: call }], thrown: error, kept: { deferreds }, lines })));
 testCalls('getRemoteDevicesList', [
   {
     args: [],
+    service: {},
     faults: [{ name: 'napi_create_string_utf8', nth: 2 }],
-    service: { answer: '' },
     request: [],
     pending: true,
     kept: { deferreds: 1 },
     uncaught: [thrown],
-    lines: [
-      ...begun(op), ...worked(op, 0), W(`[OnCompleteCallback]"[${op}]reject deferred"`), ...ended(op),
-    ],
+    lines: framed(op, 0, [], W(`[OnCompleteCallback]"[${op}]reject deferred"`)),
   },
 ]);

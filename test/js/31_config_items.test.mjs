@@ -1,15 +1,13 @@
 // How items are read, and their texts for the service.
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
-import { E, I } from '../support/cases.mjs';
-import { run, zelk } from '../support/zelk.mjs';
+import { E, I, NO_PROPERTY } from '../support/cases.mjs';
+import { fail, run, zelk } from '../support/zelk.mjs';
 
 const [NOT_STRING, LEN] = [E('GetString: get len error'), E('GetString: len error')];
 const [NO_NAMES, WRONG] = [E('failed to get property names.'), E('AddParamToList: WRONG TYPE')];
 const MIXED = E('GetArrayType: array has different element types');
 const BAD_ARRAY = E('AddArrayParamToList: array param value type is invalid');
-const NO_PROPERTY =
-  ['HasProperty: failed HasProperty', 'GetProperty: this object does not contains this property'].map(E);
 const key = (name) => I(`BuildChangeConfig: key ${name}`);
 const ofKey = (name, value = '}') => `{"configKey":"${name}","value":${value}}`;
 
@@ -72,6 +70,39 @@ for (const { title, list } of [
 ]) {
   test(`a list ${title} sends a text for each element`, async () => {
     assert.equal((await send(list)).texts.length, list.length);
+  });
+}
+
+// What the runtime cannot read: an element of a list becomes zero, anything else is left out.
+const some = { n: 1, l: [true, true] };
+for (const [name, nth, text, line] of [
+  ['napi_typeof', 3, '{"l":[true,"1"]}', 'GetType: unknown type'],
+  ['napi_is_array', 3, '{"n":1}', 'IsArray: failed to check array type'],
+  ['napi_get_array_length', 2, '}', 'failed to get array length'],
+  ['napi_get_array_length', 3, '{"n":1}', 'GetArrayType: failed to get the length of array'],
+  ['napi_get_array_length', 4, '{"n":1,"l":[}', 'GetArrayLength: failed to get the length of array'],
+  ['napi_get_element', 2, '{"l":[true,"1"]}', 'failed to get the element of array'],
+  ['napi_get_element', 4, '{"n":1}', 'GetArrayType: failed to get the element of array'],
+  ['napi_get_element', 6, '{"n":1,"l":["1"]}', 'GetElement: failed to get the elemrnt of array'],
+  ['napi_get_named_property', 3, '{"l":[true,"1"]}', 'GetProperty: failed to GetProperty'],
+  ['napi_get_value_int32', 1, '{"n":0,"l":[true,"1"]}',
+    'GetInt32: failed to get int32 value , so return zero'],
+  ['napi_get_value_bool', 2, '{"n":1,"l":[true,"0"]}', 'failed to get bool value'],
+]) {
+  test(`${name} ${nth} fails: ${line}`, async () => {
+    fail({ name, nth });
+    const { texts, lines } = await send([{ configKey: 'a', value: some }]);
+    const failures = lines.filter((each) => /failed|unknown/.test(each));
+    assert.deepEqual({ texts, failures }, { texts: [ofKey('a', text)], failures: [E(line)] });
+  });
+}
+
+for (const name of ['changeModemLogConfig', 'getModemLogConfig']) {
+  test(`${name} sends nothing of a list that is none at the second look`, async () => {
+    fail({ name: 'napi_is_array', nth: 2 });
+    const { requests, lines } = await run(() => zelk[name](['k']));
+    assert.deepEqual(requests, []);
+    assert.ok(lines.includes(E('FillConfigInfoVector: value is not array')));
   });
 }
 

@@ -1,5 +1,5 @@
-// Calls as rows of tables. A row says what goes into a call and all that can be seen of it; what it does not name
-// must not happen. Each row becomes a test of its own.
+// Calls as rows of tables. A row says what goes into a call and all that can be seen of it; what it does not
+// name must not happen. Each row becomes a test of its own.
 //
 // args     the arguments; CALLBACK stands for a function that notes its calls
 // service  what the service does, see below; YES unless the row says otherwise
@@ -7,19 +7,24 @@
 // request  the arguments of the only request
 // lines    the log, apart from the lines that frame every call
 // kept     what stays allocated
-// resolved, rejected, pending (a promise), callback (the arguments of its calls), thrown, uncaught: what JavaScript
-//          sees; nothing but `undefined` when the call is refused
+// resolved, rejected, pending (a promise), callback (the arguments of its calls), thrown, uncaught: what
+//          JavaScript sees; nothing but `undefined` when the call is refused
 import assert from 'node:assert/strict';
 import { afterEach, test } from 'node:test';
 import { inspect } from 'node:util';
 import { setCaller } from 'zelklogservice/testing';
 import { operation } from './forms.mjs';
-import { fail, leaves, run, service, zelk } from './zelk.mjs';
+import { fail, leaves, NOTHING_LEFT, run, service, zelk } from './zelk.mjs';
 
 export const E = (text) => `E ZELK_SERVICE: ${text}`;
 export const I = (text) => `I ZELK_SERVICE: ${text}`;
 export const W = (text) => `W FRAMEWORK: ${text}`;
 export const MISMATCH = E('MatchParameters: current type does not match given type');
+export const NO_PROPERTY = [
+  E('HasProperty: failed HasProperty'), E('GetProperty: this object does not contains this property'),
+];
+export const noService = (op) => W(`[${op}]"get proxy fail."`);
+export const emptyList = (op) => W(`[${op}]"configs is empty."`);
 export const UNREADABLE = E('ConvertJsonToObject: json parse error');
 
 export const CALLBACK = { [inspect.custom]: () => 'callback' };
@@ -63,7 +68,8 @@ const OUTCOMES = {
   kept: 'is never answered',
 };
 
-const show = (value) => inspect(value, { breakLength: Infinity, depth: 4, maxArrayLength: 3, maxStringLength: 70 });
+const show = (value) =>
+  inspect(value, { breakLength: Infinity, depth: 4, maxArrayLength: 3, maxStringLength: 70 });
 
 function titleOf(name, { args, service: reply = YES, faults = [], ...row }) {
   const outcome = Object.keys(OUTCOMES).find((key) => key in row);
@@ -115,7 +121,7 @@ async function check(name, { args, service: reply = YES, faults = [], request, k
     ...(isPromise || { returned: undefined }),
     ...sees,
     requests: request ? [[op, ...request]] : [],
-    kept: { contexts: 0, references: 0, works: 0, deferreds: 0, ...kept },
+    kept: { ...NOTHING_LEFT, ...kept },
   });
   assert.equal(JSON.stringify(seen.resolved), JSON.stringify(sees.resolved), 'the order of the properties');
 }

@@ -18,7 +18,7 @@ export const gatedNames = names.filter((name) => !/Remote|Protocol/.test(name));
 
 const asking = (name) => (argument = null) => JSON.parse(control[name](JSON.stringify(argument)));
 export const counts = asking('counts');
-// Makes Node-API calls of the module fail: see faults.h. The first use of a call, unless `nth` says otherwise.
+// Makes Node-API calls of the module fail: see faults.h. Unless `nth` says otherwise, the first use of a call.
 const planFaults = asking('planFaults');
 export const fail = (...faults) => planFaults(faults.map((fault) => ({ nth: 1, ...fault })));
 // The module's Node-API calls since the last plan that was not empty: [[name, status, function that calls]].
@@ -87,12 +87,12 @@ export async function run(action) {
   return seen;
 }
 
-const HELD = ['contexts', 'references', 'works', 'deferreds'];
+export const NOTHING_LEFT = { contexts: 0, references: 0, works: 0, deferreds: 0 };
 
-// What `action` leaves allocated, {contexts, references, works, deferreds}, and its result.
+// What `action` leaves allocated, as above, and its result.
 export async function leaves(action) {
   const before = counts();
   const result = await action();
   const after = counts();
-  return [Object.fromEntries(HELD.map((key) => [key, after[key] - before[key]])), result];
+  return [Object.fromEntries(Object.keys(NOTHING_LEFT).map((key) => [key, after[key] - before[key]])), result];
 }
