@@ -1,5 +1,5 @@
 import {
-  AWAY, CALLBACK, E, FAILS, ITEMS, MISMATCH, NO, NO_FUNCTIONS, NO_PROPERTY, noService, PENDING, READ,
+  AWAY, CALLBACK, E, FAILS, ITEMS, MISMATCH, NO, NO_FUNCTIONS, noService, PENDING, READ,
   testCalls, TEXT, THROWS, UNCALLABLE, WRITTEN,
 } from '../support/cases.mjs';
 
@@ -24,10 +24,10 @@ testCalls(name, [
 ]);
 
 // Any object is a command, of which it sends the parts that it can read.
-const [NO_KEY, NO_NAMES] = [E('GetString: get len error'), E('failed to get property names.')];
+const UNREAD = [E('GetString: get len error'), E('failed to get property names.')];
 const NO_PARTS = '{"configKey":"","value":}}';
 testCalls(name, [
-  ...[{}, [1], { configKey: 5, value: 'x' }].map((value) => ({ value, text: NO_PARTS, lines: [NO_KEY, NO_NAMES] })),
+  ...[{}, [1], { configKey: 5, value: 'x' }].map((value) => ({ value, text: NO_PARTS, lines: UNREAD })),
   { value: Object.assign([], command), text: TEXT, lines: READ },
 ].map(({ value, text, lines }) => ({
   args: [value],
@@ -35,22 +35,3 @@ testCalls(name, [
   request: [text],
   lines: [...lines, E(`GetJsonParams ostringstream ${text}`)],
 })));
-
-// A callback is kept even while an exception of the caller's own getter is pending.
-const hostile = {
-  get configKey() {
-    throw new Error("the caller's own");
-  },
-};
-testCalls(name, [
-  {
-    args: [hostile, 5],
-    ...UNCALLABLE,
-    thrown: "the caller's own",
-    request: [NO_PARTS],
-    lines: [
-      E('GetProperty: failed to GetProperty'), NO_KEY, ...NO_PROPERTY, NO_NAMES,
-      E(`GetJsonParams ostringstream ${NO_PARTS}`),
-    ],
-  },
-]);

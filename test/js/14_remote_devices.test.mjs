@@ -47,8 +47,8 @@ for (const [name, ...wrong] of [
   ['queryRemoteDevicesLogs', [], ['a', 'b']],
   ['queryProtocolData', [], ['a', 'b', 'c']],
 ]) {
-  const line = (count) => W(`[${operation(name)}]"param count is incorrect. expected=1z actual=${count}"`);
-  testCalls(name, wrong.map((args) => ({ args, lines: [line(args.length)] })));
+  const complaint = `[${operation(name)}]"param count is incorrect. expected=1z`;
+  testCalls(name, wrong.map((args) => ({ args, lines: [W(`${complaint} actual=${args.length}"`)] })));
 }
 
 // Arguments are read as Node-API converts them: the arguments, those of the request, and the line of an error.

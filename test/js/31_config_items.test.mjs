@@ -1,7 +1,7 @@
 // How items are read, and their texts for the service.
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
-import { E, I, NO_PROPERTY } from '../support/cases.mjs';
+import { E, I, NO_PROPERTY, show } from '../support/cases.mjs';
 import { fail, run, zelk } from '../support/zelk.mjs';
 
 const [NOT_STRING, LEN] = [E('GetString: get len error'), E('GetString: len error')];
@@ -24,43 +24,30 @@ const everyType = {
 const ofEveryType = '{"1":4,"on":true,"level":2,"name":"x","flags":[true,"0"],"masks":[1,2,"-3"],"names":[}';
 const hidden = Object.create({ inherited: 1 }, { hidden: { value: 1 } });
 
-// Parameters: their text, and the lines of reading them.
-const PARAMETERS = [
-  { title: 'values of every type, in property order', value: Object.freeze(everyType), text: ofEveryType,
-    lines: ['1', 'on', 'level', 'name', 'flags', 'masks', 'names'].map(key) },
-  { title: 'an empty text', value: { p: '' }, text: '{"p":""}', lines: [key('p'), LEN] },
-  { title: 'NaN', value: { p: NaN }, text: '{"p":0}', lines: [key('p')] },
-  { title: 'a list of texts', value: { p: ['x', ''] }, text: '{"p":[}', lines: [key('p'), LEN] },
-  ...[[], [null, null], { x: 1 }, new Date(0)].map((p, k) => (
-    { title: `nothing of value ${k}`, value: { p }, lines: [key('p')] })),
-  ...[[1, 'x'], [undefined, 1]].map((p, k) => (
-    { title: `no mixed list ${k}`, value: { p }, lines: [key('p'), MIXED, BAD_ARRAY] })),
-  ...[[{}, []], [undefined], [1n]].map((p, k) => (
-    { title: `no list of other types ${k}`, value: { p }, lines: [key('p'), BAD_ARRAY] })),
-  ...[undefined, null, Symbol('s'), () => 0, 1n].map((p) => (
-    { title: `no ${p === null ? 'null' : typeof p}`, value: { p }, lines: [key('p'), WRONG] })),
-  ...[undefined, 'text', 7].map((value) => ({ title: `nothing of ${value}`, value, lines: [NO_NAMES] })),
-  { title: 'an empty name but no symbol', value: { '': 5, [Symbol('s')]: 1 }, text: '{"":5}',
-    lines: [LEN, key('')] },
-  { title: 'neither inherited nor hidden properties', value: hidden, lines: [] },
-  { title: 'the elements of a list', value: [5], text: '{"0":5}', lines: [key('0')] },
-];
-
-for (const { title, item, text, lines } of [
-  ...PARAMETERS.map(({ title, value, text, lines }) => (
-    { title, item: Object.freeze({ configKey: 'a', value }), text: ofKey('a', text), lines })),
-  { title: 'an item without a value', item: { configKey: 'a' }, text: ofKey('a'), lines: [NO_NAMES] },
-  { title: 'an item without a key', item: { value: { on: true } }, text: ofKey('', '{"on":true}'),
-    lines: [NOT_STRING, key('on')] },
-  { title: 'an item whose key is no text', item: { configKey: 5, value: {} }, text: ofKey(''),
-    lines: [NOT_STRING] },
-  { title: 'an item that is none', item: 5, text: ofKey(''),
-    lines: [...NO_PROPERTY, NOT_STRING, ...NO_PROPERTY, NO_NAMES] },
+// Items, their parameters in the text for the service, and the lines of reading them.
+for (const [item, text, lines] of [
+  [{ configKey: 'a', value: Object.freeze(everyType) }, ofEveryType,
+    ['1', 'on', 'level', 'name', 'flags', 'masks', 'names'].map(key)],
+  ...[
+    ['', '{"p":""}', LEN], [NaN, '{"p":0}'], [['x', ''], '{"p":[}', LEN],
+    ...[[], [null, null], { x: 1 }, new Date(0)].map((value) => [value, '}']),
+    ...[[1, 'x'], [undefined, 1]].map((value) => [value, '}', MIXED, BAD_ARRAY]),
+    ...[[{}, []], [undefined], [1n]].map((value) => [value, '}', BAD_ARRAY]),
+    ...[undefined, null, Symbol('s'), () => 0, 1n].map((value) => [value, '}', WRONG]),
+  ].map(([p, text, ...lines]) => [{ configKey: 'a', value: { p } }, text, [key('p'), ...lines]]),
+  ...[undefined, 'text', 7].map((value) => [{ configKey: 'a', value }, '}', [NO_NAMES]]),
+  [{ configKey: 'a', value: { '': 5, [Symbol('s')]: 1 } }, '{"":5}', [LEN, key('')]],
+  [{ configKey: 'a', value: hidden }, '}', []],
+  [{ configKey: 'a', value: [5] }, '{"0":5}', [key('0')]],
+  [{ configKey: 'a' }, '}', [NO_NAMES]],
+  [{ value: { on: true } }, '{"on":true}', [NOT_STRING, key('on')]],
+  [{ configKey: 5, value: {} }, '}', [NOT_STRING]],
+  [5, '}', [...NO_PROPERTY, NOT_STRING, ...NO_PROPERTY, NO_NAMES]],
 ]) {
-  test(`an item sends ${title}`, async () => {
-    const last = { configKey: 'last', value: {} };
-    assert.deepEqual(await send([item, item, last]),
-      { texts: [text, text, ofKey('last')], thrown: undefined, lines: [...lines, ...lines] });
+  test(`the text of the item ${show(item)}`, async () => {
+    const texts = [ofKey(item.configKey === 'a' ? 'a' : '', text), ofKey('last')];
+    assert.deepEqual(await send([Object.freeze(item), { configKey: 'last', value: {} }]),
+      { texts, thrown: undefined, lines });
   });
 }
 
@@ -110,6 +97,7 @@ const own = new Error("the caller's own");
 const throwOwn = () => {
   throw own;
 };
+const hostile = { configKey: 'a', value: new Proxy({}, { ownKeys: throwOwn }) };
 
 test("an exception of the caller's own getter reaches the caller, and what follows is missing", async () => {
   const value = Object.defineProperty({ x: 1, y: 1, z: 1 }, 'y', { get: throwOwn });
@@ -121,7 +109,9 @@ test("an exception of the caller's own getter reaches the caller, and what follo
   ]);
 });
 
-test("an exception of the caller's own proxy reaches the caller", async () => {
-  const { thrown, lines } = await send([{ configKey: 'a', value: new Proxy({}, { ownKeys: throwOwn }) }]);
-  assert.deepEqual({ thrown, line: lines[0] }, { thrown: own, line: NO_NAMES });
-});
+for (const [name, ...args] of [['changeModemLogConfig', [hostile]], ['sendModemLogCommand', hostile, 5]]) {
+  test(`${name} makes its request although an exception of the caller's own proxy is pending`, async () => {
+    const { thrown, requests } = await run(() => zelk[name](...args));
+    assert.deepEqual({ thrown, requests: requests.length }, { thrown: own, requests: 1 });
+  });
+}

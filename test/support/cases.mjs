@@ -40,7 +40,7 @@ export const AWAY = null;
 export const PENDING = { pending: true, kept: { contexts: 1, works: 1, deferreds: 1 } };
 export const FORGOTTEN = { kept: { contexts: 1, works: 1, references: 1 } };
 // The runtime's own message for a missing argument and for a callback that cannot be called.
-const RUNTIME = "the runtime's message";
+export const RUNTIME = "the runtime's message";
 export const THROWS = { thrown: RUNTIME };
 export const UNCALLABLE = { uncaught: [RUNTIME], ...FORGOTTEN };
 
@@ -68,7 +68,7 @@ const OUTCOMES = {
   kept: 'is never answered',
 };
 
-const show = (value) =>
+export const show = (value) =>
   inspect(value, { breakLength: Infinity, depth: 4, maxArrayLength: 3, maxStringLength: 70 });
 
 function titleOf(name, { args, service: reply = YES, faults = [], ...row }) {
@@ -91,19 +91,14 @@ const isFrame = (line, op) => line === I(`HandleAsyncWork: workName = [${op}]`) 
   line === I('HandleAsyncWork: end') || line.startsWith('D ZELK_SERVICE: Handle2ValueCallback ');
 
 // What `run` and `leaves` saw of a call, as a row describes it.
-function observed(seen, kept, op) {
-  const { callback, uncaught, requests, lines, pending, resolved, rejected } = seen;
+function observed({ returned, uncaught, lines, ...seen }, kept, op) {
   return {
-    callback,
-    uncaught: uncaught.map(describe),
-    kept,
-    requests,
-    lines: lines.filter((line) => !isFrame(line, op)),
-    ...(pending && { pending }),
-    ...('resolved' in seen && { resolved }),
-    ...('rejected' in seen && { rejected }),
+    ...seen,
     ...('thrown' in seen && { thrown: describe(seen.thrown) }),
-    ...(seen.returned instanceof Promise || { returned: seen.returned }),
+    returned: returned instanceof Promise ? 'a promise' : returned,
+    uncaught: uncaught.map(describe),
+    lines: lines.filter((line) => !isFrame(line, op)),
+    kept,
   };
 }
 
@@ -115,10 +110,10 @@ async function check(name, { args, service: reply = YES, faults = [], request, k
     zelk[name](...args.map((value) => (value === CALLBACK ? callback : value)))));
   const isPromise = ['pending', 'resolved', 'rejected'].some((key) => key in sees);
   assert.deepEqual(observed(seen, left, op), {
+    ...(isPromise ? { returned: 'a promise', pending: false } : { returned: undefined }),
     callback: [],
     uncaught: [],
     lines: [],
-    ...(isPromise || { returned: undefined }),
     ...sees,
     requests: request ? [[op, ...request]] : [],
     kept: { ...NOTHING_LEFT, ...kept },

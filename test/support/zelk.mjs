@@ -18,7 +18,7 @@ export const gatedNames = names.filter((name) => !/Remote|Protocol/.test(name));
 
 const asking = (name) => (argument = null) => JSON.parse(control[name](JSON.stringify(argument)));
 export const counts = asking('counts');
-// Makes Node-API calls of the module fail: see faults.h. Unless `nth` says otherwise, the first use of a call.
+// Makes Node-API calls of the module fail, see faults.h: without `nth` the first use of a call.
 const planFaults = asking('planFaults');
 export const fail = (...faults) => planFaults(faults.map((fault) => ({ nth: 1, ...fault })));
 // The module's Node-API calls since the last plan that was not empty: [[name, status, function that calls]].
@@ -94,5 +94,6 @@ export async function leaves(action) {
   const before = counts();
   const result = await action();
   const after = counts();
-  return [Object.fromEntries(Object.keys(NOTHING_LEFT).map((key) => [key, after[key] - before[key]])), result];
+  const left = Object.keys(NOTHING_LEFT).map((key) => [key, after[key] - before[key]]);
+  return [Object.fromEntries(left), result];
 }
