@@ -12,7 +12,6 @@ testCalls(name, [
   { args: ['on'], service: NO, resolved: false, request: [false], lines: [NO_ITEMS] },
   { args: [true, ITEMS], resolved: true, request: [true, [TEXT]], lines: SENT },
   { args: [true, undefined], resolved: true, request: [true], lines: [UNDEFINED_ITEMS, NO_ITEMS] },
-  { args: [true, CALLBACK], callback: [[true]], request: [true], lines: [NO_ITEMS] },
   { args: [true, CALLBACK, ITEMS], callback: [[true]], request: [true, [TEXT]], lines: SENT },
   { args: [true, CALLBACK, ITEMS, 1], lines: [E('HandleTcpdumpSwitch: Illegal params number')] },
 ]);

@@ -13,7 +13,6 @@ testCalls(name, [
   { args: ['on'], service: DONE, resolved: false, request: [false] },
   { args: [true, ITEMS], service: DONE, resolved: false, request: [true], lines: READ },
   { args: [true, undefined], service: DONE, resolved: false, request: [true], lines: [UNDEFINED_ITEMS] },
-  { args: [true, CALLBACK], service: DONE, callback: [[false]], request: [true] },
   { args: [true, CALLBACK, ITEMS], service: DONE, callback: [[false]], request: [true], lines: READ },
   { args: [true, CALLBACK, ITEMS, 1], lines: [E(`${op}: Illegal params number`)] },
   // A failure is never answered.

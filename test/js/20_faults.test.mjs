@@ -2,12 +2,15 @@
 // the service and the log see of a call must fit together, and fit what it leaves allocated.
 import assert from 'node:assert/strict';
 import { before, test } from 'node:test';
-import { CALLBACK, describe, E, emptyList, ITEMS, MISMATCH, PENDING, RUNTIME, testCalls } from '../support/cases.mjs';
+import {
+  CALLBACK, describe, E, emptyList, ITEMS, MISMATCH, PENDING, RUNTIME, testCalls,
+} from '../support/cases.mjs';
 import { answering, forms } from '../support/forms.mjs';
 import { counts, fail, gatedNames, leaves, names, run, service, trace, zelk } from '../support/zelk.mjs';
 
 // How far after a first fault the second of a pair may be. A long run takes all.
 const PAIR_REACH = Number(process.env.ZELK_FAULT_PAIR_REACH || 1);
+const PENDING_EXCEPTION = 10; // A status of Node-API.
 const QUEUE = 'napi_queue_async_work';
 const QUEUE_ERROR = `9: error at ${QUEUE}`;
 const ERRORS = ['injected failure', RUNTIME, QUEUE_ERROR];
@@ -42,11 +45,17 @@ async function attempt(name, index, ...nths) {
   };
 }
 
+const errorsOf = ({ thrown, uncaught }) => (thrown ? [thrown, ...uncaught] : uncaught);
+
+// Whether the module throws although it knows that an error is pending.
+const throwsOver = (calls) => calls.some(([call, status], k) => call === 'napi_throw_error' &&
+  status === PENDING_EXCEPTION && calls[k - 1][0] === 'napi_is_exception_pending' && calls[k - 1][1] === 0);
+
 function checkSeen(seen, usual) {
-  const errors = [...(seen.thrown ? [seen.thrown] : []), ...seen.uncaught];
-  const unknown = errors.filter((error) => !ERRORS.includes(error) && error !== usual.thrown);
+  const unknown = errorsOf(seen).filter((error) => !ERRORS.includes(error) && error !== usual.thrown);
   assert.deepEqual(unknown, [], 'no other errors');
   assert.ok(seen.uncaught.length <= 1, 'an answer throws once');
+  assert.ok(!throwsOver(seen.calls), 'no error is thrown over another');
   assert.ok(seen.requests.length <= Number(seen.isQueued), 'a request only when queued');
   assert.ok(seen.callback.length <= 1, 'one answer');
   if (seen.thrown && seen.thrown !== usual.thrown && !hasFailed(seen.calls, ...GOES_ON)) {
@@ -70,15 +79,22 @@ function whatIsLeft(name, { asked, answered, calls, thrown, isQueued }) {
   };
 }
 
+const isAnswered = (seen) => 'resolved' in seen || 'rejected' in seen || seen.callback.length > 0;
+const shown = ({ thrown, uncaught, callback, resolved, rejected, pending, lines }) => (
+  { thrown, uncaught, callback, resolved, rejected, pending, lines: lines.sort() });
+
 // A single fault shows in an error, a line or the answer, unless the call fails anyway or an error hides it.
+// One that keeps the call from being answered is thrown or logged.
 function checkEffect(seen, usual, nth) {
-  const shown = ({ thrown, uncaught, callback, resolved, rejected, pending, lines }) => (
-    { thrown, uncaught, callback, resolved, rejected, pending, lines: lines.sort() });
   const [call] = seen.calls[nth - 1];
   if (SILENT.includes(call)) {
     assert.deepEqual(shown(seen), shown(usual), `${call} fails silently`);
-  } else if (usual.calls[nth - 1][1] === 0 && !usual.thrown && usual.uncaught.length === 0) {
+  } else if (usual.calls[nth - 1][1] === 0 && errorsOf(usual).length === 0) {
     assert.notDeepEqual(shown(seen), shown(usual), `${call} does not fail silently`);
+  }
+  if (isAnswered(usual) && !isAnswered(seen)) {
+    const logged = seen.lines.filter((line) => line.startsWith('E ') && !usual.lines.includes(line));
+    assert.notEqual(errorsOf(seen).length + logged.length, 0, `${call} is thrown or logged`);
   }
 }
 
@@ -128,34 +144,24 @@ for (const name of names) {
 const thrown = 'injected failure';
 const TYPEOF = { name: 'napi_typeof' };
 const UNSENT = [
-  emptyList('ChangeModemLogConfig'), E("ChangeModemLogConfigCallback: asyncContext's resolved is false"),
+  MISMATCH, E('GetArrayLength: failed to get the length of array'), emptyList('ChangeModemLogConfig'),
+  E("ChangeModemLogConfigCallback: asyncContext's resolved is false"),
 ];
 const UNMATCHED = [MISMATCH, MISMATCH, E('ChangeModemLogConfig: Illegal params')];
 testCalls('changeModemLogConfig', [
   { args: [ITEMS], faults: [TYPEOF], thrown, lines: UNMATCHED },
   // Only the second try at the types can still match, with a callback; the call goes on, its error pending.
-  {
-    args: [ITEMS, CALLBACK],
-    faults: [TYPEOF],
-    thrown,
-    callback: [[false]],
-    lines: [MISMATCH, E('GetArrayLength: failed to get the length of array'), ...UNSENT],
-  },
+  { args: [ITEMS, CALLBACK], faults: [TYPEOF], thrown, callback: [[false]], lines: UNSENT },
   { args: [ITEMS], faults: [{ ...TYPEOF, nth: 2 }], thrown },
 ]);
 testCalls('handleModemLogSwitch', [{ args: [true], faults: [TYPEOF], thrown }]);
 const NO_INFO = { name: 'napi_get_cb_info' };
+const UNFILLED = E('GetModemLogStatusCallback: fill bool failed');
 const UNSUPPORTED = '6: GetModemLogLogMasks current function not support in current time';
 testCalls('getModemLogLogMasks', [{ args: [], faults: [NO_INFO], thrown: UNSUPPORTED }]);
 testCalls('getTcpdumpStatus', [
   { args: [CALLBACK], faults: [TYPEOF], thrown },
   { args: [CALLBACK], faults: [{ name: 'napi_create_reference' }], thrown },
   { args: [CALLBACK], faults: [{ ...NO_INFO, wordless: true }], thrown: 'empty error message' },
-  {
-    args: [],
-    faults: [{ name: 'napi_get_boolean' }],
-    ...PENDING,
-    request: [],
-    lines: [E('GetModemLogStatusCallback: fill bool failed')],
-  },
+  { args: [], faults: [{ name: 'napi_get_boolean' }], ...PENDING, request: [], lines: [UNFILLED] },
 ]);

@@ -27,23 +27,22 @@ function linesOf(name) {
 for (const name of names) {
   test(`${name}: steps without data write a line and do nothing`, async () => {
     fail({ name: 'napi_create_async_work', dataless: true });
-    const { lines, requests, pending, uncaught } = await run(() => zelk[name](...forms(name)[0]));
-    assert.deepEqual({
-      lines: lines.filter((line) => /is null|OnGlobal/.test(line)),
-      requests,
-      pending: pending ?? true, // Of the promise, unless the function throws.
-      uncaught: uncaught.map(describe),
-    }, {
+    const seen = await run(() => zelk[name](...forms(name)[0]));
+    const lines = seen.lines.filter((line) => /is null|OnGlobal/.test(line));
+    const uncaught = seen.uncaught.map(describe);
+    const { requests, resolved, rejected } = seen;
+    assert.deepEqual({ lines, uncaught, requests, resolved, rejected }, {
       lines: linesOf(name),
-      requests: [],
-      pending: true,
       uncaught: ['getModemLogConfig', 'getTcpdumpConfig'].includes(name) ? ['1: error'] : [],
+      requests: [],
+      resolved: undefined,
+      rejected: undefined,
     });
   });
 }
 
 test('helpers without data write lines and do nothing', async () => {
-  const { lines } = await run(callWithoutData);
+  const { lines } = await run(() => callWithoutData());
   assert.deepEqual(lines, [
     I('HandleAsyncWork: workName = [Nothing]'), E('HandleAsyncWork: error baseContext'),
     I('Handle2ValueCallback serious error baseContext nullptr'),

@@ -12,7 +12,13 @@ namespace ZelkTest {
 
 namespace {
 
-void (*g_probe)(napi_env env) = nullptr;
+void (*g_probe)() = nullptr; // Known when the module has been loaded.
+
+Json::Value RunProbe(const Json::Value&)
+{
+    g_probe();
+    return {};
+}
 
 using Control = Json::Value (*)(const Json::Value& argument);
 
@@ -34,13 +40,6 @@ napi_value CallControl(napi_env env, napi_callback_info info)
     return value;
 }
 
-// The module must have been loaded.
-napi_value CallProbe(napi_env env, napi_callback_info)
-{
-    g_probe(env);
-    return nullptr;
-}
-
 napi_property_descriptor Function(const char* name, Control control)
 {
     return {name, nullptr, CallControl, nullptr, nullptr, nullptr, napi_default, reinterpret_cast<void*>(control)};
@@ -48,7 +47,7 @@ napi_property_descriptor Function(const char* name, Control control)
 
 } // namespace
 
-void SetProbe(void (*probe)(napi_env env))
+void SetProbe(void (*probe)())
 {
     g_probe = probe;
 }
@@ -62,7 +61,7 @@ extern "C" ZELK_TEST_EXPORT napi_value napi_register_module_v1(napi_env env, nap
         Function("planFaults", PlanFaults),
         Function("trace", ReadTrace),
         Function("counts", ReadCounts),
-        {"callProbe", nullptr, CallProbe, nullptr, nullptr, nullptr, napi_default, nullptr},
+        Function("runProbe", RunProbe),
     };
     napi_define_properties(env, exports, std::size(functions), functions);
     return exports;

@@ -11,8 +11,8 @@ namespace ZelkTest {
 // Counts what the module holds, and the faults since they were planned.
 ZELK_TEST_EXPORT void Count(const char* what, int change);
 
-// Lets JavaScript call `probe`, which returns nothing.
-ZELK_TEST_EXPORT void SetProbe(void (*probe)(napi_env env));
+// Lets JavaScript call `probe`, which takes and returns nothing.
+ZELK_TEST_EXPORT void SetProbe(void (*probe)());
 
 } // namespace ZelkTest
 

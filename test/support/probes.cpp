@@ -7,11 +7,11 @@ namespace {
 
 using namespace OHOS::HiviewDFX;
 
-void CallWithoutData(napi_env env)
+void CallWithoutData()
 {
-    NapiUtil::HandleAsyncWork(env, static_cast<BaseContext*>(nullptr), "Nothing", nullptr, nullptr);
-    NapiUtil::Handle2ValueCallback(env, nullptr, nullptr);
-    NapiUtil::GetElement(env, nullptr, 0);
+    NapiUtil::HandleAsyncWork(nullptr, static_cast<BaseContext*>(nullptr), "Nothing", nullptr, nullptr);
+    NapiUtil::Handle2ValueCallback(nullptr, nullptr, nullptr);
+    NapiUtil::GetElement(nullptr, nullptr, 0);
 }
 
 __attribute__((constructor)) void RegisterProbe()

@@ -10,8 +10,6 @@ const control = require(`${buildFolder}zelk_test.node`);
 
 // The module's sources compiled once more, under the fault layer.
 export const zelk = require(`${buildFolder}zelklogservice_test.node`);
-// Calls the helpers of the module that no function calls without data: see probes.cpp.
-export const callWithoutData = () => control.callProbe();
 
 export const names = Object.getOwnPropertyNames(zelk);
 export const gatedNames = names.filter((name) => !/Remote|Protocol/.test(name));
@@ -23,6 +21,8 @@ const planFaults = asking('planFaults');
 export const fail = (...faults) => planFaults(faults.map((fault) => ({ nth: 1, ...fault })));
 // The module's Node-API calls since the last plan that was not empty: [[name, status, function that calls]].
 export const trace = asking('trace');
+// Calls the helpers of the module that no function calls without data: see probes.cpp.
+export const callWithoutData = asking('runProbe');
 
 const logServiceInForce = logService();
 const log = captureLog();
