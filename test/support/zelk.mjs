@@ -65,7 +65,9 @@ export async function run(action) {
   log.lines.length = 0;
   try {
     try {
-      seen.returned = action((...args) => seen.callback.push(args));
+      seen.returned = action(function callback(...args) {
+        seen.callback.push(this === undefined ? args : [...args, 'with a receiver', this]);
+      });
     } catch (error) {
       seen.thrown = error;
     }
