@@ -72,7 +72,7 @@ testCalls(name, [
   ...['{}', '[1]', '5', 'null', '"a"'].map((text) => [text, { value: {} }]),
   // A member that cannot be set is left out.
   ...['napi_create_int32', 'napi_set_property'].map((fault) => (
-    [valued('{"a":1,"b":2}'), a({ b: 2 }), [], { name: fault }])),
+    [valued('{"a":1,"b":2}'), a({ b: 2 }), [], fault])),
 ].map(([text, object, lines = [], ...faults]) => ({
   args: [['a'], 1],
   service: { answer: [text] },

@@ -8,8 +8,7 @@ const op = 'GetModemLogDirectPackConfig';
 const thrown = '6: GetModemLogDirectPackConfig current function not support in current time';
 const UNMATCHED = [MISMATCH, I('current paramCount is zero, so return true')];
 const NOTHING = E('GetModemLogDirectPackConfigCallback: callbackConfigs is null');
-const THROW = { name: 'napi_throw_error' };
-const UNTHROWN = E(`failed to throw error, code = 6, msg=${thrown.slice(3)}`);
+const UNTHROWN = [E(`failed to throw error, code = 6, msg=${thrown.slice(3)}`), ...UNMATCHED];
 const text = '{"directPack":false}';
 const service = { answer: text };
 const FAILS = { code: 9, answer: text };
@@ -21,7 +20,7 @@ testCalls(name, [
   { args: [7, CALLBACK], service, thrown, request: [], lines: UNMATCHED },
   { args: [CALLBACK], service, thrown, callback: [[text]], request: [] },
   { args: [CALLBACK, 7], service, thrown, request: [] },
-  { args: [0], service, faults: [THROW], resolved: text, request: [], lines: [UNTHROWN, ...UNMATCHED] },
+  { args: [0], service, faults: ['napi_throw_error'], resolved: text, request: [], lines: UNTHROWN },
   // A query that fails is never answered.
   { args: [], service: FAILS, thrown, kept: PENDING.kept, request: [], lines: [...UNMATCHED, NOTHING] },
   { args: [CALLBACK], service: AWAY, thrown, ...FORGOTTEN, lines: [noService(op), NOTHING] },

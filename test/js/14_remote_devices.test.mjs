@@ -95,7 +95,7 @@ testCalls('getRemoteDevicesList', [
   ['napi_create_async_work', thrown, 1, [MADE, FREED]],
   ['napi_queue_async_work', '9: error at napi_queue_async_work', 1, [MADE, UNQUEUED, FREED]],
 ].map(([call, error, deferreds, lines]) => (
-  { args: [], faults: [{ name: call }], thrown: error, kept: { deferreds }, lines })));
+  { args: [], faults: [call], thrown: error, kept: { deferreds }, lines })));
 testCalls('getRemoteDevicesList', [
   {
     args: [],

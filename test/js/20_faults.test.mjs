@@ -145,27 +145,24 @@ for (const name of names) {
 }
 
 // What single calls that fail lead to.
-const thrown = INJECTED;
-const TYPEOF = { name: 'napi_typeof' };
 const UNSENT = [
   MISMATCH, E('GetArrayLength: failed to get the length of array'), emptyList('ChangeModemLogConfig'),
   E("ChangeModemLogConfigCallback: asyncContext's resolved is false"),
 ];
 const UNMATCHED = [MISMATCH, MISMATCH, E('ChangeModemLogConfig: Illegal params')];
 testCalls('changeModemLogConfig', [
-  { args: [ITEMS], faults: [TYPEOF], thrown, lines: UNMATCHED },
+  { args: [ITEMS], faults: ['napi_typeof'], thrown: INJECTED, lines: UNMATCHED },
   // Only the second try at the types can still match, with a callback; the call goes on, its error pending.
-  { args: [ITEMS, CALLBACK], faults: [TYPEOF], thrown, callback: [[false]], lines: UNSENT },
-  { args: [ITEMS], faults: [{ ...TYPEOF, nth: 2 }], thrown },
+  { args: [ITEMS, CALLBACK], faults: ['napi_typeof'], thrown: INJECTED, callback: [[false]], lines: UNSENT },
+  { args: [ITEMS], faults: [{ name: 'napi_typeof', nth: 2 }], thrown: INJECTED },
 ]);
-testCalls('handleModemLogSwitch', [{ args: [true], faults: [TYPEOF], thrown }]);
-const NO_INFO = { name: 'napi_get_cb_info' };
+testCalls('handleModemLogSwitch', [{ args: [true], faults: ['napi_typeof'], thrown: INJECTED }]);
 const UNFILLED = E('GetModemLogStatusCallback: fill bool failed');
 const UNSUPPORTED = '6: GetModemLogLogMasks current function not support in current time';
-testCalls('getModemLogLogMasks', [{ args: [], faults: [NO_INFO], thrown: UNSUPPORTED }]);
+testCalls('getModemLogLogMasks', [{ args: [], faults: ['napi_get_cb_info'], thrown: UNSUPPORTED }]);
 testCalls('getTcpdumpStatus', [
-  { args: [CALLBACK], faults: [TYPEOF], thrown },
-  { args: [CALLBACK], faults: [{ name: 'napi_create_reference' }], thrown },
-  { args: [CALLBACK], faults: [{ ...NO_INFO, wordless: true }], thrown: 'empty error message' },
-  { args: [], faults: [{ name: 'napi_get_boolean' }], ...PENDING, request: [], lines: [UNFILLED] },
+  { args: [CALLBACK], faults: ['napi_typeof'], thrown: INJECTED },
+  { args: [CALLBACK], faults: ['napi_create_reference'], thrown: INJECTED },
+  { args: [CALLBACK], faults: [{ name: 'napi_get_cb_info', wordless: true }], thrown: 'empty error message' },
+  { args: [], faults: ['napi_get_boolean'], ...PENDING, request: [], lines: [UNFILLED] },
 ]);

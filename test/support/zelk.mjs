@@ -16,9 +16,10 @@ export const gatedNames = names.filter((name) => !/Remote|Protocol/.test(name));
 
 const asking = (name) => (argument = null) => JSON.parse(control[name](JSON.stringify(argument)));
 export const counts = asking('counts');
-// Makes Node-API calls of the module fail, see faults.h: without `nth` the first use of a call.
+// Makes Node-API calls of the module fail: names for the first use of each, or faults as in faults.h.
 const planFaults = asking('planFaults');
-export const fail = (...faults) => planFaults(faults.map((fault) => ({ nth: 1, ...fault })));
+export const fail = (...faults) => planFaults(faults.map((fault) => (
+  typeof fault === 'string' ? { name: fault, nth: 1 } : { nth: 1, ...fault })));
 // The module's Node-API calls since the last plan that was not empty: [[name, status, function that calls]].
 export const trace = asking('trace');
 // Calls the helpers of the module that no function calls without data: see probes.cpp.
