@@ -16,7 +16,6 @@ using std::chrono::duration_cast;
 using std::chrono::microseconds;
 using std::chrono::steady_clock;
 
-constexpr const char* BUS_NAME = "org.freedesktop.DBus";
 constexpr const char* BUS_PATH = "/org/freedesktop/DBus";
 constexpr const char* OWNER_NOTICE = "NameOwnerChanged";
 

@@ -1,4 +1,4 @@
-// The log service's names on D-Bus.
+// The log service's names on D-Bus, and the bus's own.
 #ifndef HOST_DBUS_DBUS_NAMES_H
 #define HOST_DBUS_DBUS_NAMES_H
 
@@ -7,6 +7,8 @@ namespace OHOS::Host {
 constexpr const char* SERVICE_NAME = "dev.zelk.LogService";
 constexpr const char* SERVICE_PATH = "/dev/zelk/LogService";
 constexpr const char* SERVICE_INTERFACE = "dev.zelk.LogService1";
+
+constexpr const char* BUS_NAME = "org.freedesktop.DBus"; // Of its interface, too.
 
 } // namespace OHOS::Host
 
