@@ -16,8 +16,10 @@ using std::chrono::duration_cast;
 using std::chrono::microseconds;
 using std::chrono::steady_clock;
 
-constexpr const char* BUS_PATH = "/org/freedesktop/DBus";
 constexpr const char* OWNER_NOTICE = "NameOwnerChanged";
+
+// How long an answer is awaited from a connection that does not own the service's name any more.
+constexpr std::chrono::seconds PATIENCE_WITH_FORMER_OWNER(1);
 
 microseconds TimeUntil(Deadline deadline)
 {
@@ -138,6 +140,7 @@ IpcCode BusConnection::Call(const BusMessage& call, Deadline deadline, BusMessag
     if (sd_bus_send(bus_.get(), call.get(), &cookie) < 0) {
         return sd_bus_is_open(bus_.get()) <= 0 ? IPC_SERVICE_GONE : IPC_ERROR_ANSWER;
     }
+    bool isForsaken = false;
     while (steady_clock::now() < deadline) {
         BusMessage message;
         const bool isBusy = ProcessOne(message);
@@ -148,11 +151,22 @@ IpcCode BusConnection::Call(const BusMessage& call, Deadline deadline, BusMessag
             answer = std::move(message);
             return CodeOf(answer);
         }
+        if (!isForsaken && HasPassedFrom(call)) {
+            const Deadline soon = steady_clock::now() + PATIENCE_WITH_FORMER_OWNER;
+            isForsaken = soon < deadline;
+            deadline = std::min(deadline, soon);
+        }
         if (!isBusy) {
             Wait(deadline);
         }
     }
-    return IPC_TIMEOUT;
+    return isForsaken ? IPC_SERVICE_GONE : IPC_TIMEOUT;
+}
+
+bool BusConnection::HasPassedFrom(const BusMessage& call) const
+{
+    const std::string_view callee = sd_bus_message_get_destination(call.get());
+    return !owner_.empty() && callee != owner_ && callee != BUS_NAME;
 }
 
 bool BusConnection::ProcessOne(BusMessage& message)

@@ -49,7 +49,8 @@ public:
     BusMessage NewCall(const char* method) const;
 
     // Sends `call`, waits for the answer and stores it in `answer`; if the result is not IPC_OK, `answer` is an error
-    // or null.
+    // or null. When the service's name passes to another connection meanwhile, the answer is awaited for one more
+    // second: a service that had to give up its connection cannot say so.
     IpcCode Call(const BusMessage& call, Deadline deadline, BusMessage& answer);
 
 private:
@@ -65,6 +66,8 @@ private:
     bool ProcessOne(BusMessage& message);
     // Updates the owner of the service's name if `message` is a notice about it.
     void FollowOwner(const BusMessage& message);
+    // Whether `call` went to an owner of the service's name after whom there is another one already.
+    bool HasPassedFrom(const BusMessage& call) const;
     void Wait(Deadline deadline);
 
     // A call of a method of the bus itself.

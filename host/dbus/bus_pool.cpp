@@ -1,19 +1,24 @@
 #include "bus_pool.h"
 
 #include <cerrno>
+#include <exception>
+#include <thread>
 #include <utility>
 
 namespace OHOS::Host {
 
 namespace {
 
-constexpr size_t MAX_IDLE = 16;
+using std::chrono::steady_clock;
 
-}
+// The usual number of a runtime's worker threads. So many connections may stay open.
+constexpr size_t FEW = 4;
 
-BusPool::BusPool(std::string address, void (*onInvalid)()) : address_(std::move(address)), onInvalid_(onInvalid)
+} // namespace
+
+BusPool::BusPool(std::string address, void (*onInvalid)(), Duration idleLimit)
+    : address_(std::move(address)), onInvalid_(onInvalid), idleLimit_(idleLimit)
 {
-    idle_.reserve(MAX_IDLE); // So that Release does not allocate.
 }
 
 int BusPool::Acquire(Deadline deadline, std::unique_ptr<BusConnection>& connection)
@@ -35,11 +40,16 @@ int BusPool::Acquire(Deadline deadline, std::unique_ptr<BusConnection>& connecti
     return result;
 }
 
-void BusPool::Release(std::unique_ptr<BusConnection> connection)
+void BusPool::Release(std::unique_ptr<BusConnection> connection) noexcept
 {
-    const std::lock_guard<std::mutex> lock(mutex_);
-    if (idle_.size() < MAX_IDLE) {
-        idle_.push_back(std::move(connection));
+    try {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        idle_.push_back({std::move(connection), steady_clock::now() + idleLimit_});
+        if (idle_.size() > FEW && !isClosing_) {
+            StartClosing();
+        }
+    } catch (const std::exception&) {
+        // Memory is short: the connection is closed at once, or the idle ones at a later time.
     }
 }
 
@@ -50,9 +60,39 @@ std::unique_ptr<BusConnection> BusPool::AcquireIdle()
     if (idle_.empty()) {
         return nullptr;
     }
-    std::unique_ptr<BusConnection> connection = std::move(idle_.back());
+    std::unique_ptr<BusConnection> connection = std::move(idle_.back().connection);
     idle_.pop_back();
     return connection;
+}
+
+void BusPool::StartClosing()
+{
+    std::thread([weak = weak_from_this(), pause = idleLimit_ / 4] {
+        std::shared_ptr<BusPool> pool;
+        do {
+            pool.reset();
+            std::this_thread::sleep_for(pause);
+            pool = weak.lock();
+        } while (pool != nullptr && pool->CloseIdle());
+    }).detach();
+    isClosing_ = true;
+}
+
+bool BusPool::CloseIdle()
+{
+    while (true) {
+        std::unique_ptr<BusConnection> closed; // When the lock has been released.
+        const std::lock_guard<std::mutex> lock(mutex_);
+        if (idle_.size() <= FEW) {
+            isClosing_ = false;
+            return false;
+        }
+        if (steady_clock::now() < idle_.front().end) {
+            return true;
+        }
+        closed = std::move(idle_.front().connection);
+        idle_.erase(idle_.begin());
+    }
 }
 
 } // namespace OHOS::Host

@@ -16,12 +16,18 @@ namespace OHOS::Host {
 
 namespace {
 
+using std::chrono::duration_cast;
+using std::chrono::microseconds;
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
-// How long the bus may take to accept an answer: usually, and when the end is requested meanwhile.
-constexpr std::chrono::seconds PATIENCE(3);
+// How long the bus may take to accept an answer, also when the end was requested.
+constexpr milliseconds PATIENCE(3000);
 constexpr milliseconds LAST_PATIENCE(200);
+
+// A probe finds answers that were sent this long ago at most; it has the rest of the time to be answered.
+constexpr milliseconds PROBE_INTERVAL(1000);
+constexpr milliseconds PROBE_PATIENCE = PATIENCE - PROBE_INTERVAL;
 
 constexpr const char* BUS_LOST = "the bus was lost";
 
@@ -50,6 +56,11 @@ BusHandle Open(const std::string& name)
     return bus;
 }
 
+milliseconds TimeUntil(steady_clock::time_point time)
+{
+    return std::max(std::chrono::ceil<milliseconds>(time - steady_clock::now()), milliseconds::zero());
+}
+
 // As poll() does, for ever when `limit` is negative, but a signal is no failure.
 void Poll(std::array<pollfd, 2>& descriptors, milliseconds limit)
 {
@@ -72,13 +83,29 @@ void BusServer::Connect(uint64_t flags)
     BusHandle bus = Open(name_);
     sd_bus_slot* slot = nullptr;
     Checked(sd_bus_add_filter(bus.get(), &slot, OnMessage, this), "cannot follow the name");
-    lossNotice_.reset(slot);
+    messages_.reset(slot);
     Checked(adaptor_.Export(bus.get()), "cannot export the service");
     const int result = sd_bus_request_name(bus.get(), SERVICE_NAME, flags | SD_BUS_NAME_ALLOW_REPLACEMENT);
     Checked(result, result == -EEXIST ? "another process serves it already" : "cannot own the name");
-    // Only now is the old connection closed, with the answers in it. The bus, which reads nothing from it, would not
-    // notice that, and the name would stay taken.
+    // Only now is the old connection closed. The bus, which reads nothing from it, does not notice that: the name would
+    // have stayed taken.
+    sign_.reset();
+    hasServed_ = false;
     bus_ = std::move(bus);
+}
+
+void BusServer::TakeOver()
+{
+    while (true) {
+        try {
+            return Connect(SD_BUS_NAME_REPLACE_EXISTING);
+        } catch (const std::system_error& error) {
+            if (error.code() != std::errc::timed_out) {
+                throw;
+            }
+            // The whole bus is stopped. It may be continued.
+        }
+    }
 }
 
 void BusServer::ServeUntil(int end)
@@ -89,11 +116,12 @@ void BusServer::ServeUntil(int end)
             throw std::runtime_error("another process has taken the name");
         }
         // Each answer is sent before the next call is served: answers that pile up could use all memory.
-        if (!Flush(end)) {
-            Connect(SD_BUS_NAME_REPLACE_EXISTING);
+        const bool isTaken = Flush(end) && (more || Probe());
+        if (!isTaken) {
+            TakeOver();
         }
         std::array<pollfd, 2> descriptors = {pollfd{sd_bus_get_fd(bus_.get()), POLLIN, 0}, pollfd{end, POLLIN, 0}};
-        Poll(descriptors, milliseconds(more ? 0 : -1));
+        Poll(descriptors, more || !isTaken ? milliseconds::zero() : WaitTime());
         if (descriptors[1].revents != 0) {
             return;
         }
@@ -102,7 +130,12 @@ void BusServer::ServeUntil(int end)
 
 void BusServer::ReleaseName()
 {
-    sd_bus_release_name(bus_.get(), SERVICE_NAME);
+    sd_bus_set_method_call_timeout(bus_.get(), duration_cast<microseconds>(LAST_PATIENCE).count());
+    if (sd_bus_release_name(bus_.get(), SERVICE_NAME) == -ETIMEDOUT) {
+        // Without this the bus would keep the name for as long as it does not notice that the process has ended.
+        TakeOver();
+        sd_bus_release_name(bus_.get(), SERVICE_NAME);
+    }
 }
 
 bool BusServer::HasUnsent() const
@@ -116,14 +149,13 @@ bool BusServer::Flush(int end)
     if (!HasUnsent()) {
         return true;
     }
-    steady_clock::time_point deadline = steady_clock::now() + PATIENCE;
+    Time deadline = steady_clock::now() + PATIENCE;
     std::array<pollfd, 2> descriptors = {pollfd{sd_bus_get_fd(bus_.get()), POLLOUT, 0}, pollfd{end, POLLIN, 0}};
     while (HasUnsent()) {
-        const steady_clock::time_point now = steady_clock::now();
-        if (now >= deadline) {
+        if (steady_clock::now() >= deadline) {
             return false;
         }
-        Poll(descriptors, std::chrono::ceil<milliseconds>(deadline - now));
+        Poll(descriptors, TimeUntil(deadline));
         if (descriptors[1].revents != 0) {
             deadline = std::min(deadline, steady_clock::now() + LAST_PATIENCE);
             descriptors[1] = {-1, 0, 0};
@@ -150,16 +182,51 @@ void BusServer::SendSome()
     Checked(result, BUS_LOST);
 }
 
-int BusServer::OnMessage(sd_bus_message* message, void* server, sd_bus_error*)
+bool BusServer::Probe()
 {
+    const Time now = steady_clock::now();
+    if (sign_ != nullptr) {
+        return now < probed_ + PROBE_PATIENCE;
+    }
+    if (hasServed_ && now >= probed_ + PROBE_INTERVAL) {
+        sd_bus_slot* slot = nullptr;
+        Checked(sd_bus_call_method_async(bus_.get(), &slot, BUS_NAME, BUS_PATH, "org.freedesktop.DBus.Peer", "Ping",
+                                         OnSign, this, nullptr),
+                BUS_LOST);
+        sign_.reset(slot);
+        probed_ = now;
+        hasServed_ = false;
+    }
+    return true;
+}
+
+milliseconds BusServer::WaitTime() const
+{
+    if (sign_ != nullptr) {
+        return TimeUntil(probed_ + PROBE_PATIENCE);
+    }
+    return hasServed_ ? TimeUntil(probed_ + PROBE_INTERVAL) : milliseconds(-1);
+}
+
+int BusServer::OnSign(sd_bus_message*, void* server, sd_bus_error*)
+{
+    static_cast<BusServer*>(server)->sign_.reset();
+    return 1;
+}
+
+int BusServer::OnMessage(sd_bus_message* message, void* object, sd_bus_error*)
+{
+    auto* const server = static_cast<BusServer*>(object);
     const char* sender = sd_bus_message_get_sender(message);
     const char* name = nullptr;
-    if (sd_bus_message_is_signal(message, BUS_NAME, "NameLost") > 0 && sender != nullptr &&
-        std::string_view(sender) == BUS_NAME && sd_bus_message_read(message, "s", &name) > 0 &&
-        std::string_view(name) == SERVICE_NAME) {
-        static_cast<BusServer*>(server)->isNameLost_ = true;
+    if (sd_bus_message_is_method_call(message, nullptr, nullptr) > 0) {
+        server->hasServed_ = true;
+    } else if (sd_bus_message_is_signal(message, BUS_NAME, "NameLost") > 0 && sender != nullptr &&
+               std::string_view(sender) == BUS_NAME && sd_bus_message_read(message, "s", &name) > 0 &&
+               std::string_view(name) == SERVICE_NAME) {
+        server->isNameLost_ = true;
     }
-    return 0; // Others see it too.
+    return 0; // It goes on to whom it is for.
 }
 
 } // namespace OHOS::Host

@@ -9,6 +9,7 @@ constexpr const char* SERVICE_PATH = "/dev/zelk/LogService";
 constexpr const char* SERVICE_INTERFACE = "dev.zelk.LogService1";
 
 constexpr const char* BUS_NAME = "org.freedesktop.DBus"; // Of its interface, too.
+constexpr const char* BUS_PATH = "/org/freedesktop/DBus";
 
 } // namespace OHOS::Host
 
