@@ -38,8 +38,8 @@ private:
 
     std::unique_ptr<BusConnection> AcquireIdle();
 
-    // Closes what was idle for too long, in a thread that there is only while there are more than a few connections: the
-    // calls of a usual runtime never start it.
+    // Closes what was idle for too long, in a thread that there is only while there are more than a few connections:
+    // the calls of a usual runtime never start it.
     void StartClosing();
     // False when only a few connections are left.
     bool CloseIdle();
@@ -47,7 +47,7 @@ private:
     const std::string address_;
     void (*const onInvalid_)();
     const Duration idleLimit_;
-    std::mutex mutex_; // Guards everything below.
+    std::mutex mutex_;       // Guards everything below.
     std::vector<Idle> idle_; // In the order in which they were used.
     bool isClosing_ = false;
 };

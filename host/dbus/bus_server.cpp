@@ -168,8 +168,8 @@ bool BusServer::Flush(int end)
 }
 
 // sd_bus_process() takes one step of several: it sends, tells tracking objects that they are empty, or reads and serves
-// a call, in this order. An answer of which only a part could be sent does not count as a step. A new tracking object is
-// empty, and so no call is read.
+// a call, in this order. An answer of which only a part could be sent does not count as a step. A new tracking object
+// is empty, and so no call is read.
 void BusServer::SendSome()
 {
     sd_bus_track* track = nullptr;

@@ -61,8 +61,8 @@ private:
     BusSlot messages_; // Calls OnMessage.
     LogServiceAdaptor adaptor_;
     bool isNameLost_ = false;
-    BusSlot sign_;          // Calls OnSign; null while no sign is awaited.
-    Time probed_;           // When the last one was asked for.
+    BusSlot sign_;           // Calls OnSign; null while no sign is awaited.
+    Time probed_;            // When the last one was asked for.
     bool hasServed_ = false; // Since then.
 };
 

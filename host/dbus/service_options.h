@@ -24,7 +24,7 @@ Serve the log service as dev.zelk.LogService on D-Bus, until SIGTERM or SIGINT.
   --help           show this text and end
 
 Exit status: 0 after SIGTERM, SIGINT or --help; 1 when the bus cannot be reached, is lost, or has such a service
-already; 2 for a wrong command line.
+already, or when another process takes the name; 2 for a wrong command line.
 )";
 
 // Reads the words of the command line, without the program's own name. If they are wrong, `error` says why; of several

@@ -36,9 +36,9 @@ int g_endRequested = -1;
 
 void OnEndSignal(int)
 {
-    if (g_isEnding != 0) {
-        return; // A second signal does not prolong it.
-    }
+    // Another one neither prolongs the end nor interrupts it.
+    std::signal(SIGTERM, SIG_IGN);
+    std::signal(SIGINT, SIG_IGN);
     g_isEnding = 1;
     const int callersError = errno;
     const uint64_t one = 1;

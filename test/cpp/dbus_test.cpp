@@ -51,6 +51,18 @@ const std::string PROGRAM = Quoted(ZELK_LOG_SERVICE_PROGRAM);
 constexpr auto* BUS = PlayedBus::BUS;
 constexpr auto* OWNER = PlayedBus::OWNER;
 
+// Ends the greeting of a bus with text that libsystemd cannot read.
+constexpr const char* GARBAGE = R"(
+import socket, sys
+listening = socket.socket(socket.AF_UNIX)
+listening.bind(sys.argv[1])
+listening.listen()
+while True:
+    client = listening.accept()[0]
+    client.sendall(b"DATA\r\nOK " + 32 * b"z" + b"\r\nAGREE_UNIX_FD\r\n")
+    client.recv(1000)
+)";
+
 std::string Serving(const Bus& bus)
 {
     return "exec " + PROGRAM + " --address " + bus.address;
@@ -233,19 +245,47 @@ TEST(Dbus, ALateAnswerIsDropped)
     EXPECT_EQ(bus.connections, 1);
 }
 
-TEST(Dbus, CallsOfSeveralThreadsAreInFlightTogether)
+// A service that had to give up its connection cannot tell those who wait.
+TEST(Dbus, AnAnswerIsNotAwaitedForLongOnceTheNameHasPassed)
 {
+    const PlayedBus bus([calls = 0](sd_bus_message* call) mutable {
+        PlayedBus::Notify(call, BUS, "");
+        PlayedBus::Notify(call, BUS, ":1.3");
+        if (++calls == 1) {
+            std::this_thread::sleep_for(100ms);
+            PlayedBus::Reply(call, OWNER, "ib", 0, 1);
+            PlayedBus::Notify(call, BUS, OWNER);
+        }
+    });
+    const Proxy proxy = bus.Find();
+    EXPECT_EQ(StatusBy(proxy), "0 on");
+    const steady_clock::time_point start = steady_clock::now();
+    EXPECT_EQ(StatusBy(proxy), "1001 off");
+    EXPECT_GE(steady_clock::now() - start, 1s);
+    EXPECT_LT(steady_clock::now() - start, 5s);
+}
+
+TEST(Dbus, CallsOfSeveralThreadsHaveConnectionsUntilTheseAreIdle)
+{
+    constexpr size_t THREADS = 20;
     std::vector<BusMessage> calls;
     const PlayedBus bus([&](sd_bus_message* call) {
         calls.emplace_back(sd_bus_message_ref(call));
-        if (calls.size() == 4) { // None of them is answered earlier.
+        if (calls.size() == THREADS) { // None of them is answered earlier.
             for (const BusMessage& waiting : calls) {
                 PlayedBus::Reply(waiting.get(), OWNER, "ib", 0, 1);
             }
             calls.clear();
         }
     });
-    ZelkTest::InThreads([proxy = bus.Find()](size_t) { EXPECT_EQ(StatusBy(proxy), "0 on"); });
+    const Proxy proxy = LogServiceProxy::Find(std::make_shared<BusPool>(
+                                                  bus.address, [] {}, 1s),
+                                              20s);
+    for (int round = 0; round < 2; ++round) {
+        ZelkTest::InThreads<THREADS>([&proxy](size_t) { EXPECT_EQ(StatusBy(proxy), "0 on"); });
+    }
+    EXPECT_EQ(bus.connections, THREADS);
+    EXPECT_TRUE(Eventually([&] { return bus.open < THREADS / 2; })) << bus.open;
 }
 
 // Without its limit, a call lasts as long as the flood.
@@ -352,6 +392,7 @@ TEST_F(Service, IsFoundAsTheSettingSays)
         {"unix:path=/nonexistent", 1, silence},
         // What it refuses.
         {"unix:", 1, report},
+        {"unix:path=/" + std::string(200, 'x'), 1, report},
         {"'unix:path=/nonexistent;unixexec:path=/bin/true'", 1, report},
         {"session DBUS_SESSION_BUS_ADDRESS=" + address, 0, silence},
         {"session DBUS_SESSION_BUS_ADDRESS= XDG_RUNTIME_DIR=" + linked, 0, silence},
@@ -363,6 +404,10 @@ TEST_F(Service, IsFoundAsTheSettingSays)
     for (const auto& [settings, status, errors] : cases) {
         EXPECT_EXIT(FindService(settings), testing::ExitedWithCode(status), errors) << settings;
     }
+    // It is not the address that is invalid.
+    const Process garbage("exec python3 -c " + Quoted(GARBAGE) + " " + linked + "/garbage");
+    EXPECT_TRUE(Eventually([&] { return std::filesystem::exists(bus.folder / "garbage"); }));
+    EXPECT_EXIT(FindService("unix:path=" + bus.folder.string() + "/garbage"), testing::ExitedWithCode(1), silence);
     // After the D-Bus library could not be opened, the next call tries again.
     EXPECT_EXIT(FindService(address, "without-descriptors"), testing::ExitedWithCode(0),
                 "^zelklogservice: [^\n]*cannot open libzelk_dbus-[^\n]*no service\n$");
@@ -373,6 +418,7 @@ TEST_F(Service, HasItsExitStatus)
     const std::pair<const char*, int> cases[] = {
         {"--help", 0},
         {"--address=unix:path=/nonexistent", 1},
+        {"--address=unix:path=/nonexistent 2>&1 | grep -q 'nonexistent: cannot reach the bus: No such file'", 0},
         {"--address", 2},
         {"--quiet 2>&1 | grep -q 'unknown option --quiet; try --help'", 0},
     };
@@ -419,7 +465,7 @@ TEST(Program, GivesItsNameBackUnlessTheBusHangs)
     const PlayedBus hanging([&](sd_bus_message* call) {
         if (std::string_view(sd_bus_message_get_member(call)) == "ReleaseName") {
             ++releases;
-        } else if (++requests == 1) { // The only one that is answered.
+        } else if (++requests == 2) { // The only one that is answered.
             PlayedBus::Reply(call, BUS, "u", 1);
         }
     });
@@ -432,6 +478,75 @@ TEST(Program, GivesItsNameBackUnlessTheBusHangs)
         EXPECT_LT(steady_clock::now() - start, 5s);
     }
     EXPECT_EQ(releases, 1);
+}
+
+// A client that asks for answers of so many megabytes, and reads none.
+BusHandle AskAndReadNothing(const Bus& bus, int answers, size_t megabytes)
+{
+    BusHandle client;
+    EXPECT_GE(OpenBus(bus.address, 20s, client), 0);
+    for (int each = 0; each < answers; ++each) {
+        sd_bus_message* raw = nullptr;
+        sd_bus_message_new_method_call(client.get(), &raw, SERVICE_NAME, SERVICE_PATH, SERVICE_INTERFACE,
+                                       "GetModemLogConfig");
+        const BusMessage call(raw);
+        EXPECT_TRUE(Append(raw, Texts(megabytes, "k")) && sd_bus_send(client.get(), raw, nullptr) >= 0);
+    }
+    EXPECT_GE(sd_bus_flush(client.get()), 0);
+    return client;
+}
+
+// The status, once it is another one than that of a service that serves.
+std::string StatusWhenJammed(const Proxy& proxy)
+{
+    std::string status;
+    EXPECT_TRUE(Eventually([&] { return (status = StatusBy(proxy)) != "0 on"; }));
+    return status;
+}
+
+// The bus reads nothing more from a service when what its clients have not read reaches a limit.
+TEST(Program, ServesOnWhenClientsReadNothing)
+{
+    const char* rounds = std::getenv("ZELK_SERVICE_FAULT_ROUNDS");
+    const PrivateBus bus(ZELK_SYSTEM_BUS_CONFIGURATION);
+    Process service("ASAN_OPTIONS=quarantine_size_mb=1 " + Serving(bus));
+    const Proxy proxy = bus.WaitForService();
+    bool done = false;
+    Texts items = {ItemOf("k", std::string(999'900, 'x'))};
+    ASSERT_EQ(proxy->HandleModemLogSwitch(true, items, done), 0);
+    for (int round = rounds == nullptr ? 2 : std::stoi(rounds); round > 0; --round) {
+        std::vector<BusHandle> clients;
+        if (round % 2 == 0) {
+            clients.push_back(AskAndReadNothing(bus, 50, 14));
+        } else {
+            clients.push_back(AskAndReadNothing(bus, 6, 12));
+            clients.push_back(AskAndReadNothing(bus, 6, 12));
+        }
+        EXPECT_EQ(StatusWhenJammed(proxy), "1001 off") << round;
+        EXPECT_EQ(StatusBy(proxy), "0 on") << round;
+    }
+    EXPECT_LT(service.Peak(), 200); // Fifty answers have 700 MB.
+
+    const BusHandle client = AskAndReadNothing(bus, 12, 14);
+    EXPECT_EQ(StatusWhenJammed(bus.Find(500ms)), "1002 off");
+    const steady_clock::time_point start = steady_clock::now();
+    EXPECT_EQ(service.End(SIGTERM), 0);
+    EXPECT_LT(steady_clock::now() - start, 2s);
+    const Process next(Serving(bus));
+    EXPECT_EQ(StatusBy(bus.WaitForService()), "0 off");
+}
+
+TEST_F(Service, EndsWhenItsNameIsTaken)
+{
+    const std::string errors = bus.folder / "errors";
+    EXPECT_EQ(process.End(SIGTERM), 0);
+    Process service(Serving(bus) + " 2>" + errors);
+    bus.WaitForService();
+    BusHandle another;
+    ASSERT_GE(OpenBus(bus.address, 20s, another), 0);
+    ASSERT_GE(sd_bus_request_name(another.get(), SERVICE_NAME, SD_BUS_NAME_REPLACE_EXISTING), 0);
+    EXPECT_EQ(service.End(), 1);
+    EXPECT_EQ(Process("grep -q 'another process has taken the name' " + errors).End(), 0);
 }
 
 } // namespace OHOS::Host

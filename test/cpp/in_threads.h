@@ -6,11 +6,11 @@
 
 namespace ZelkTest {
 
-// Runs work(0) to work(3), each in its own thread, and waits for all of them.
-template <typename Work>
+// Runs work(0) to work(COUNT - 1), each in its own thread, and waits for all of them.
+template <size_t COUNT = 4, typename Work>
 void InThreads(Work work)
 {
-    std::array<std::future<void>, 4> threads;
+    std::array<std::future<void>, COUNT> threads;
     for (size_t index = 0; index < threads.size(); ++index) {
         threads[index] = std::async(std::launch::async, work, index);
     }

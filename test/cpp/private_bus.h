@@ -2,10 +2,12 @@
 #ifndef TEST_CPP_PRIVATE_BUS_H
 #define TEST_CPP_PRIVATE_BUS_H
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <csignal>
 #include <filesystem>
+#include <fstream>
 #include <functional>
 #include <gtest/gtest.h>
 #include <memory>
@@ -36,6 +38,15 @@ inline std::string Quoted(const std::string& path)
     return "'" + std::regex_replace(path, std::regex("'"), R"('"'"')") + "'";
 }
 
+inline bool Eventually(const std::function<bool()>& condition)
+{
+    int tries = 2000;
+    while (!condition() && --tries > 0) {
+        std::this_thread::sleep_for(10ms);
+    }
+    return tries > 0;
+}
+
 // A child process that runs a shell command. It ends with this object or with the test, even if the test is killed.
 class Process {
 public:
@@ -52,27 +63,34 @@ public:
         End(SIGKILL);
     }
 
-    // Its exit status, after `signal` unless that is 0; or -1 when a signal ended it.
+    // Its exit status, after `signal`, which is sent again and again, unless it is 0; or -1 when a signal ended it, or
+    // nothing did for 20 s.
     int End(int signal = 0)
     {
         int status = 0;
-        const pid_t pid = std::exchange(pid_, -1);
-        const bool hasEnded = pid > 0 && kill(pid, signal) == 0 && waitpid(pid, &status, 0) == pid;
-        return hasEnded && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+        if (pid_ > 0 &&
+            !Eventually([&] { return kill(pid_, signal) == 0 && waitpid(pid_, &status, WNOHANG) == pid_; })) {
+            kill(pid_, SIGKILL);
+            waitpid(pid_, &status, 0);
+        }
+        return std::exchange(pid_, -1) > 0 && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    }
+
+    // The most memory that it has used, in megabytes.
+    long Peak() const
+    {
+        std::ifstream file("/proc/" + std::to_string(pid_) + "/status");
+        std::string word;
+        while (file >> word && word != "VmHWM:") {
+        }
+        long kibibytes = 0;
+        file >> kibibytes;
+        return kibibytes * 1024 / 1'000'000;
     }
 
 private:
     pid_t pid_;
 };
-
-inline bool Eventually(const std::function<bool()>& condition)
-{
-    int tries = 1000;
-    while (!condition() && --tries > 0) {
-        std::this_thread::sleep_for(10ms);
-    }
-    return tries > 0;
-}
 
 // A bus with a socket in a temporary folder.
 struct Bus {
@@ -95,7 +113,9 @@ struct Bus {
 
 // A D-Bus daemon.
 struct PrivateBus : Bus {
-    PrivateBus()
+    explicit PrivateBus(const std::string& configuration = ZELK_BUS_CONFIGURATION)
+        : daemon("exec dbus-daemon --nofork --nopidfile --config-file=" + Quoted(configuration) +
+                 " --address=" + address + " 2>/dev/null") // It remarks on the limits of this machine.
     {
         std::unique_ptr<BusConnection> connection;
         EXPECT_TRUE(Eventually(
@@ -112,9 +132,7 @@ struct PrivateBus : Bus {
         return proxy;
     }
 
-    // It remarks on the limits of this machine.
-    const Process daemon{"exec dbus-daemon --nofork --nopidfile --config-file=" + Quoted(ZELK_BUS_CONFIGURATION) +
-                         " --address=" + address + " 2>/dev/null"};
+    const Process daemon;
 };
 
 // A bus simulated by the test: the other end of the connections of its clients. It answers the calls that clients make
@@ -176,7 +194,8 @@ public:
     }
 
     std::atomic<bool> isOwned = true;
-    std::atomic<int> connections = 0;
+    std::atomic<int> connections = 0; // That were made.
+    std::atomic<size_t> open = 0;     // Those of them that are left.
 
 private:
     static BusMessage Send(BusMessage message, const char* sender)
@@ -202,6 +221,11 @@ private:
                     OnMessage(message.get());
                 }
             }
+            const auto isClosed = [](const BusHandle& client) {
+                return sd_bus_is_open(client.get()) <= 0;
+            };
+            clients.erase(std::remove_if(clients.begin(), clients.end(), isClosed), clients.end());
+            open = clients.size();
             std::this_thread::sleep_for(1ms);
         }
     }
