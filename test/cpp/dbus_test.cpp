@@ -485,12 +485,13 @@ BusHandle AskAndReadNothing(const Bus& bus, int answers, size_t megabytes)
 {
     BusHandle client;
     EXPECT_GE(OpenBus(bus.address, 20s, client), 0);
+    uint64_t cookie = 0; // Without it no answer is expected.
     for (int each = 0; each < answers; ++each) {
         sd_bus_message* raw = nullptr;
         sd_bus_message_new_method_call(client.get(), &raw, SERVICE_NAME, SERVICE_PATH, SERVICE_INTERFACE,
                                        "GetModemLogConfig");
         const BusMessage call(raw);
-        EXPECT_TRUE(Append(raw, Texts(megabytes, "k")) && sd_bus_send(client.get(), raw, nullptr) >= 0);
+        EXPECT_TRUE(Append(raw, Texts(megabytes, "k")) && sd_bus_send(client.get(), raw, &cookie) >= 0);
     }
     EXPECT_GE(sd_bus_flush(client.get()), 0);
     return client;
