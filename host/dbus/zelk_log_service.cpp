@@ -28,7 +28,7 @@ void Say(const std::string& text)
 }
 
 // After SIGTERM or SIGINT the process may go on for this long, whatever it waits for.
-constexpr itimerval PATIENCE = {{}, {0, 500'000}};
+constexpr itimerval PATIENCE = {{}, {0, 800'000}};
 
 // Whether SIGTERM or SIGINT has arrived, and an eventfd that becomes readable then.
 volatile std::sig_atomic_t g_isEnding = 0;
