@@ -9,6 +9,8 @@
  * - **Refused**: the reason is logged, nothing is thrown, no request is made, and the function returns `undefined`.
  *   This is why the promise forms of the first twelve may return `undefined`.
  * - **Failed**: the service answered with a code other than 0, or could not be reached. The code is not delivered.
+ * - **Unreadable as JSON**: a text that jsoncpp's reader does not take. It takes comments, leading zeros and whatever
+ *   follows the value; a number beyond a double's range anywhere makes the whole text unreadable.
  * - **Never settles**: the promise stays pending, or the callback is never called. Set your own time limit.
  *   `zelklogservice/testing` provides a log service that never answers, for tests; see docs/testing.md.
  *
@@ -36,12 +38,15 @@ export type ConfigValue = boolean | number | string | readonly boolean[] | reado
  * The parameters of an item by name, sent in the order of the object's own properties (on the desktop the enumerable
  * ones). A name ends at its first NUL, and one longer than 8194 bytes of UTF-8 counts as `""`: what is sent is the
  * property with that name, if there is one.
+ *
+ * TypeScript refuses a value whose type is an `interface` of your own ("Index signature is missing"): pass a copy,
+ * `{ ...modem }`, or declare a `type` in place of the `interface`.
  */
 export type ConfigParameters = Readonly<Record<string, ConfigValue>>;
 
 /** One setting to be changed. */
 export interface ConfigItem {
-  /** The setting's name: 1 to 8194 bytes of UTF-8; anything else is sent as `""`. */
+  /** The setting's name, up to its first NUL: 1 to 8194 bytes of UTF-8; anything else is sent as `""`. */
   readonly configKey: string;
   readonly value: ConfigParameters;
 }
@@ -58,7 +63,9 @@ export interface ConfigEntry {
   configKey?: string;
   /**
    * The members of the service's JSON text: names that look like integers first, then the others in ascending byte
-   * order. Empty when the service gave no usable text. Without a prototype when the text says `"__proto__": null`.
+   * order. Names and strings end at their first NUL; `__proto__` is not among them, and `"__proto__": null` leaves the
+   * object without a prototype. Empty when the service gave no text, or one that is unreadable as JSON: a number beyond
+   * a double's range makes it so, and all its members are lost.
    */
   value: Record<string, ConfigAnswerValue>;
 }
@@ -80,270 +87,343 @@ export type AnswerCallback<T> = (answer: T) => void;
 // ---- Modem log ------------------------------------------------------------------------------------------------------
 
 /**
- * Reads the modem log's configuration.
+ * Reads the modem log's configuration; the callback gets one entry per text that the service's `GetModemLogConfig`
+ * returns, in the same order.
  *
  * - Rights: system application.
- * - Answer: one entry per text that the service's `GetModemLogConfig` returns, in the same order.
- * - Refused: more than two arguments; keys that are not an array.
- * - Throws: an Error with the runtime's own text, when called without arguments.
- * - Never settles: the request failed; `keys` is empty; the answer is empty; one of its texts is not JSON or is nested
- *   about 1,000 levels deep; a setting is an integer of up to 64 bits that fits neither int32 nor uint32. A larger
- *   integer arrives as a double; one inside a list or a nested object is left out.
+ * - Refused (the reason is logged, the callback is never called): any other caller; more than two arguments; keys that
+ *   are not an array.
+ * - Never calls back: the request failed; `keys` or the answer is empty; one of its texts is unreadable as JSON or
+ *   nested about 1,000 levels deep; a setting is an integer of up to 64 bits that fits neither int32 nor uint32. Inside
+ *   a list or a nested object such an integer does no harm, and a larger one arrives as a double.
+ * - A second argument that is not a function is ignored: the call answers by promise.
  *
- * @param keys The settings to read. A key that is not a string of 1 to 8194 bytes is sent as `""`.
- */
-export function getModemLogConfig(keys: readonly string[]): Promise<ConfigEntry[]> | undefined;
-/**
- * Reads the modem log's configuration, see above; the callback gets the entries. It is never called where the promise
- * would never settle. A second argument that is not a function is ignored: the call answers by promise.
+ * @param keys The settings to read. A key ends at its first NUL; one that is not a string of 1 to 8194 bytes is sent as
+ * `""`.
  */
 export function getModemLogConfig(keys: readonly string[], callback: AnswerCallback<ConfigEntry[]>): undefined;
+/**
+ * Reads the modem log's configuration: one entry per text that the service's `GetModemLogConfig` returns, in the same
+ * order.
+ *
+ * - Rights: system application.
+ * - Refused (returns `undefined`, the reason is logged): any other caller; more than two arguments; keys that are not
+ *   an array.
+ * - Never settles (the promise stays pending: set a time limit): the request failed; `keys` or the answer is empty; one
+ *   of its texts is unreadable as JSON or nested about 1,000 levels deep; a setting is an integer of up to 64 bits that
+ *   fits neither int32 nor uint32. Inside a list or a nested object such an integer does no harm, and a larger one
+ *   arrives as a double.
+ * - Throws: an Error with the runtime's own text, when called without arguments.
+ *
+ * @param keys The settings to read. A key ends at its first NUL; one that is not a string of 1 to 8194 bytes is sent as
+ * `""`.
+ */
+export function getModemLogConfig(keys: readonly string[]): Promise<ConfigEntry[]> | undefined;
 
 /**
- * Not supported at present: throws a {@link NotSupportedError} on every call. Use a callback to get the answer of the
- * service's `GetModemLogDirectPackConfig` request, which is made all the same. Without one the answer is lost with the
- * exception, and a device makes no request.
+ * Not supported at present: throws a {@link NotSupportedError} on every call, and later calls back with the answer of
+ * the service's `GetModemLogDirectPackConfig`, a text up to its first NUL: the request is made all the same.
  *
- * - Rights: system application. Any other caller is refused and nothing is thrown: only then does it return.
+ * - Rights: system application.
+ * - Refused (returns `undefined` and throws nothing, the callback is never called): any other caller.
+ * - Never calls back: the request failed; there is more than one argument.
+ *
+ * @throws {NotSupportedError} `GetModemLogDirectPackConfig current function not support in current time`
+ */
+export function getModemLogDirectPackConfig(callback: AnswerCallback<string>): undefined;
+/**
+ * Not supported at present: throws a {@link NotSupportedError} on every call. The answer is lost with the exception,
+ * although the request is made, and a device does not even make the request: use a callback.
+ *
+ * - Rights: system application.
+ * - Refused (returns `undefined` and throws nothing): any other caller.
  *
  * @throws {NotSupportedError} `GetModemLogDirectPackConfig current function not support in current time`
  */
 export function getModemLogDirectPackConfig(): undefined;
-/**
- * Throws a {@link NotSupportedError} on every call, see above, and later calls back with the direct-pack configuration,
- * a text up to its first NUL. Not called when the request failed. With more than one argument no callback is used.
- *
- * @throws {NotSupportedError}
- */
-export function getModemLogDirectPackConfig(callback: AnswerCallback<string>): undefined;
 
 /**
- * Not supported at present: throws a {@link NotSupportedError} on every call. Use a callback to get the answer of the
- * service's `GetModemLogLogMasks` request, which is made all the same. Without one the answer is lost with the
- * exception, and a device makes no request.
+ * Not supported at present: throws a {@link NotSupportedError} on every call, and later calls back with the answer of
+ * the service's `GetModemLogLogMasks`, one mask per text: the request is made all the same.
  *
- * - Rights: system application. Any other caller is refused and nothing is thrown: only then does it return.
+ * - Rights: system application.
+ * - Refused (returns `undefined` and throws nothing, the callback is never called): any other caller.
+ * - Never calls back: the request failed; the answer is empty; one of its texts is unreadable as JSON or nested about
+ *   1,000 levels deep; there is more than one argument.
+ *
+ * @throws {NotSupportedError} `GetModemLogLogMasks current function not support in current time`
+ */
+export function getModemLogLogMasks(callback: AnswerCallback<LogMask[]>): undefined;
+/**
+ * Not supported at present: throws a {@link NotSupportedError} on every call. The answer is lost with the exception,
+ * although the request is made, and a device does not even make the request: use a callback.
+ *
+ * - Rights: system application.
+ * - Refused (returns `undefined` and throws nothing): any other caller.
  *
  * @throws {NotSupportedError} `GetModemLogLogMasks current function not support in current time`
  */
 export function getModemLogLogMasks(): undefined;
-/**
- * Throws a {@link NotSupportedError} on every call, see above, and later calls back with the log masks. Not called when
- * the request failed, the answer is empty, or one of its texts is not JSON or is nested about 1,000 levels deep. With
- * more than one argument no callback is used.
- *
- * @throws {NotSupportedError}
- */
-export function getModemLogLogMasks(callback: AnswerCallback<LogMask[]>): undefined;
 
 /**
- * Asks whether the modem log is on.
+ * Asks whether the modem log is on; the callback gets the state, from the service's `GetModemLogStatus`.
  *
  * - Rights: system application.
- * - Answer: the state, from the service's `GetModemLogStatus`.
- * - Failed: rejected with a boolean, not an Error: the state if the service gave one, otherwise `false`.
- * - Refused: more than one argument.
- */
-export function getModemLogStatus(): Promise<boolean> | undefined;
-/**
- * Asks whether the modem log is on, see above. The callback is also called after a failure and cannot distinguish it
- * from an answer. An argument that is not a function is ignored: the call answers by promise.
+ * - Refused (the reason is logged, the callback is never called): any other caller; more than one argument.
+ * - Failed: the callback is called nevertheless, and cannot distinguish that from an answer: it gets the state if the
+ *   service gave one, otherwise `false`.
+ * - An argument that is not a function is ignored: the call answers by promise.
  */
 export function getModemLogStatus(callback: AnswerCallback<boolean>): undefined;
-
 /**
- * Turns the modem log on or off.
+ * Asks whether the modem log is on: the state, from the service's `GetModemLogStatus`.
  *
  * - Rights: system application.
- * - Answer: the result of the service's `HandleModemLogSwitch`, `true` when it has switched.
- * - Failed: rejected with a boolean, not an Error: the result if the service gave one, otherwise `false`.
- * - Refused: more than three arguments.
- * - Throws: an Error with the runtime's own text, when called without arguments.
+ * - Refused (returns `undefined`, the reason is logged): any other caller; more than one argument.
+ * - Failed: rejected with a boolean, not an Error: the state if the service gave one, otherwise `false`.
+ */
+export function getModemLogStatus(): Promise<boolean> | undefined;
+
+/**
+ * Turns the modem log on or off, and applies `configs` with the switch; the callback gets the result of the service's
+ * `HandleModemLogSwitch`, `true` when it has switched.
+ *
+ * - Rights: system application.
+ * - Refused (the reason is logged, the callback is never called): any other caller; more than three arguments.
+ * - Failed: the callback is called nevertheless, and cannot distinguish that from an answer: it gets the result if the
+ *   service gave one, otherwise `false`.
  *
  * @param on A state that is not a boolean means off.
- */
-export function handleModemLogSwitch(on: boolean, configs?: undefined): Promise<boolean> | undefined;
-/**
- * Turns the modem log on or off, see above, and applies `configs` with the switch; an empty list makes the
- * request without items. On the desktop the request with items is `HandleModemLogSwitchWithConfigs`.
- */
-export function handleModemLogSwitch(on: boolean, configs: readonly ConfigItem[]): Promise<boolean> | undefined;
-/**
- * Turns the modem log on or off, see above. The callback is also called after a failure and cannot distinguish it from
- * an answer. Its type is not checked: a second argument that is neither an array nor `undefined` is the callback, and
- * one that cannot be called ends in an uncaught exception.
- */
-export function handleModemLogSwitch(on: boolean, callback: AnswerCallback<boolean>): undefined;
-/**
- * Turns the modem log on or off and applies `configs`, see above. The callback comes second and the items third; in the
- * other order the array is taken for the callback.
+ * @param callback Comes before the items: in the other order the array is taken for the callback. Its type is not
+ * checked, and one that cannot be called ends in an uncaught exception.
+ * @param configs An empty list makes the request without items. On the desktop the request with items is
+ * `HandleModemLogSwitchWithConfigs`.
  */
 export function handleModemLogSwitch(
   on: boolean,
   callback: AnswerCallback<boolean>,
-  configs: readonly ConfigItem[]
+  configs?: readonly ConfigItem[] | undefined
 ): undefined;
-
 /**
- * Changes the modem log's configuration.
+ * Turns the modem log on or off, and applies `configs` with the switch: the result of the service's
+ * `HandleModemLogSwitch`, `true` when it has switched.
  *
  * - Rights: system application.
- * - Answer: the result of the service's `ChangeModemLogConfig`, `true` when it has applied the items.
+ * - Refused (returns `undefined`, the reason is logged): any other caller; more than three arguments.
+ * - Failed: rejected with a boolean, not an Error: the result if the service gave one, otherwise `false`.
+ * - Throws: an Error with the runtime's own text, when called without arguments.
+ *
+ * @param on A state that is not a boolean means off.
+ * @param configs An empty list makes the request without items. On the desktop the request with items is
+ * `HandleModemLogSwitchWithConfigs`.
+ */
+export function handleModemLogSwitch(
+  on: boolean,
+  configs?: readonly ConfigItem[] | undefined
+): Promise<boolean> | undefined;
+
+/**
+ * Changes the modem log's configuration; the callback gets the result of the service's `ChangeModemLogConfig`, `true`
+ * when it has applied the items.
+ *
+ * - Rights: system application.
+ * - Refused (the reason is logged, the callback is never called): any other caller; items that are not an array.
+ * - Failed: the callback is called nevertheless, and cannot distinguish that from an answer: it gets the result if the
+ *   service gave one, otherwise `false`. An empty list fails too, without a request.
+ *
+ * @param callback Used only when it is a function and there are exactly two arguments; otherwise the call answers by
+ * promise.
+ */
+export function changeModemLogConfig(configs: readonly ConfigItem[], callback: AnswerCallback<boolean>): undefined;
+/**
+ * Changes the modem log's configuration: the result of the service's `ChangeModemLogConfig`, `true` when it has applied
+ * the items.
+ *
+ * - Rights: system application.
+ * - Refused (returns `undefined`, the reason is logged): any other caller; items that are not an array.
  * - Failed: rejected with a boolean, not an Error: the result if the service gave one, otherwise `false`. An empty list
  *   fails too, without a request.
- * - Refused: a first argument that is not an array.
  * - Throws: an Error with the runtime's own text, when called without arguments.
  */
 export function changeModemLogConfig(configs: readonly ConfigItem[]): Promise<boolean> | undefined;
-/**
- * Changes the modem log's configuration, see above. The callback is also called after a failure and cannot distinguish
- * it from an answer. It is used only when it is a function and there are exactly two arguments; otherwise the call
- * answers by promise.
- */
-export function changeModemLogConfig(configs: readonly ConfigItem[], callback: AnswerCallback<boolean>): undefined;
 
 /**
- * Sends one command to the modem log.
+ * Sends one command to the modem log; the callback gets the result of the service's `SendModemLogCommand`.
  *
  * - Rights: system application.
- * - Answer: the result of the service's `SendModemLogCommand`.
- * - Refused: a command that is not an object.
+ * - Refused (the reason is logged, the callback is never called): any other caller; a command that is not an object.
+ * - Never calls back: the request failed. That the service cannot be reached is logged; no other failure is.
+ *
+ * @param command Sent even when incomplete: without a usable `configKey` as `""`, without `value` with no parameters.
+ * @param callback The second of two arguments, whatever its type: one that cannot be called ends in an uncaught
+ * exception. With three or more arguments the call answers by promise.
+ */
+export function sendModemLogCommand(command: ModemLogCommand, callback: AnswerCallback<boolean>): undefined;
+/**
+ * Sends one command to the modem log: the result of the service's `SendModemLogCommand`.
+ *
+ * - Rights: system application.
+ * - Refused (returns `undefined`, the reason is logged): any other caller; a command that is not an object.
+ * - Never settles (the promise stays pending: set a time limit): the request failed. That the service cannot be reached
+ *   is logged; no other failure is.
  * - Throws: an Error with the runtime's own text, when called without arguments.
- * - Never settles: the request failed. That the service cannot be reached is logged; no other failure is.
  *
  * @param command Sent even when incomplete: without a usable `configKey` as `""`, without `value` with no parameters.
  */
 export function sendModemLogCommand(command: ModemLogCommand): Promise<boolean> | undefined;
-/**
- * Sends one command to the modem log, see above. The callback is not called when the request failed. The second of two
- * arguments is the callback, whatever its type, and one that cannot be called ends in an uncaught exception; with
- * three or more arguments the call answers by promise.
- */
-export function sendModemLogCommand(command: ModemLogCommand, callback: AnswerCallback<boolean>): undefined;
 
 // ---- Network packet capture -----------------------------------------------------------------------------------------
 
 /**
- * Asks whether network packet capture is running.
+ * Asks whether network packet capture is running; the callback gets the state, from the service's `GetTcpdumpStatus`.
  *
  * - Rights: system application.
- * - Answer: the state, from the service's `GetTcpdumpStatus`.
- * - Refused: more than one argument.
- * - Never settles: the request failed.
- */
-export function getTcpdumpStatus(): Promise<boolean> | undefined;
-/**
- * Asks whether network packet capture is running, see above. The callback is not called when the request failed. An
- * argument that is not a function is ignored: the call answers by promise.
+ * - Refused (the reason is logged, the callback is never called): any other caller; more than one argument.
+ * - Never calls back: the request failed.
+ * - An argument that is not a function is ignored: the call answers by promise.
  */
 export function getTcpdumpStatus(callback: AnswerCallback<boolean>): undefined;
-
 /**
- * Reads the configuration of packet capture.
+ * Asks whether network packet capture is running: the state, from the service's `GetTcpdumpStatus`.
  *
  * - Rights: system application.
- * - Answer: one entry per text that the service's `GetTcpdumpConfig` returns, in the same order.
- * - Refused: more than two arguments; keys that are not an array.
- * - Throws: an Error with the runtime's own text, when called without arguments.
- * - Never settles: the request failed; `keys` is empty; the answer is empty; one of its texts is not JSON or is nested
- *   about 1,000 levels deep; a setting is an integer of up to 64 bits that fits neither int32 nor uint32. A larger
- *   integer arrives as a double; one inside a list or a nested object is left out.
- *
- * @param keys The settings to read. A key that is not a string of 1 to 8194 bytes is sent as `""`.
+ * - Refused (returns `undefined`, the reason is logged): any other caller; more than one argument.
+ * - Never settles (the promise stays pending: set a time limit): the request failed.
  */
-export function getTcpdumpConfig(keys: readonly string[]): Promise<ConfigEntry[]> | undefined;
+export function getTcpdumpStatus(): Promise<boolean> | undefined;
+
 /**
- * Reads the configuration of packet capture, see above; the callback gets the entries. It is never called where the
- * promise would never settle. A second argument that is not a function is ignored: the call answers by promise.
+ * Reads the configuration of packet capture; the callback gets one entry per text that the service's `GetTcpdumpConfig`
+ * returns, in the same order.
+ *
+ * - Rights: system application.
+ * - Refused (the reason is logged, the callback is never called): any other caller; more than two arguments; keys that
+ *   are not an array.
+ * - Never calls back: the request failed; `keys` or the answer is empty; one of its texts is unreadable as JSON or
+ *   nested about 1,000 levels deep; a setting is an integer of up to 64 bits that fits neither int32 nor uint32. Inside
+ *   a list or a nested object such an integer does no harm, and a larger one arrives as a double.
+ * - A second argument that is not a function is ignored: the call answers by promise.
+ *
+ * @param keys The settings to read. A key ends at its first NUL; one that is not a string of 1 to 8194 bytes is sent as
+ * `""`.
  */
 export function getTcpdumpConfig(keys: readonly string[], callback: AnswerCallback<ConfigEntry[]>): undefined;
-
 /**
- * Changes the configuration of packet capture.
+ * Reads the configuration of packet capture: one entry per text that the service's `GetTcpdumpConfig` returns, in the
+ * same order.
  *
  * - Rights: system application.
- * - Answer: the result of the service's `ChangeTcpdumpConfig`, `true` when it has applied the items.
- * - Refused: a first argument that is not an array.
+ * - Refused (returns `undefined`, the reason is logged): any other caller; more than two arguments; keys that are not
+ *   an array.
+ * - Never settles (the promise stays pending: set a time limit): the request failed; `keys` or the answer is empty; one
+ *   of its texts is unreadable as JSON or nested about 1,000 levels deep; a setting is an integer of up to 64 bits that
+ *   fits neither int32 nor uint32. Inside a list or a nested object such an integer does no harm, and a larger one
+ *   arrives as a double.
  * - Throws: an Error with the runtime's own text, when called without arguments.
- * - Never settles: the request failed; `configs` is empty. That the service cannot be reached is logged; no other
- *   failure is, nor an empty list.
+ *
+ * @param keys The settings to read. A key ends at its first NUL; one that is not a string of 1 to 8194 bytes is sent as
+ * `""`.
  */
-export function changeTcpdumpConfig(configs: readonly ConfigItem[]): Promise<boolean> | undefined;
+export function getTcpdumpConfig(keys: readonly string[]): Promise<ConfigEntry[]> | undefined;
+
 /**
- * Changes the configuration of packet capture, see above. The callback is not called where the promise would never
- * settle. It is used only when it is a function and there are exactly two arguments; otherwise the call answers by
+ * Changes the configuration of packet capture; the callback gets the result of the service's `ChangeTcpdumpConfig`,
+ * `true` when it has applied the items.
+ *
+ * - Rights: system application.
+ * - Refused (the reason is logged, the callback is never called): any other caller; items that are not an array.
+ * - Never calls back: the request failed; `configs` is empty. That the service cannot be reached is logged; no other
+ *   failure is, nor an empty list.
+ *
+ * @param callback Used only when it is a function and there are exactly two arguments; otherwise the call answers by
  * promise.
  */
 export function changeTcpdumpConfig(configs: readonly ConfigItem[], callback: AnswerCallback<boolean>): undefined;
-
 /**
- * Starts or stops packet capture.
+ * Changes the configuration of packet capture: the result of the service's `ChangeTcpdumpConfig`, `true` when it has
+ * applied the items.
  *
  * - Rights: system application.
- * - Answer: the result of the service's `HandleTcpdumpSwitch`, `true` when it has switched.
- * - Refused: more than three arguments.
+ * - Refused (returns `undefined`, the reason is logged): any other caller; items that are not an array.
+ * - Never settles (the promise stays pending: set a time limit): the request failed; `configs` is empty. That the
+ *   service cannot be reached is logged; no other failure is, nor an empty list.
  * - Throws: an Error with the runtime's own text, when called without arguments.
- * - Never settles: the request failed.
+ */
+export function changeTcpdumpConfig(configs: readonly ConfigItem[]): Promise<boolean> | undefined;
+
+/**
+ * Starts or stops packet capture, and applies `configs` with the switch; the callback gets the result of the service's
+ * `HandleTcpdumpSwitch`, `true` when it has switched.
+ *
+ * - Rights: system application.
+ * - Refused (the reason is logged, the callback is never called): any other caller; more than three arguments.
+ * - Never calls back: the request failed.
  *
  * @param on A state that is not a boolean means stop.
- */
-export function handleTcpdumpSwitch(on: boolean, configs?: undefined): Promise<boolean> | undefined;
-/**
- * Starts or stops packet capture, see above, and applies `configs` with the switch; an empty list makes the
- * request without items. On the desktop the request with items is `HandleTcpdumpSwitchWithConfigs`.
- */
-export function handleTcpdumpSwitch(on: boolean, configs: readonly ConfigItem[]): Promise<boolean> | undefined;
-/**
- * Starts or stops packet capture, see above. The callback is not called when the request failed. Its type is not
- * checked: a second argument that is neither an array nor `undefined` is the callback, and one that cannot be called
- * ends in an uncaught exception.
- */
-export function handleTcpdumpSwitch(on: boolean, callback: AnswerCallback<boolean>): undefined;
-/**
- * Starts or stops packet capture and applies `configs`, see above. The callback comes second and the items third; in
- * the other order the array is taken for the callback.
+ * @param callback Comes before the items: in the other order the array is taken for the callback. Its type is not
+ * checked, and one that cannot be called ends in an uncaught exception.
+ * @param configs An empty list makes the request without items. On the desktop the request with items is
+ * `HandleTcpdumpSwitchWithConfigs`.
  */
 export function handleTcpdumpSwitch(
   on: boolean,
   callback: AnswerCallback<boolean>,
-  configs: readonly ConfigItem[]
+  configs?: readonly ConfigItem[] | undefined
 ): undefined;
+/**
+ * Starts or stops packet capture, and applies `configs` with the switch: the result of the service's
+ * `HandleTcpdumpSwitch`, `true` when it has switched.
+ *
+ * - Rights: system application.
+ * - Refused (returns `undefined`, the reason is logged): any other caller; more than three arguments.
+ * - Never settles (the promise stays pending: set a time limit): the request failed.
+ * - Throws: an Error with the runtime's own text, when called without arguments.
+ *
+ * @param on A state that is not a boolean means stop.
+ * @param configs An empty list makes the request without items. On the desktop the request with items is
+ * `HandleTcpdumpSwitchWithConfigs`.
+ */
+export function handleTcpdumpSwitch(
+  on: boolean,
+  configs?: readonly ConfigItem[] | undefined
+): Promise<boolean> | undefined;
 
 // ---- Bluetooth call PCM log -----------------------------------------------------------------------------------------
 
 /**
- * Turns the Bluetooth call PCM log on or off, with the service's `HandleBluetoothCallPcmLogSwitch`.
+ * Turns the Bluetooth call PCM log on or off, with the service's `HandleBluetoothCallPcmLogSwitch`. **The callback gets
+ * `false` on success**, because the service answers this switch with its code alone.
  *
  * - Rights: system application.
- * - Answer: **`false` on success**, because the service answers this switch with its code alone. A fulfilled promise
- *   means success.
- * - Refused: more than three arguments.
- * - Throws: an Error with the runtime's own text, when called without arguments.
- * - Never settles: the request failed.
+ * - Refused (the reason is logged, the callback is never called): any other caller; more than three arguments.
+ * - Never calls back: the request failed.
  *
  * @param on A state that is not a boolean means off.
- */
-export function handleBluetoothCallPcmLogSwitch(on: boolean, configs?: undefined): Promise<false> | undefined;
-/** Turns the Bluetooth call PCM log on or off, see above. `configs` is read but not sent. */
-export function handleBluetoothCallPcmLogSwitch(
-  on: boolean,
-  configs: readonly ConfigItem[]
-): Promise<false> | undefined;
-/**
- * Turns the Bluetooth call PCM log on or off, see above. The callback is not called when the request failed. Its type
- * is not checked: a second argument that is neither an array nor `undefined` is the callback, and one that cannot be
- * called ends in an uncaught exception.
- */
-export function handleBluetoothCallPcmLogSwitch(on: boolean, callback: AnswerCallback<false>): undefined;
-/**
- * Turns the Bluetooth call PCM log on or off, see above. The callback comes second; the items, third, are read but not
- * sent.
+ * @param callback Comes before the items: in the other order the array is taken for the callback. Its type is not
+ * checked, and one that cannot be called ends in an uncaught exception.
+ * @param configs Read but not sent.
  */
 export function handleBluetoothCallPcmLogSwitch(
   on: boolean,
   callback: AnswerCallback<false>,
-  configs: readonly ConfigItem[]
+  configs?: readonly ConfigItem[] | undefined
 ): undefined;
+/**
+ * Turns the Bluetooth call PCM log on or off, with the service's `HandleBluetoothCallPcmLogSwitch`. **The answer is
+ * `false` on success**, because the service answers this switch with its code alone: a fulfilled promise means success.
+ *
+ * - Rights: system application.
+ * - Refused (returns `undefined`, the reason is logged): any other caller; more than three arguments.
+ * - Never settles (the promise stays pending: set a time limit): the request failed.
+ * - Throws: an Error with the runtime's own text, when called without arguments.
+ *
+ * @param on A state that is not a boolean means off.
+ * @param configs Read but not sent.
+ */
+export function handleBluetoothCallPcmLogSwitch(
+  on: boolean,
+  configs?: readonly ConfigItem[] | undefined
+): Promise<false> | undefined;
 
 // ---- Remote devices -------------------------------------------------------------------------------------------------
 
@@ -353,7 +433,7 @@ export function handleBluetoothCallPcmLogSwitch(
  * - Rights: none.
  * - Answer: the reply text of the service's `FetchRemoteDevicesLogs`, unchanged.
  * - Failed: rejected with a string, not an Error: the reply that came with the failure, `""` when there was none.
- * - Refused: not exactly two arguments.
+ * - Refused (returns `undefined`, the reason is logged): not exactly two arguments.
  *
  * @param request A text in the service's own format, up to its first NUL. One longer than 8194 bytes of UTF-8, or
  * anything that is not a string, is sent as `""`.
@@ -368,7 +448,7 @@ export function fetchRemoteDevicesLogs(request: string, value: number): Promise<
  * - Rights: none.
  * - Answer: the reply text of the service's `QueryRemoteDevicesLogs`, unchanged.
  * - Failed: rejected with a string, not an Error: the reply that came with the failure, `""` when there was none.
- * - Refused: not exactly one argument.
+ * - Refused (returns `undefined`, the reason is logged): not exactly one argument.
  *
  * @param request As for {@link fetchRemoteDevicesLogs}.
  */
@@ -384,12 +464,13 @@ export function queryRemoteDevicesLogs(request: string): Promise<string>;
 export function getRemoteDevicesList(): Promise<string>;
 
 /**
- * Sends a request for protocol data. The request and the reply are logged in full.
+ * Sends a request for protocol data. The request and the reply are logged, each up to its first NUL; with the service
+ * away, no request is. A device cuts long lines.
  *
  * - Rights: none.
  * - Answer: the reply text of the service's `QueryProtocolData`, unchanged.
  * - Failed: rejected with a string, not an Error: the reply that came with the failure, `""` when there was none.
- * - Refused: not exactly one argument.
+ * - Refused (returns `undefined`, the reason is logged): not exactly one argument.
  *
  * @param request As for {@link fetchRemoteDevicesLogs}.
  */

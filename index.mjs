@@ -2,7 +2,7 @@ import zelklogservice from './index.js';
 
 export default zelklogservice;
 
-// The functions are not enumerable, so each is named here.
+// An ES module's exports cannot be made of an object's properties, so each function is named here.
 export const {
   getModemLogConfig,
   getModemLogDirectPackConfig,

@@ -12,6 +12,8 @@ import type { Callback } from './@ohos.base';
  * - **Refused**: the reason is logged, nothing is thrown, no request is made, and the function returns `undefined`.
  *   This is why the promise forms of the first twelve may return `undefined`.
  * - **Failed**: the service answered with a code other than 0, or could not be reached. The code is not delivered.
+ * - **Unreadable as JSON**: a text that jsoncpp's reader does not take. It takes comments, leading zeros and whatever
+ *   follows the value; a number beyond a double's range anywhere makes the whole text unreadable.
  * - **Never settles**: the promise stays pending, or the callback is never called. Set your own time limit.
  *
  * A callback gets the answer as its only argument; there is no error argument. An exception that it throws is uncaught.
@@ -19,6 +21,9 @@ import type { Callback } from './@ohos.base';
  * runtime itself fails. A getter that throws does not stop the call: it goes on with what could be read until then, a
  * callback still gets the answer, and the promise is lost with the exception. Without a callback a device then makes no
  * request.
+ *
+ * An array is read to its `length`, holes included, while JavaScript waits. There is no limit but the memory, of which
+ * an item takes about 100 bytes, twice: look at the length of an array that comes from somebody else.
  *
  * @namespace zelklogservice
  * @systemapi
@@ -43,6 +48,9 @@ declare namespace zelklogservice {
    * ones). A name ends at its first NUL, and one longer than 8194 bytes of UTF-8 counts as `""`: what is sent is the
    * property with that name, if there is one.
    *
+   * TypeScript refuses a value whose type is an `interface` of your own ("Index signature is missing"): pass a copy,
+   * `{ ...modem }`, or declare a `type` in place of the `interface`.
+   *
    * @systemapi
    * @since 11
    */
@@ -55,7 +63,7 @@ declare namespace zelklogservice {
    * @since 11
    */
   interface ConfigItem {
-    /** The setting's name: 1 to 8194 bytes of UTF-8; anything else is sent as `""`. */
+    /** The setting's name, up to its first NUL: 1 to 8194 bytes of UTF-8; anything else is sent as `""`. */
     readonly configKey: string;
     readonly value: ConfigParameters;
   }
@@ -87,7 +95,9 @@ declare namespace zelklogservice {
     configKey?: string;
     /**
      * The members of the service's JSON text: names that look like integers first, then the others in ascending byte
-     * order. Empty when the service gave no usable text.
+     * order. Names and strings end at their first NUL; `__proto__` is not among them, and `"__proto__": null` leaves the
+     * object without a prototype. Empty when the service gave no text, or one that is unreadable as JSON: a number beyond
+     * a double's range makes it so, and all its members are lost.
      */
     value: Record<string, ConfigAnswerValue>;
   }
@@ -114,28 +124,18 @@ declare namespace zelklogservice {
   }
 
   /**
-   * Reads the modem log's configuration.
+   * Reads the modem log's configuration; the callback gets one entry per text that the service's `GetModemLogConfig`
+   * returns, in the same order.
    *
    * - Rights: system application.
-   * - Answer: one entry per text that the service's `GetModemLogConfig` returns, in the same order.
-   * - Refused: more than two arguments; keys that are not an array.
-   * - Throws: an Error with the runtime's own text, when called without arguments.
-   * - Never settles: the request failed; `keys` is empty; the answer is empty; one of its texts is not JSON or is nested
-   *   about 1,000 levels deep; a setting is an integer of up to 64 bits that fits neither int32 nor uint32. A larger
-   *   integer arrives as a double; one inside a list or a nested object is left out.
+   * - Refused (the reason is logged, the callback is never called): any other caller; more than two arguments; keys that
+   *   are not an array.
+   * - Never calls back: the request failed; `keys` or the answer is empty; one of its texts is unreadable as JSON or
+   *   nested about 1,000 levels deep; a setting is an integer of up to 64 bits that fits neither int32 nor uint32. Inside
+   *   a list or a nested object such an integer does no harm, and a larger one arrives as a double.
+   * - A second argument that is not a function is ignored: the call answers by promise.
    *
-   * @param { readonly string[] } keys - The settings to read. A key that is not a string of 1 to 8194 bytes is sent as `""`.
-   * @returns { Promise<ConfigEntry[]> | undefined }
-   * @systemapi
-   * @since 11
-   */
-  function getModemLogConfig(keys: readonly string[]): Promise<ConfigEntry[]> | undefined;
-
-  /**
-   * Reads the modem log's configuration, see above; the callback gets the entries. It is never called where the promise
-   * would never settle. A second argument that is not a function is ignored: the call answers by promise.
-   *
-   * @param { readonly string[] } keys
+   * @param { readonly string[] } keys - The settings to read. A key ends at its first NUL; one that is not a string of 1 to 8194 bytes is sent as `""`.
    * @param { Callback<ConfigEntry[]> } callback
    * @returns { undefined }
    * @systemapi
@@ -144,11 +144,47 @@ declare namespace zelklogservice {
   function getModemLogConfig(keys: readonly string[], callback: Callback<ConfigEntry[]>): undefined;
 
   /**
-   * Not supported at present: throws a {@link NotSupportedError} on every call. Use a callback to get the answer of the
-   * service's `GetModemLogDirectPackConfig` request, which is made all the same. Without one the answer is lost with the
-   * exception, and a device makes no request.
+   * Reads the modem log's configuration: one entry per text that the service's `GetModemLogConfig` returns, in the same
+   * order.
    *
-   * - Rights: system application. Any other caller is refused and nothing is thrown: only then does it return.
+   * - Rights: system application.
+   * - Refused (returns `undefined`, the reason is logged): any other caller; more than two arguments; keys that are not
+   *   an array.
+   * - Never settles (the promise stays pending: set a time limit): the request failed; `keys` or the answer is empty; one
+   *   of its texts is unreadable as JSON or nested about 1,000 levels deep; a setting is an integer of up to 64 bits that
+   *   fits neither int32 nor uint32. Inside a list or a nested object such an integer does no harm, and a larger one
+   *   arrives as a double.
+   * - Throws: an Error with the runtime's own text, when called without arguments.
+   *
+   * @param { readonly string[] } keys - The settings to read. A key ends at its first NUL; one that is not a string of 1 to 8194 bytes is sent as `""`.
+   * @returns { Promise<ConfigEntry[]> | undefined }
+   * @systemapi
+   * @since 11
+   */
+  function getModemLogConfig(keys: readonly string[]): Promise<ConfigEntry[]> | undefined;
+
+  /**
+   * Not supported at present: throws a {@link NotSupportedError} on every call, and later calls back with the answer of
+   * the service's `GetModemLogDirectPackConfig`, a text up to its first NUL: the request is made all the same.
+   *
+   * - Rights: system application.
+   * - Refused (returns `undefined` and throws nothing, the callback is never called): any other caller.
+   * - Never calls back: the request failed; there is more than one argument.
+   *
+   * @param { Callback<string> } callback
+   * @returns { undefined }
+   * @throws { NotSupportedError } `GetModemLogDirectPackConfig current function not support in current time`
+   * @systemapi
+   * @since 11
+   */
+  function getModemLogDirectPackConfig(callback: Callback<string>): undefined;
+
+  /**
+   * Not supported at present: throws a {@link NotSupportedError} on every call. The answer is lost with the exception,
+   * although the request is made, and a device does not even make the request: use a callback.
+   *
+   * - Rights: system application.
+   * - Refused (returns `undefined` and throws nothing): any other caller.
    *
    * @returns { undefined }
    * @throws { NotSupportedError } `GetModemLogDirectPackConfig current function not support in current time`
@@ -158,23 +194,28 @@ declare namespace zelklogservice {
   function getModemLogDirectPackConfig(): undefined;
 
   /**
-   * Throws a {@link NotSupportedError} on every call, see above, and later calls back with the direct-pack configuration,
-   * a text up to its first NUL. Not called when the request failed. With more than one argument no callback is used.
+   * Not supported at present: throws a {@link NotSupportedError} on every call, and later calls back with the answer of
+   * the service's `GetModemLogLogMasks`, one mask per text: the request is made all the same.
    *
-   * @param { Callback<string> } callback
+   * - Rights: system application.
+   * - Refused (returns `undefined` and throws nothing, the callback is never called): any other caller.
+   * - Never calls back: the request failed; the answer is empty; one of its texts is unreadable as JSON or nested about
+   *   1,000 levels deep; there is more than one argument.
+   *
+   * @param { Callback<LogMask[]> } callback
    * @returns { undefined }
-   * @throws { NotSupportedError }
+   * @throws { NotSupportedError } `GetModemLogLogMasks current function not support in current time`
    * @systemapi
    * @since 11
    */
-  function getModemLogDirectPackConfig(callback: Callback<string>): undefined;
+  function getModemLogLogMasks(callback: Callback<LogMask[]>): undefined;
 
   /**
-   * Not supported at present: throws a {@link NotSupportedError} on every call. Use a callback to get the answer of the
-   * service's `GetModemLogLogMasks` request, which is made all the same. Without one the answer is lost with the
-   * exception, and a device makes no request.
+   * Not supported at present: throws a {@link NotSupportedError} on every call. The answer is lost with the exception,
+   * although the request is made, and a device does not even make the request: use a callback.
    *
-   * - Rights: system application. Any other caller is refused and nothing is thrown: only then does it return.
+   * - Rights: system application.
+   * - Refused (returns `undefined` and throws nothing): any other caller.
    *
    * @returns { undefined }
    * @throws { NotSupportedError } `GetModemLogLogMasks current function not support in current time`
@@ -184,35 +225,13 @@ declare namespace zelklogservice {
   function getModemLogLogMasks(): undefined;
 
   /**
-   * Throws a {@link NotSupportedError} on every call, see above, and later calls back with the log masks. Not called when
-   * the request failed, the answer is empty, or one of its texts is not JSON or is nested about 1,000 levels deep. With
-   * more than one argument no callback is used.
-   *
-   * @param { Callback<LogMask[]> } callback
-   * @returns { undefined }
-   * @throws { NotSupportedError }
-   * @systemapi
-   * @since 11
-   */
-  function getModemLogLogMasks(callback: Callback<LogMask[]>): undefined;
-
-  /**
-   * Asks whether the modem log is on.
+   * Asks whether the modem log is on; the callback gets the state, from the service's `GetModemLogStatus`.
    *
    * - Rights: system application.
-   * - Answer: the state, from the service's `GetModemLogStatus`.
-   * - Failed: rejected with a boolean, not an Error: the state if the service gave one, otherwise `false`.
-   * - Refused: more than one argument.
-   *
-   * @returns { Promise<boolean> | undefined }
-   * @systemapi
-   * @since 11
-   */
-  function getModemLogStatus(): Promise<boolean> | undefined;
-
-  /**
-   * Asks whether the modem log is on, see above. The callback is also called after a failure and cannot distinguish it
-   * from an answer. An argument that is not a function is ignored: the call answers by promise.
+   * - Refused (the reason is logged, the callback is never called): any other caller; more than one argument.
+   * - Failed: the callback is called nevertheless, and cannot distinguish that from an answer: it gets the state if the
+   *   service gave one, otherwise `false`.
+   * - An argument that is not a function is ignored: the call answers by promise.
    *
    * @param { Callback<boolean> } callback
    * @returns { undefined }
@@ -222,54 +241,30 @@ declare namespace zelklogservice {
   function getModemLogStatus(callback: Callback<boolean>): undefined;
 
   /**
-   * Turns the modem log on or off.
+   * Asks whether the modem log is on: the state, from the service's `GetModemLogStatus`.
    *
    * - Rights: system application.
-   * - Answer: the result of the service's `HandleModemLogSwitch`, `true` when it has switched.
-   * - Failed: rejected with a boolean, not an Error: the result if the service gave one, otherwise `false`.
-   * - Refused: more than three arguments.
-   * - Throws: an Error with the runtime's own text, when called without arguments.
+   * - Refused (returns `undefined`, the reason is logged): any other caller; more than one argument.
+   * - Failed: rejected with a boolean, not an Error: the state if the service gave one, otherwise `false`.
+   *
+   * @returns { Promise<boolean> | undefined }
+   * @systemapi
+   * @since 11
+   */
+  function getModemLogStatus(): Promise<boolean> | undefined;
+
+  /**
+   * Turns the modem log on or off, and applies `configs` with the switch; the callback gets the result of the service's
+   * `HandleModemLogSwitch`, `true` when it has switched.
+   *
+   * - Rights: system application.
+   * - Refused (the reason is logged, the callback is never called): any other caller; more than three arguments.
+   * - Failed: the callback is called nevertheless, and cannot distinguish that from an answer: it gets the result if the
+   *   service gave one, otherwise `false`.
    *
    * @param { boolean } on - A state that is not a boolean means off.
-   * @param { undefined } configs
-   * @returns { Promise<boolean> | undefined }
-   * @systemapi
-   * @since 11
-   */
-  function handleModemLogSwitch(on: boolean, configs?: undefined): Promise<boolean> | undefined;
-
-  /**
-   * Turns the modem log on or off, see above, and applies `configs` with the switch; an empty list makes the
-   * request without items. On the desktop the request with items is `HandleModemLogSwitchWithConfigs`.
-   *
-   * @param { boolean } on
-   * @param { readonly ConfigItem[] } configs
-   * @returns { Promise<boolean> | undefined }
-   * @systemapi
-   * @since 11
-   */
-  function handleModemLogSwitch(on: boolean, configs: readonly ConfigItem[]): Promise<boolean> | undefined;
-
-  /**
-   * Turns the modem log on or off, see above. The callback is also called after a failure and cannot distinguish it from
-   * an answer. Its type is not checked: a second argument that is neither an array nor `undefined` is the callback, and
-   * one that cannot be called ends in an uncaught exception.
-   *
-   * @param { boolean } on
-   * @param { Callback<boolean> } callback
-   * @returns { undefined }
-   * @systemapi
-   * @since 11
-   */
-  function handleModemLogSwitch(on: boolean, callback: Callback<boolean>): undefined;
-
-  /**
-   * Turns the modem log on or off and applies `configs`, see above. The callback comes second and the items third; in the
-   * other order the array is taken for the callback.
-   *
-   * @param { boolean } on
-   * @param { Callback<boolean> } callback
-   * @param { readonly ConfigItem[] } configs
+   * @param { Callback<boolean> } callback - Comes before the items: in the other order the array is taken for the callback. Its type is not checked, and one that cannot be called ends in an uncaught exception.
+   * @param { readonly ConfigItem[] | undefined } configs - An empty list makes the request without items. On the desktop the request with items is `HandleModemLogSwitchWithConfigs`.
    * @returns { undefined }
    * @systemapi
    * @since 11
@@ -277,17 +272,54 @@ declare namespace zelklogservice {
   function handleModemLogSwitch(
     on: boolean,
     callback: Callback<boolean>,
-    configs: readonly ConfigItem[]
+    configs?: readonly ConfigItem[] | undefined
   ): undefined;
 
   /**
-   * Changes the modem log's configuration.
+   * Turns the modem log on or off, and applies `configs` with the switch: the result of the service's
+   * `HandleModemLogSwitch`, `true` when it has switched.
    *
    * - Rights: system application.
-   * - Answer: the result of the service's `ChangeModemLogConfig`, `true` when it has applied the items.
+   * - Refused (returns `undefined`, the reason is logged): any other caller; more than three arguments.
+   * - Failed: rejected with a boolean, not an Error: the result if the service gave one, otherwise `false`.
+   * - Throws: an Error with the runtime's own text, when called without arguments.
+   *
+   * @param { boolean } on - A state that is not a boolean means off.
+   * @param { readonly ConfigItem[] | undefined } configs - An empty list makes the request without items. On the desktop the request with items is `HandleModemLogSwitchWithConfigs`.
+   * @returns { Promise<boolean> | undefined }
+   * @systemapi
+   * @since 11
+   */
+  function handleModemLogSwitch(
+    on: boolean,
+    configs?: readonly ConfigItem[] | undefined
+  ): Promise<boolean> | undefined;
+
+  /**
+   * Changes the modem log's configuration; the callback gets the result of the service's `ChangeModemLogConfig`, `true`
+   * when it has applied the items.
+   *
+   * - Rights: system application.
+   * - Refused (the reason is logged, the callback is never called): any other caller; items that are not an array.
+   * - Failed: the callback is called nevertheless, and cannot distinguish that from an answer: it gets the result if the
+   *   service gave one, otherwise `false`. An empty list fails too, without a request.
+   *
+   * @param { readonly ConfigItem[] } configs
+   * @param { Callback<boolean> } callback - Used only when it is a function and there are exactly two arguments; otherwise the call answers by promise.
+   * @returns { undefined }
+   * @systemapi
+   * @since 11
+   */
+  function changeModemLogConfig(configs: readonly ConfigItem[], callback: Callback<boolean>): undefined;
+
+  /**
+   * Changes the modem log's configuration: the result of the service's `ChangeModemLogConfig`, `true` when it has applied
+   * the items.
+   *
+   * - Rights: system application.
+   * - Refused (returns `undefined`, the reason is logged): any other caller; items that are not an array.
    * - Failed: rejected with a boolean, not an Error: the result if the service gave one, otherwise `false`. An empty list
    *   fails too, without a request.
-   * - Refused: a first argument that is not an array.
    * - Throws: an Error with the runtime's own text, when called without arguments.
    *
    * @param { readonly ConfigItem[] } configs
@@ -298,26 +330,28 @@ declare namespace zelklogservice {
   function changeModemLogConfig(configs: readonly ConfigItem[]): Promise<boolean> | undefined;
 
   /**
-   * Changes the modem log's configuration, see above. The callback is also called after a failure and cannot distinguish
-   * it from an answer. It is used only when it is a function and there are exactly two arguments; otherwise the call
-   * answers by promise.
+   * Sends one command to the modem log; the callback gets the result of the service's `SendModemLogCommand`.
    *
-   * @param { readonly ConfigItem[] } configs
-   * @param { Callback<boolean> } callback
+   * - Rights: system application.
+   * - Refused (the reason is logged, the callback is never called): any other caller; a command that is not an object.
+   * - Never calls back: the request failed. That the service cannot be reached is logged; no other failure is.
+   *
+   * @param { ModemLogCommand } command - Sent even when incomplete: without a usable `configKey` as `""`, without `value` with no parameters.
+   * @param { Callback<boolean> } callback - The second of two arguments, whatever its type: one that cannot be called ends in an uncaught exception. With three or more arguments the call answers by promise.
    * @returns { undefined }
    * @systemapi
    * @since 11
    */
-  function changeModemLogConfig(configs: readonly ConfigItem[], callback: Callback<boolean>): undefined;
+  function sendModemLogCommand(command: ModemLogCommand, callback: Callback<boolean>): undefined;
 
   /**
-   * Sends one command to the modem log.
+   * Sends one command to the modem log: the result of the service's `SendModemLogCommand`.
    *
    * - Rights: system application.
-   * - Answer: the result of the service's `SendModemLogCommand`.
-   * - Refused: a command that is not an object.
+   * - Refused (returns `undefined`, the reason is logged): any other caller; a command that is not an object.
+   * - Never settles (the promise stays pending: set a time limit): the request failed. That the service cannot be reached
+   *   is logged; no other failure is.
    * - Throws: an Error with the runtime's own text, when called without arguments.
-   * - Never settles: the request failed. That the service cannot be reached is logged; no other failure is.
    *
    * @param { ModemLogCommand } command - Sent even when incomplete: without a usable `configKey` as `""`, without `value` with no parameters.
    * @returns { Promise<boolean> | undefined }
@@ -327,35 +361,12 @@ declare namespace zelklogservice {
   function sendModemLogCommand(command: ModemLogCommand): Promise<boolean> | undefined;
 
   /**
-   * Sends one command to the modem log, see above. The callback is not called when the request failed. The second of two
-   * arguments is the callback, whatever its type, and one that cannot be called ends in an uncaught exception; with
-   * three or more arguments the call answers by promise.
-   *
-   * @param { ModemLogCommand } command
-   * @param { Callback<boolean> } callback
-   * @returns { undefined }
-   * @systemapi
-   * @since 11
-   */
-  function sendModemLogCommand(command: ModemLogCommand, callback: Callback<boolean>): undefined;
-
-  /**
-   * Asks whether network packet capture is running.
+   * Asks whether network packet capture is running; the callback gets the state, from the service's `GetTcpdumpStatus`.
    *
    * - Rights: system application.
-   * - Answer: the state, from the service's `GetTcpdumpStatus`.
-   * - Refused: more than one argument.
-   * - Never settles: the request failed.
-   *
-   * @returns { Promise<boolean> | undefined }
-   * @systemapi
-   * @since 11
-   */
-  function getTcpdumpStatus(): Promise<boolean> | undefined;
-
-  /**
-   * Asks whether network packet capture is running, see above. The callback is not called when the request failed. An
-   * argument that is not a function is ignored: the call answers by promise.
+   * - Refused (the reason is logged, the callback is never called): any other caller; more than one argument.
+   * - Never calls back: the request failed.
+   * - An argument that is not a function is ignored: the call answers by promise.
    *
    * @param { Callback<boolean> } callback
    * @returns { undefined }
@@ -365,28 +376,31 @@ declare namespace zelklogservice {
   function getTcpdumpStatus(callback: Callback<boolean>): undefined;
 
   /**
-   * Reads the configuration of packet capture.
+   * Asks whether network packet capture is running: the state, from the service's `GetTcpdumpStatus`.
    *
    * - Rights: system application.
-   * - Answer: one entry per text that the service's `GetTcpdumpConfig` returns, in the same order.
-   * - Refused: more than two arguments; keys that are not an array.
-   * - Throws: an Error with the runtime's own text, when called without arguments.
-   * - Never settles: the request failed; `keys` is empty; the answer is empty; one of its texts is not JSON or is nested
-   *   about 1,000 levels deep; a setting is an integer of up to 64 bits that fits neither int32 nor uint32. A larger
-   *   integer arrives as a double; one inside a list or a nested object is left out.
+   * - Refused (returns `undefined`, the reason is logged): any other caller; more than one argument.
+   * - Never settles (the promise stays pending: set a time limit): the request failed.
    *
-   * @param { readonly string[] } keys - The settings to read. A key that is not a string of 1 to 8194 bytes is sent as `""`.
-   * @returns { Promise<ConfigEntry[]> | undefined }
+   * @returns { Promise<boolean> | undefined }
    * @systemapi
    * @since 11
    */
-  function getTcpdumpConfig(keys: readonly string[]): Promise<ConfigEntry[]> | undefined;
+  function getTcpdumpStatus(): Promise<boolean> | undefined;
 
   /**
-   * Reads the configuration of packet capture, see above; the callback gets the entries. It is never called where the
-   * promise would never settle. A second argument that is not a function is ignored: the call answers by promise.
+   * Reads the configuration of packet capture; the callback gets one entry per text that the service's `GetTcpdumpConfig`
+   * returns, in the same order.
    *
-   * @param { readonly string[] } keys
+   * - Rights: system application.
+   * - Refused (the reason is logged, the callback is never called): any other caller; more than two arguments; keys that
+   *   are not an array.
+   * - Never calls back: the request failed; `keys` or the answer is empty; one of its texts is unreadable as JSON or
+   *   nested about 1,000 levels deep; a setting is an integer of up to 64 bits that fits neither int32 nor uint32. Inside
+   *   a list or a nested object such an integer does no harm, and a larger one arrives as a double.
+   * - A second argument that is not a function is ignored: the call answers by promise.
+   *
+   * @param { readonly string[] } keys - The settings to read. A key ends at its first NUL; one that is not a string of 1 to 8194 bytes is sent as `""`.
    * @param { Callback<ConfigEntry[]> } callback
    * @returns { undefined }
    * @systemapi
@@ -395,14 +409,51 @@ declare namespace zelklogservice {
   function getTcpdumpConfig(keys: readonly string[], callback: Callback<ConfigEntry[]>): undefined;
 
   /**
-   * Changes the configuration of packet capture.
+   * Reads the configuration of packet capture: one entry per text that the service's `GetTcpdumpConfig` returns, in the
+   * same order.
    *
    * - Rights: system application.
-   * - Answer: the result of the service's `ChangeTcpdumpConfig`, `true` when it has applied the items.
-   * - Refused: a first argument that is not an array.
+   * - Refused (returns `undefined`, the reason is logged): any other caller; more than two arguments; keys that are not
+   *   an array.
+   * - Never settles (the promise stays pending: set a time limit): the request failed; `keys` or the answer is empty; one
+   *   of its texts is unreadable as JSON or nested about 1,000 levels deep; a setting is an integer of up to 64 bits that
+   *   fits neither int32 nor uint32. Inside a list or a nested object such an integer does no harm, and a larger one
+   *   arrives as a double.
    * - Throws: an Error with the runtime's own text, when called without arguments.
-   * - Never settles: the request failed; `configs` is empty. That the service cannot be reached is logged; no other
+   *
+   * @param { readonly string[] } keys - The settings to read. A key ends at its first NUL; one that is not a string of 1 to 8194 bytes is sent as `""`.
+   * @returns { Promise<ConfigEntry[]> | undefined }
+   * @systemapi
+   * @since 11
+   */
+  function getTcpdumpConfig(keys: readonly string[]): Promise<ConfigEntry[]> | undefined;
+
+  /**
+   * Changes the configuration of packet capture; the callback gets the result of the service's `ChangeTcpdumpConfig`,
+   * `true` when it has applied the items.
+   *
+   * - Rights: system application.
+   * - Refused (the reason is logged, the callback is never called): any other caller; items that are not an array.
+   * - Never calls back: the request failed; `configs` is empty. That the service cannot be reached is logged; no other
    *   failure is, nor an empty list.
+   *
+   * @param { readonly ConfigItem[] } configs
+   * @param { Callback<boolean> } callback - Used only when it is a function and there are exactly two arguments; otherwise the call answers by promise.
+   * @returns { undefined }
+   * @systemapi
+   * @since 11
+   */
+  function changeTcpdumpConfig(configs: readonly ConfigItem[], callback: Callback<boolean>): undefined;
+
+  /**
+   * Changes the configuration of packet capture: the result of the service's `ChangeTcpdumpConfig`, `true` when it has
+   * applied the items.
+   *
+   * - Rights: system application.
+   * - Refused (returns `undefined`, the reason is logged): any other caller; items that are not an array.
+   * - Never settles (the promise stays pending: set a time limit): the request failed; `configs` is empty. That the
+   *   service cannot be reached is logged; no other failure is, nor an empty list.
+   * - Throws: an Error with the runtime's own text, when called without arguments.
    *
    * @param { readonly ConfigItem[] } configs
    * @returns { Promise<boolean> | undefined }
@@ -412,67 +463,16 @@ declare namespace zelklogservice {
   function changeTcpdumpConfig(configs: readonly ConfigItem[]): Promise<boolean> | undefined;
 
   /**
-   * Changes the configuration of packet capture, see above. The callback is not called where the promise would never
-   * settle. It is used only when it is a function and there are exactly two arguments; otherwise the call answers by
-   * promise.
-   *
-   * @param { readonly ConfigItem[] } configs
-   * @param { Callback<boolean> } callback
-   * @returns { undefined }
-   * @systemapi
-   * @since 11
-   */
-  function changeTcpdumpConfig(configs: readonly ConfigItem[], callback: Callback<boolean>): undefined;
-
-  /**
-   * Starts or stops packet capture.
+   * Starts or stops packet capture, and applies `configs` with the switch; the callback gets the result of the service's
+   * `HandleTcpdumpSwitch`, `true` when it has switched.
    *
    * - Rights: system application.
-   * - Answer: the result of the service's `HandleTcpdumpSwitch`, `true` when it has switched.
-   * - Refused: more than three arguments.
-   * - Throws: an Error with the runtime's own text, when called without arguments.
-   * - Never settles: the request failed.
+   * - Refused (the reason is logged, the callback is never called): any other caller; more than three arguments.
+   * - Never calls back: the request failed.
    *
    * @param { boolean } on - A state that is not a boolean means stop.
-   * @param { undefined } configs
-   * @returns { Promise<boolean> | undefined }
-   * @systemapi
-   * @since 11
-   */
-  function handleTcpdumpSwitch(on: boolean, configs?: undefined): Promise<boolean> | undefined;
-
-  /**
-   * Starts or stops packet capture, see above, and applies `configs` with the switch; an empty list makes the
-   * request without items. On the desktop the request with items is `HandleTcpdumpSwitchWithConfigs`.
-   *
-   * @param { boolean } on
-   * @param { readonly ConfigItem[] } configs
-   * @returns { Promise<boolean> | undefined }
-   * @systemapi
-   * @since 11
-   */
-  function handleTcpdumpSwitch(on: boolean, configs: readonly ConfigItem[]): Promise<boolean> | undefined;
-
-  /**
-   * Starts or stops packet capture, see above. The callback is not called when the request failed. Its type is not
-   * checked: a second argument that is neither an array nor `undefined` is the callback, and one that cannot be called
-   * ends in an uncaught exception.
-   *
-   * @param { boolean } on
-   * @param { Callback<boolean> } callback
-   * @returns { undefined }
-   * @systemapi
-   * @since 11
-   */
-  function handleTcpdumpSwitch(on: boolean, callback: Callback<boolean>): undefined;
-
-  /**
-   * Starts or stops packet capture and applies `configs`, see above. The callback comes second and the items third; in
-   * the other order the array is taken for the callback.
-   *
-   * @param { boolean } on
-   * @param { Callback<boolean> } callback
-   * @param { readonly ConfigItem[] } configs
+   * @param { Callback<boolean> } callback - Comes before the items: in the other order the array is taken for the callback. Its type is not checked, and one that cannot be called ends in an uncaught exception.
+   * @param { readonly ConfigItem[] | undefined } configs - An empty list makes the request without items. On the desktop the request with items is `HandleTcpdumpSwitchWithConfigs`.
    * @returns { undefined }
    * @systemapi
    * @since 11
@@ -480,61 +480,40 @@ declare namespace zelklogservice {
   function handleTcpdumpSwitch(
     on: boolean,
     callback: Callback<boolean>,
-    configs: readonly ConfigItem[]
+    configs?: readonly ConfigItem[] | undefined
   ): undefined;
 
   /**
-   * Turns the Bluetooth call PCM log on or off, with the service's `HandleBluetoothCallPcmLogSwitch`.
+   * Starts or stops packet capture, and applies `configs` with the switch: the result of the service's
+   * `HandleTcpdumpSwitch`, `true` when it has switched.
    *
    * - Rights: system application.
-   * - Answer: **`false` on success**, because the service answers this switch with its code alone. A fulfilled promise
-   *   means success.
-   * - Refused: more than three arguments.
+   * - Refused (returns `undefined`, the reason is logged): any other caller; more than three arguments.
+   * - Never settles (the promise stays pending: set a time limit): the request failed.
    * - Throws: an Error with the runtime's own text, when called without arguments.
-   * - Never settles: the request failed.
+   *
+   * @param { boolean } on - A state that is not a boolean means stop.
+   * @param { readonly ConfigItem[] | undefined } configs - An empty list makes the request without items. On the desktop the request with items is `HandleTcpdumpSwitchWithConfigs`.
+   * @returns { Promise<boolean> | undefined }
+   * @systemapi
+   * @since 11
+   */
+  function handleTcpdumpSwitch(
+    on: boolean,
+    configs?: readonly ConfigItem[] | undefined
+  ): Promise<boolean> | undefined;
+
+  /**
+   * Turns the Bluetooth call PCM log on or off, with the service's `HandleBluetoothCallPcmLogSwitch`. **The callback gets
+   * `false` on success**, because the service answers this switch with its code alone.
+   *
+   * - Rights: system application.
+   * - Refused (the reason is logged, the callback is never called): any other caller; more than three arguments.
+   * - Never calls back: the request failed.
    *
    * @param { boolean } on - A state that is not a boolean means off.
-   * @param { undefined } configs
-   * @returns { Promise<false> | undefined }
-   * @systemapi
-   * @since 11
-   */
-  function handleBluetoothCallPcmLogSwitch(on: boolean, configs?: undefined): Promise<false> | undefined;
-
-  /**
-   * Turns the Bluetooth call PCM log on or off, see above. `configs` is read but not sent.
-   *
-   * @param { boolean } on
-   * @param { readonly ConfigItem[] } configs
-   * @returns { Promise<false> | undefined }
-   * @systemapi
-   * @since 11
-   */
-  function handleBluetoothCallPcmLogSwitch(
-    on: boolean,
-    configs: readonly ConfigItem[]
-  ): Promise<false> | undefined;
-
-  /**
-   * Turns the Bluetooth call PCM log on or off, see above. The callback is not called when the request failed. Its type
-   * is not checked: a second argument that is neither an array nor `undefined` is the callback, and one that cannot be
-   * called ends in an uncaught exception.
-   *
-   * @param { boolean } on
-   * @param { Callback<false> } callback
-   * @returns { undefined }
-   * @systemapi
-   * @since 11
-   */
-  function handleBluetoothCallPcmLogSwitch(on: boolean, callback: Callback<false>): undefined;
-
-  /**
-   * Turns the Bluetooth call PCM log on or off, see above. The callback comes second; the items, third, are read but not
-   * sent.
-   *
-   * @param { boolean } on
-   * @param { Callback<false> } callback
-   * @param { readonly ConfigItem[] } configs
+   * @param { Callback<false> } callback - Comes before the items: in the other order the array is taken for the callback. Its type is not checked, and one that cannot be called ends in an uncaught exception.
+   * @param { readonly ConfigItem[] | undefined } configs - Read but not sent.
    * @returns { undefined }
    * @systemapi
    * @since 11
@@ -542,8 +521,28 @@ declare namespace zelklogservice {
   function handleBluetoothCallPcmLogSwitch(
     on: boolean,
     callback: Callback<false>,
-    configs: readonly ConfigItem[]
+    configs?: readonly ConfigItem[] | undefined
   ): undefined;
+
+  /**
+   * Turns the Bluetooth call PCM log on or off, with the service's `HandleBluetoothCallPcmLogSwitch`. **The answer is
+   * `false` on success**, because the service answers this switch with its code alone: a fulfilled promise means success.
+   *
+   * - Rights: system application.
+   * - Refused (returns `undefined`, the reason is logged): any other caller; more than three arguments.
+   * - Never settles (the promise stays pending: set a time limit): the request failed.
+   * - Throws: an Error with the runtime's own text, when called without arguments.
+   *
+   * @param { boolean } on - A state that is not a boolean means off.
+   * @param { readonly ConfigItem[] | undefined } configs - Read but not sent.
+   * @returns { Promise<false> | undefined }
+   * @systemapi
+   * @since 11
+   */
+  function handleBluetoothCallPcmLogSwitch(
+    on: boolean,
+    configs?: readonly ConfigItem[] | undefined
+  ): Promise<false> | undefined;
 
   /**
    * Fetches the logs of remote devices.
@@ -551,7 +550,7 @@ declare namespace zelklogservice {
    * - Rights: none.
    * - Answer: the reply text of the service's `FetchRemoteDevicesLogs`, unchanged.
    * - Failed: rejected with a string, not an Error: the reply that came with the failure, `""` when there was none.
-   * - Refused: not exactly two arguments.
+   * - Refused (returns `undefined`, the reason is logged): not exactly two arguments.
    *
    * @param { string } request - A text in the service's own format, up to its first NUL. One longer than 8194 bytes of UTF-8, or anything that is not a string, is sent as `""`.
    * @param { number } value - A number that the service defines. Sent as an int64: the fraction is cut off, a number out of range becomes the nearest in range, NaN, infinities and anything that is not a number become 0.
@@ -567,7 +566,7 @@ declare namespace zelklogservice {
    * - Rights: none.
    * - Answer: the reply text of the service's `QueryRemoteDevicesLogs`, unchanged.
    * - Failed: rejected with a string, not an Error: the reply that came with the failure, `""` when there was none.
-   * - Refused: not exactly one argument.
+   * - Refused (returns `undefined`, the reason is logged): not exactly one argument.
    *
    * @param { string } request - As for {@link fetchRemoteDevicesLogs}.
    * @returns { Promise<string> }
@@ -590,12 +589,13 @@ declare namespace zelklogservice {
   function getRemoteDevicesList(): Promise<string>;
 
   /**
-   * Sends a request for protocol data. The request and the reply are logged in full.
+   * Sends a request for protocol data. The request and the reply are logged, each up to its first NUL; with the service
+   * away, no request is. A device cuts long lines.
    *
    * - Rights: none.
    * - Answer: the reply text of the service's `QueryProtocolData`, unchanged.
    * - Failed: rejected with a string, not an Error: the reply that came with the failure, `""` when there was none.
-   * - Refused: not exactly one argument.
+   * - Refused (returns `undefined`, the reason is logged): not exactly one argument.
    *
    * @param { string } request - As for {@link fetchRemoteDevicesLogs}.
    * @returns { Promise<string> }

@@ -11,12 +11,23 @@ import { buildFolder, libraryName, root, run, temporaryFolder, version } from '.
 const require = createRequire(import.meta.url);
 const scratch = temporaryFolder();
 
-test('require and import give the same exports object, and import each function by name', async () => {
+test('require gives an ordinary object of the native functions, and import names each', async (t) => {
   const library = require(root);
   const { default: whole, ...named } = await import('../../index.mjs');
   assert.equal(whole, library);
-  const names = Object.getOwnPropertyNames(library);
-  assert.deepEqual(named, Object.fromEntries(names.map((name) => [name, library[name]])));
+  const native = require(join(buildFolder, 'zelklogservice.node'));
+  const names = Object.getOwnPropertyNames(native);
+  const property = (name) => ({ value: native[name], writable: true, enumerable: true, configurable: true });
+  assert.deepEqual(Object.getOwnPropertyDescriptors(library),
+    Object.fromEntries(names.map((name) => [name, property(name)])));
+  assert.deepEqual(Object.keys(library), names);
+  assert.equal(Object.getPrototypeOf(library), Object.prototype);
+  assert.deepEqual(named, { ...library });
+  assert.deepEqual(Object.getOwnPropertyDescriptor(native, names[0]),
+    { value: native[names[0]], writable: false, enumerable: false, configurable: false });
+
+  t.mock.method(library, 'getModemLogStatus', () => 'replaced');
+  assert.equal(whole.getModemLogStatus(), 'replaced');
 });
 
 // A copy of the package, with these files of the build, or texts in their place, as its `where`.

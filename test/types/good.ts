@@ -34,6 +34,29 @@ same<NotSupportedError['code'], '6'>(true);
 same<ConfigEntry['configKey'], string | undefined>(true);
 same<ConfigEntry['value'][string], boolean | number | string | null>(true);
 
+// A spy of a test runner is typed by the last form of a function.
+type Last<Names extends keyof typeof zelk> = { [Name in Names]: ReturnType<(typeof zelk)[Name]> };
+type Queries = 'getModemLogConfig' | 'getTcpdumpConfig';
+same<Last<Queries>, Record<Queries, Promised<ConfigEntry[]>>>(true);
+type Changes = 'getModemLogStatus' | 'handleModemLogSwitch' | 'changeModemLogConfig' | 'sendModemLogCommand' |
+  'getTcpdumpStatus' | 'changeTcpdumpConfig' | 'handleTcpdumpSwitch';
+same<Last<Changes>, Record<Changes, State>>(true);
+same<Last<'handleBluetoothCallPcmLogSwitch'>['handleBluetoothCallPcmLogSwitch'], Promised<false>>(true);
+type Resolved<T> = T extends PromiseLike<infer U> ? T | U : never;
+declare function spyOn<T, Name extends keyof T>(object: T, name: Name): {
+  mockResolvedValue(value: T[Name] extends (...args: any) => any ? Resolved<ReturnType<T[Name]>> : never): void;
+};
+spyOn(zelk, 'getModemLogStatus').mockResolvedValue(true);
+
+// A value of an interface's type lacks the index signature; a copy, or a `type`, has it.
+interface Modem { megabytes: number; path: string }
+type Capture = { snaplen: number };
+const modem: Modem = { megabytes: 64, path: '/data/log' };
+const capture: Capture = { snaplen: 96 };
+const copies: readonly ConfigItem[] = [
+  { configKey: 'ring', value: { ...modem } }, { configKey: 'capture', value: capture },
+];
+
 const noPromise: undefined[] = [
   zelk.getModemLogConfig(keys, (answer) => same<typeof answer, ConfigEntry[]>(true)),
   zelk.getTcpdumpConfig(keys, (answer) => same<typeof answer, ConfigEntry[]>(true)),
@@ -42,9 +65,12 @@ const noPromise: undefined[] = [
   zelk.getModemLogLogMasks((answer) => same<typeof answer, LogMask[]>(true)),
   zelk.getModemLogStatus(onState), zelk.getTcpdumpStatus(onState), zelk.sendModemLogCommand(command, onState),
   zelk.changeModemLogConfig(items, onState), zelk.changeTcpdumpConfig(items, onState),
-  zelk.handleBluetoothCallPcmLogSwitch(false, onState, items),
 ];
-for (const turn of [zelk.handleModemLogSwitch, zelk.handleTcpdumpSwitch] as const) {
-  const answers: Promised<boolean>[] = [turn(true), turn(false, undefined), turn(true, items), turn(true, [])];
-  noPromise.push(turn(true, onState), turn(true, onState, items), void answers);
+declare const maybe: ConfigItem[] | undefined;
+for (const turn of [zelk.handleModemLogSwitch, zelk.handleTcpdumpSwitch, zelk.handleBluetoothCallPcmLogSwitch]) {
+  const answers: Promised<boolean>[] = [
+    turn(true), turn(false, undefined), turn(true, items), turn(true, []), turn(true, copies), turn(true, maybe),
+  ];
+  noPromise.push(turn(true, onState), turn(true, onState, items), turn(true, onState, undefined),
+    turn(true, onState, maybe), void answers);
 }
