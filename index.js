@@ -4,6 +4,8 @@
 // of the native one are fixed and not enumerable.
 const native = require('./library.js').load('zelklogservice.node');
 
-Object.getOwnPropertyNames(native).forEach((name) => {
-  exports[name] = native[name];
-});
+for (const name of Object.getOwnPropertyNames(native)) {
+  if (typeof native[name] === 'function') { // Bun adds a property of its own.
+    exports[name] = native[name];
+  }
+}
