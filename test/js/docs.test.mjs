@@ -64,7 +64,12 @@ for (const document of ['README.md', 'docs/desktop.md', 'docs/service-author.md'
   blocks.forEach(({ index, 1: kind, 2: file, 3: needs, 4: body }, i) => {
     const where = `${document}:${text.slice(0, index).split('\n').length}`;
     if (file) {
-      test(`${where} is saved`, () => writeFileSync(join(folder, file), body));
+      test(`${where} is saved, and is the example of that name`, () => {
+        writeFileSync(join(folder, file), body);
+        if (existsSync(`${root}examples/${file}`)) {
+          assert.equal(read(`examples/${file}`), body);
+        }
+      });
     } else if (kind === 'run') {
       const skip = build !== 'release' ? 'for the release build' : HAS[needs] === false && `needs ${needs}`;
       test(`${where} does what it says`, { skip }, () => {
