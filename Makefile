@@ -20,7 +20,7 @@ build_product = ./scripts/build.sh $(PRODUCT)
 .PHONY: help setup build demo test device arm arm64 armhf asan tsan lint format format-check bench bench-once soak fuzz engines pack install uninstall clean
 
 help: ## show this list
-	@awk -F ':.*## ' '/^[a-z-]+:.*## / { printf "make %-13s %s\n", $$1, $$2 }' Makefile
+	@awk -F ':.*## ' '/^[a-z0-9-]+:.*## / { printf "make %-13s %s\n", $$1, $$2 }' Makefile
 
 setup: ## install what the build and the tests need and this machine lacks
 	@./scripts/setup.sh build demo test
@@ -53,6 +53,8 @@ device: ## build and test with the compiler, the libraries and the flags of a de
 
 arm: arm64 armhf ## build for the processors of devices, and run the tests in an emulator
 
+arm64: ## the same for 64-bit ARM alone
+armhf: ## the same for 32-bit ARM alone
 arm64 armhf:
 	@./scripts/setup.sh build test arm
 	@./scripts/arm.sh $@
