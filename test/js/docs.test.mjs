@@ -58,7 +58,10 @@ test('the tables list the functions in order', async () => {
   }
 });
 
-for (const document of ['README.md', 'docs/desktop.md', 'docs/service-author.md', 'docs/testing.md']) {
+const WITH_EXAMPLES = [
+  'README.md', 'docs/desktop.md', 'docs/device.md', 'docs/service-author.md', 'docs/testing.md',
+];
+for (const document of WITH_EXAMPLES) {
   const text = read(document);
   const blocks = [...text.matchAll(/^```\w+ (run|output|file=(\S+))(?: needs=(\S+))?\n(.*?)^```$/gms)];
   blocks.forEach(({ index, 1: kind, 2: file, 3: needs, 4: body }, i) => {
