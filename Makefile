@@ -39,17 +39,14 @@ test: ## build and run all tests
 	@$(configure) -DZELK_BUILD_TESTS=ON -DZELK_BUILD_COMMAND=ON -DCMAKE_COMPILE_WARNING_AS_ERROR=ON
 	@cmake --build --preset release
 	@ctest --preset release
-	@./scripts/js_tests.sh test/js/*.test.mjs
-
-# What is installed is always the release build.
-tests_of_any_build := $(filter-out test/js/install.test.mjs,$(wildcard test/js/*.test.mjs))
+	@./scripts/js_tests.sh test/*/*.test.mjs
 
 device: ## build and test with the compiler, the libraries and the flags of a device's build
 	@./scripts/setup.sh build test device
 	@cmake --preset device --log-level=WARNING
 	@cmake --build --preset device
 	@ctest --preset device
-	@ZELKLOGSERVICE_BUILD=device ./scripts/js_tests.sh $(tests_of_any_build)
+	@ZELKLOGSERVICE_BUILD=device ./scripts/js_tests.sh test/*/*.test.mjs
 
 arm: arm64 armhf ## build for the processors of devices, and run the tests in an emulator
 

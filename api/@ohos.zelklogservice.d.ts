@@ -1,4 +1,4 @@
-// Generated from index.d.ts by scripts/sdk_declaration.mjs.
+// Generated from js/index.d.ts by scripts/sdk_declaration.mjs.
 import type { Callback } from './@ohos.base';
 
 /**

@@ -4,7 +4,7 @@ import { addon, compare, now, report, roundsOf } from './lib/rounds.mjs';
 
 const { allocatedBytes } = addon('product_parts');
 const zelk = addon('zelklogservice');
-const { logService } = createRequire(import.meta.url)('../testing.js');
+const { logService } = createRequire(import.meta.url)('../testing/testing.js');
 
 const ROUNDS = 61;
 const CALLS = 100;

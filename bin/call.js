@@ -1,7 +1,7 @@
 'use strict';
 
 const fs = require('node:fs');
-const { load } = require('../library.js');
+const { load } = require('../js/load_library.js');
 const { complain } = require('./output.js');
 
 const KIT = 'zelk_testing.node';
@@ -114,7 +114,7 @@ async function call(request, { seconds, verbose }) {
   let takeLines;
   try {
     takeLines = watchLog(setLogUp(verbose));
-    library = require('../index.js');
+    library = require('../js/index.js');
   } catch (error) {
     return { kind: 'unloadable', value: error.message };
   }

@@ -28,18 +28,15 @@ add_custom_command(OUTPUT ${command_docs}
     VERBATIM)
 add_custom_target(command_docs ALL DEPENDS ${command_docs})
 
-# Of the package, package.json lists all that is not built.
-set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS package.json)
-execute_process(COMMAND "${NODE}" -p "require('./package.json').files.filter((name) => !name.endsWith('/')).join(';')"
-    WORKING_DIRECTORY "${CMAKE_SOURCE_DIR}"
-    OUTPUT_VARIABLE package_files OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
 set(package_libraries ohos_host zelk_service_api zelk_testing zelk_testing_state)
 if(TARGET zelk_dbus)
     list(APPEND package_libraries zelk_dbus)
 endif()
 
 set(folder lib/zelklogservice)
-install(FILES ${package_files} package.json LICENSE DESTINATION "${folder}")
+install(FILES package.json LICENSE DESTINATION "${folder}")
+install(DIRECTORY js DESTINATION "${folder}")
+install(DIRECTORY testing DESTINATION "${folder}" FILES_MATCHING REGEX "\\.m?[jt]s$" PATTERN native EXCLUDE)
 install(DIRECTORY bin DESTINATION "${folder}" PATTERN zelklog EXCLUDE)
 install(PROGRAMS bin/zelklog DESTINATION "${folder}/bin")
 install(DIRECTORY "${COMMANDER_DIR}" DESTINATION "${folder}/node_modules")

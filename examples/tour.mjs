@@ -36,7 +36,7 @@ function end(message) {
 // The only reason for which these calls can be refused.
 const NO_RIGHTS = 'the calls are refused: this process is not a system application (OHOS_FULL_TOKEN_ID)';
 
-const zelk = await import('../index.mjs').then((module) => module.default, (error) => end(error.message));
+const zelk = await import('../js/index.mjs').then((module) => module.default, (error) => end(error.message));
 let current;
 
 // Several functions answer nothing when the log service fails. Then there is nothing left to wait for.
@@ -131,7 +131,7 @@ await byPromise('queryRemoteDevicesLogs', 'crash');
 await byPromise('queryProtocolData', 'version');
 
 chapter('For tests: a log service in JavaScript replaces that one, and fails or never answers.');
-const { ServiceError, logService } = await import('../testing.mjs');
+const { ServiceError, logService } = await import('../testing/testing.mjs');
 const service = logService({
   GetModemLogStatus: () => {
     throw new ServiceError(5, true);

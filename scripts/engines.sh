@@ -48,7 +48,7 @@ for release in 18 20 22 24 26; do
     fetch "node-$release" "node-linux-$arch@$release"
     program=$engines/node-$release/node_modules/node-linux-$arch/bin/node
     try "Node.js $("$program" -p process.versions.node)" 'all JavaScript tests' \
-        env NODE="$program" scripts/js_tests.sh test/js/*.test.mjs
+        env NODE="$program" scripts/js_tests.sh test/*/*.test.mjs
 done
 
 case $arch in

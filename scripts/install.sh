@@ -46,7 +46,7 @@ make_user() {
         return
     fi
     if command -v systemd-sysusers >/dev/null; then
-        systemd-sysusers "$PWD/host/dbus/data/zelklog.sysusers.conf"
+        systemd-sysusers "$PWD/service/dbus/data/zelklog.sysusers.conf"
     else
         useradd --system --user-group --no-create-home --shell /usr/sbin/nologin zelklog
     fi

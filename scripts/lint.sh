@@ -7,7 +7,7 @@ cmake --preset clang --log-level=WARNING
 cmake --build --preset clang
 
 # clang-tidy also counts the warnings of the system's headers, which it does not show.
-find client config host napi payload -name '*.cpp' -print0 |
+find client config host napi payload service testing -name '*.cpp' -print0 |
     xargs -0 -n 1 -P "$(nproc)" clang-tidy --quiet -p build/clang 2>&1 | sed '/^[0-9]* warnings\? generated\.$/d'
 
 npx eslint --max-warnings 0 . bin/zelklog

@@ -26,4 +26,4 @@ case $preset in
 esac
 
 ZELKLOGSERVICE_BUILD=$preset LD_PRELOAD=$(g++ -print-file-name="$runtime") \
-    LIMIT=1500 $usual_addresses scripts/js_tests.sh test/js/[0-9]*.test.mjs
+    LIMIT=1500 $usual_addresses scripts/js_tests.sh test/{functions,sweeps,kit}/*.test.mjs

@@ -6,7 +6,7 @@ import { readFileSync, writeFileSync } from 'node:fs';
 import { fileURLToPath } from 'node:url';
 import ts from 'typescript';
 
-const SOURCE = fileURLToPath(new URL('../index.d.ts', import.meta.url));
+const SOURCE = fileURLToPath(new URL('../js/index.d.ts', import.meta.url));
 export const TARGET = fileURLToPath(new URL('../api/@ohos.zelklogservice.d.ts', import.meta.url));
 
 const TAGS = ['@systemapi', '@since 11']; // Release 4.1, the oldest that has all the module needs.
@@ -16,7 +16,7 @@ const CALLBACK = 'AnswerCallback';
 // What only the desktop has.
 const isForDevices = (line) => !line.includes('zelklogservice/testing');
 
-const NOTICE = `// Generated from index.d.ts by scripts/sdk_declaration.mjs.
+const NOTICE = `// Generated from js/index.d.ts by scripts/sdk_declaration.mjs.
 `;
 
 // The lines of a JSDoc comment without its frame.

@@ -1,6 +1,6 @@
 #!/bin/sh
 # The long tests of reliability on the release build: memory over many calls, a log service that is killed again and
-# again, a bus whose messages are malformed, and the sweeps of test/js with all that they can try. With CI=true a short
+# again, a bus whose messages are malformed, and the sweeps of test/sweeps with all that they can try. With CI=true a short
 # version of the former; the sweeps' short versions are part of the tests.
 #   scripts/soak.sh [answered calls]
 set -eu
@@ -25,6 +25,6 @@ soak flat.mjs malformed 20000
 
 cmake --build --preset release
 export ZELK_FAULT_PAIR_REACH=1000 ZELK_HOSTILE_RUNS=5000 ZELK_ENVIRONMENT_ROUNDS=150 ZELK_SERVICE_FAULT_ROUNDS=20
-for test in test/js/2[0-9]_*.test.mjs; do
+for test in test/sweeps/*.test.mjs; do
   LIMIT=21600 scripts/js_tests.sh "$test"
 done

@@ -23,7 +23,7 @@ install_into() {
     package=$(ls "$PWD"/build/pack/zelklogservice-*.tgz) || fail "there is no package: run \`make pack\`"
     rm -rf "$1"
     mkdir -p "$1"
-    sed "s#'../index.mjs'#'zelklogservice'#; s#'../testing.mjs'#'zelklogservice/testing'#" examples/tour.mjs \
+    sed "s#'../js/index.mjs'#'zelklogservice'#; s#'../testing/testing.mjs'#'zelklogservice/testing'#" examples/tour.mjs \
         >"$1/tour.mjs"
     echo '{}' >"$1/package.json"
     npm install --prefix "$1" --offline --no-audit --no-fund --loglevel=error "$package"

@@ -4,8 +4,8 @@
 #include <string>
 
 #include "addon.h"
-#include "reference_service.h"
-#include "zelk_service_api/proxy_source.h"
+#include "service/api/proxy_source.h"
+#include "service/reference/reference_service.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <sys/stat.h>
 
-#include "host_setting.h"
+#include "host/utils/host_setting.h"
 #include "line_header.h"
 
 namespace OHOS::Host {

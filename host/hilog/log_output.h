@@ -7,7 +7,7 @@
 #include <string>
 #include <unistd.h>
 
-#include "write_until.h"
+#include "host/utils/write_until.h"
 
 namespace OHOS::Host {
 

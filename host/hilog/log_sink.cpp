@@ -6,7 +6,7 @@
 #include <string_view>
 #include <utility>
 
-#include "host_setting.h"
+#include "host/utils/host_setting.h"
 #include "line_header.h"
 
 namespace OHOS::Host {

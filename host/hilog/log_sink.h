@@ -6,7 +6,7 @@
 #include <mutex>
 #include <string>
 
-#include "hilog/capture.h"
+#include "capture.h"
 #include "log_output.h"
 #include "timed_mutex.h"
 

@@ -8,7 +8,7 @@
 #include <unistd.h>
 
 #include "calling_token.h"
-#include "host_setting.h"
+#include "host/utils/host_setting.h"
 
 namespace OHOS {
 

@@ -8,8 +8,8 @@
 
 #include <json/reader.h>
 
-#include "item_text.h"
-#include "reference_service.h"
+#include "service/reference/item_text.h"
+#include "service/reference/reference_service.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 import { createRequire } from 'node:module';
 import { forms } from '../support/forms.mjs';
 
-export const zelk = createRequire(import.meta.url)('../../index.js');
+export const zelk = createRequire(import.meta.url)('../../js/index.js');
 export const names = Object.getOwnPropertyNames(zelk);
 
 // Whether the function takes no callback.

@@ -1,7 +1,7 @@
 // HiLog's printing interface, as on the platform. On a desktop the lines go to a file or to standard error; the
 // environment variables HILOG_LEVEL and HILOG_FILE choose (see docs/desktop.md).
-#ifndef HOST_HILOG_LOG_H
-#define HOST_HILOG_LOG_H
+#ifndef HOST_HILOG_HILOG_LOG_H
+#define HOST_HILOG_HILOG_LOG_H
 
 extern "C" {
 
@@ -39,4 +39,4 @@ __attribute__((visibility("default"))) int HiLogPrint(LogType type, LogLevel lev
 #pragma GCC diagnostic pop
 }
 
-#endif // HOST_HILOG_LOG_H
+#endif // HOST_HILOG_HILOG_LOG_H

@@ -1,0 +1,58 @@
+'use strict';
+
+// Finds and loads the native libraries of this package. Every program that uses the package reads this file,
+// so the errors for libraries that cannot be loaded are in load_errors.js. Even old versions of Node.js must
+// be able to parse both, or they could not report that they are too old.
+
+var fs = require('fs');
+var path = require('path');
+
+var OLDEST_NODE = 18;
+var ROOT = path.join(__dirname, '..');
+
+// Throws if this package cannot work here at all.
+function check() {
+  if (process.platform !== 'linux') {
+    throw require('./load_errors.js').otherPlatform();
+  }
+  if (parseInt(process.versions.node, 10) < OLDEST_NODE) {
+    throw require('./load_errors.js').oldNode(OLDEST_NODE);
+  }
+}
+
+// A checkout uses the libraries of its last build, even if a package was made in it. Tests choose another
+// build, such as asan, with ZELKLOGSERVICE_BUILD. An installed package has libraries for several processors.
+function libraryFile(name) {
+  var packed = path.join(ROOT, 'lib', process.platform + '-' + process.arch, name);
+  if (!fs.existsSync(path.join(ROOT, 'CMakeLists.txt'))) {
+    if (!fs.existsSync(packed)) {
+      throw require('./load_errors.js').notInPackage();
+    }
+    return packed;
+  }
+  var chosen = process.env.ZELKLOGSERVICE_BUILD;
+  if (chosen && !/^[\w-]+$/.test(chosen)) {
+    throw require('./load_errors.js').wrongBuildName(chosen);
+  }
+  var built = path.join(ROOT, 'build', chosen || 'release', name);
+  if (fs.existsSync(built)) {
+    return built;
+  }
+  if (chosen || !fs.existsSync(packed)) {
+    throw require('./load_errors.js').notBuilt(built, chosen || 'release');
+  }
+  return packed;
+}
+
+// The exports of the native library NAME. On failure the error's code says what is missing.
+function load(name) {
+  check();
+  var file = libraryFile(name);
+  try {
+    return require(file);
+  } catch (error) {
+    throw require('./load_errors.js').notLoaded(file, error);
+  }
+}
+
+module.exports = { check: check, load: load };

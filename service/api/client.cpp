@@ -1,0 +1,79 @@
+#include "zelk_service_api/client.h"
+
+#include <functional>
+#include <map>
+#include <mutex>
+#include <string>
+#include <utility>
+
+#include "proxy_source.h"
+#include "service/reference/reference_service.h"
+#include "setting_source.h"
+
+namespace OHOS {
+
+namespace {
+
+using HiviewDFX::IZelkLogService;
+
+// Set by a test or a program in place of the setting. Never destroyed: workers may outlive static objects.
+struct Override {
+    std::mutex mutex;
+    Host::ProxySource source;
+};
+
+Override& TheOverride()
+{
+    static auto* const theOverride = new Override;
+    return *theOverride;
+}
+
+} // namespace
+
+void Host::SetProxySource(ProxySource source)
+{
+    Override& current = TheOverride();
+    const std::lock_guard<std::mutex> lock(current.mutex);
+    current.source.swap(source);
+}
+
+sptr<IZelkLogService> Host::MakeReferenceService()
+{
+    return new ReferenceService;
+}
+
+namespace HiviewDFX {
+
+sptr<IZelkLogService> Client::GetProxy()
+{
+    Override& current = TheOverride();
+    std::unique_lock<std::mutex> lock(current.mutex);
+    const Host::ProxySource source = current.source;
+    lock.unlock();
+    if (source) {
+        return source();
+    }
+    return Host::ProxyOfSetting();
+}
+
+void Client::OnRemoteDied(const wptr<IRemoteObject>&)
+{
+    std::unique_lock<std::mutex> lock(mutex_);
+    const std::map<std::string, std::function<void()>> callbacks = callbacks_;
+    lock.unlock();
+    for (const auto& [name, callback] : callbacks) {
+        if (callback) {
+            callback();
+        }
+    }
+}
+
+void Client::RegisterRemotedDied(std::string name, std::function<void()>& callback)
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    callbacks_.insert_or_assign(std::move(name), callback);
+}
+
+} // namespace HiviewDFX
+
+} // namespace OHOS

@@ -1,0 +1,57 @@
+// The connections of this process to one bus.
+#ifndef SERVICE_DBUS_BUS_POOL_H
+#define SERVICE_DBUS_BUS_POOL_H
+
+#include <chrono>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "bus_connection.h"
+
+namespace OHOS::Host {
+
+// Every call has a connection to itself while it lasts, so that calls of several threads are in flight at once and no
+// extra thread has to read for all of them. There are as many connections as there have been calls at the same time;
+// none before the first call. A connection that was idle for a while is closed, but for a few. May be used from any
+// thread.
+class BusPool : public std::enable_shared_from_this<BusPool> {
+public:
+    using Duration = std::chrono::steady_clock::duration;
+
+    // `onInvalid` is called, on any thread, each time libsystemd refuses the bus's address. A connection is closed when
+    // it was idle for `idleLimit`, or a little longer.
+    BusPool(std::string address, void (*onInvalid)(), Duration idleLimit = std::chrono::seconds(10));
+
+    // Lends the caller an open connection; or returns a negative errno when the bus cannot be reached in time.
+    int Acquire(Deadline deadline, std::unique_ptr<BusConnection>& connection);
+
+    // Returns the connection to the pool.
+    void Release(std::unique_ptr<BusConnection> connection) noexcept;
+
+private:
+    struct Idle {
+        std::unique_ptr<BusConnection> connection;
+        Deadline end; // When it is to be closed.
+    };
+
+    std::unique_ptr<BusConnection> AcquireIdle();
+
+    // Closes what was idle for too long, in a thread that there is only while there are more than a few connections:
+    // the calls of a usual runtime never start it.
+    void StartClosing();
+    // False when only a few connections are left.
+    bool CloseIdle();
+
+    const std::string address_;
+    void (*const onInvalid_)();
+    const Duration idleLimit_;
+    std::mutex mutex_;       // Guards everything below.
+    std::vector<Idle> idle_; // In the order in which they were used.
+    bool isClosing_ = false;
+};
+
+} // namespace OHOS::Host
+
+#endif // SERVICE_DBUS_BUS_POOL_H

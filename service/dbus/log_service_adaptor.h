@@ -1,0 +1,44 @@
+// A log service as an object on D-Bus.
+#ifndef SERVICE_DBUS_LOG_SERVICE_ADAPTOR_H
+#define SERVICE_DBUS_LOG_SERVICE_ADAPTOR_H
+
+#include <cstdint>
+#include <functional>
+#include <utility>
+
+#include "bus_handles.h"
+#include "zelk_service_api/i_zelk_log_service.h"
+
+namespace OHOS::Host {
+
+// Called after each call that was served, with the method's name and the code that was answered.
+using CallObserver = std::function<void(const char* method, int32_t code)>;
+
+// Exports a log service. Its calls are served in the thread that processes the bus's messages. Nothing is thrown there:
+// a call that runs out of memory is answered with a D-Bus error.
+class LogServiceAdaptor {
+public:
+    LogServiceAdaptor(HiviewDFX::IZelkLogService& service, CallObserver observer)
+        : service_(service), observer_(std::move(observer))
+    {
+    }
+    LogServiceAdaptor(const LogServiceAdaptor&) = delete;
+    LogServiceAdaptor& operator=(const LogServiceAdaptor&) = delete;
+
+    // Offers the service at its path on `bus` for as long as this object lives. Returns a negative errno on failure.
+    int Export(sd_bus* bus);
+
+    // Serves `call`, of a method whose arguments and answer are those of OPERATION, a member function of the service or
+    // a function that takes it first; the answer comes last. Returns what a handler of sd-bus must return.
+    template <auto OPERATION>
+    int Serve(sd_bus_message* call);
+
+private:
+    HiviewDFX::IZelkLogService& service_;
+    const CallObserver observer_;
+    BusSlot slot_;
+};
+
+} // namespace OHOS::Host
+
+#endif // SERVICE_DBUS_LOG_SERVICE_ADAPTOR_H

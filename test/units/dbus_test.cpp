@@ -1,0 +1,565 @@
+// The log service over D-Bus: the client's proxy, the process zelk-log-service, and buses and services that misbehave.
+#include <cstdlib>
+#include <fcntl.h>
+#include <new>
+#include <sstream>
+#include <sys/stat.h>
+#include <tuple>
+#include <type_traits>
+
+#include "in_threads.h"
+#include "private_bus.h"
+#include "service/dbus/message_values.h"
+#include "service/reference/reference_service.h"
+
+namespace {
+
+// How often `new` still succeeds on this thread; any number of times while it is negative.
+thread_local int t_allocationsLeft = -1;
+
+} // namespace
+
+void* operator new(size_t size)
+{
+    t_allocationsLeft -= t_allocationsLeft > 0 ? 1 : 0;
+    void* memory = t_allocationsLeft == 0 ? nullptr : std::malloc(size);
+    if (memory == nullptr) {
+        throw std::bad_alloc();
+    }
+    return memory;
+}
+
+// Not inline: where the compiler sees `free` follow `new` it takes them for a mismatch.
+[[gnu::noinline]] void operator delete(void* memory) noexcept
+{
+    std::free(memory);
+}
+
+[[gnu::noinline]] void operator delete(void* memory, size_t) noexcept
+{
+    std::free(memory);
+}
+
+namespace OHOS::Host {
+
+using HiviewDFX::IZelkLogService;
+using std::chrono::steady_clock;
+using Codes = std::vector<int32_t>;
+using Texts = std::vector<std::string>;
+
+const std::string PROGRAM = Quoted(ZELK_LOG_SERVICE_PROGRAM);
+constexpr auto* BUS = PlayedBus::BUS;
+constexpr auto* OWNER = PlayedBus::OWNER;
+
+// Ends the greeting of a bus with text that libsystemd cannot read.
+constexpr const char* GARBAGE = R"(
+import socket, sys
+listening = socket.socket(socket.AF_UNIX)
+listening.bind(sys.argv[1])
+listening.listen()
+while True:
+    client = listening.accept()[0]
+    client.sendall(b"DATA\r\nOK " + 32 * b"z" + b"\r\nAGREE_UNIX_FD\r\n")
+    client.recv(1000)
+)";
+
+std::string Serving(const Bus& bus)
+{
+    return "exec " + PROGRAM + " --address " + bus.address;
+}
+
+std::string ItemOf(const std::string& key, const std::string& value)
+{
+    return R"({"configKey":")" + key + R"(","value":)" + value + "}";
+}
+
+// "code on" or "code off".
+std::string StatusBy(const Proxy& proxy)
+{
+    if (!proxy) {
+        return "no service";
+    }
+    bool on = false;
+    const int32_t code = proxy->GetModemLogStatus(on);
+    return std::to_string(code) + (on ? " on" : " off");
+}
+
+class Service : public testing::Test {
+protected:
+    const PrivateBus bus;
+    Process process{Serving(bus)};
+    const Proxy proxy = bus.WaitForService();
+    bool done = false;
+};
+
+// The code, and what is answered.
+template <typename Answer>
+void Expect(int32_t code, const Answer& answer, const std::string& expected)
+{
+    std::ostringstream seen;
+    seen << std::boolalpha << code;
+    if constexpr (std::is_same_v<Answer, Texts>) {
+        for (const std::string& each : answer) {
+            seen << ' ' << each;
+        }
+    } else {
+        seen << ' ' << answer;
+    }
+    EXPECT_EQ(seen.str(), expected);
+}
+
+TEST_F(Service, EveryOperationAnswersTheSameEmbeddedAndOverDbus)
+{
+    Texts values;
+    std::string text;
+    Texts keys = {"ä😀\"", "never", "a", "a"};
+    Texts bad = {ItemOf("a", "2"), ""}; // Nothing of the call takes effect.
+    Texts three = {ItemOf("a", "1"), ItemOf("a", R"({"b":"\n"})"), ItemOf("ä😀\"", "")};
+    Texts one = {ItemOf("a", "3")};
+    const std::string start = R"({"configKey":"ä😀\"","value":")";
+    const std::string a = R"( {"configKey":"a","value":")";
+    const std::string never = R"("} {"configKey":"never","value":"{}"})";
+    const std::string ofNone = "0 " + start + "{}" + never + a + "{}\"}" + a + "{}\"}";
+    const std::string ofThree = "0 " + start + never + a + R"({\"b\":\"\\n\"}"})" + a + R"({\"b\":\"\\n\"}"})";
+    const std::string ofOne = "0 " + start + "{}" + never + a + "3\"}" + a + "3\"}";
+    for (const Proxy& service : {Proxy(new ReferenceService), proxy}) {
+        // Modem log and packet capture keep switch and configuration apart.
+        Expect(service->ChangeModemLogConfig(three, done), done, "0 true");
+        Expect(service->GetModemLogConfig(keys, values), values, ofThree);
+        Expect(service->GetTcpdumpConfig(keys, values), values, ofNone);
+        Expect(service->HandleTcpdumpSwitch(true, bad, done), done, "2 false");
+        Expect(service->HandleTcpdumpSwitch(true, one, done), done, "0 true");
+        Expect(service->ChangeTcpdumpConfig(bad, done), done, "2 false");
+        Expect(service->GetTcpdumpConfig(keys, values), values, ofOne);
+        Expect(service->ChangeTcpdumpConfig(three, done), done, "0 true");
+        Expect(service->GetModemLogStatus(done), done, "0 false");
+        Expect(service->GetTcpdumpStatus(done), done, "0 true");
+        Expect(service->GetTcpdumpConfig(keys, values), values, ofThree);
+        Expect(service->HandleModemLogSwitch(true, bad, done), done, "2 false");
+        Expect(service->HandleModemLogSwitch(true, done), done, "0 true");
+        Expect(service->ChangeModemLogConfig(bad, done), done, "2 false");
+        Expect(service->GetModemLogStatus(done), done, "0 true");
+        Expect(service->GetModemLogConfig(keys, values), values, ofThree);
+        Expect(service->HandleTcpdumpSwitch(false, done), done, "0 true");
+        Expect(service->GetTcpdumpStatus(done), done, "0 false");
+        Expect(service->HandleModemLogSwitch(false, one, done), done, "0 true");
+        Expect(service->GetModemLogStatus(done), done, "0 false");
+
+        Expect(service->GetModemLogLogMasks(values), values,
+               R"(0 {"configKey":"ap","value":"0x0"} {"configKey":"cp","value":"0x0"})");
+        Expect(service->GetModemLogDirectPackConfig(text), text, R"(0 {"directPack":false})");
+        Expect(service->GetRemoteDevicesList(text), text, R"(0 {"devices":[]})");
+        Expect(service->FetchRemoteDevicesLogs("a\"b", text, INT64_MIN), text,
+               R"(0 {"request":"a\"b","value":-9223372036854775808,"logs":[]})");
+        Expect(service->QueryRemoteDevicesLogs("", text), text, R"(0 {"request":"","logs":[]})");
+        Expect(service->QueryProtocolData("\n", text), text, R"(0 {"request":"\n","data":""})");
+        Expect(service->SendModemLogCommand(ItemOf("AT", "1"), done), done, "0 true");
+        Expect(service->SendModemLogCommand("AT", done), done, "2 false");
+        Expect(service->HandleBluetoothCallPcmLogSwitch(true), "", "0 ");
+    }
+}
+
+TEST_F(Service, DescribesItselfAsItsFileDoes)
+{
+    const std::string script =
+        "rows() { grep -oE '<(method|arg)[^>]*>'; }; described=$(dbus-send --bus=" + bus.address +
+        " --print-reply=literal --dest=" + SERVICE_NAME + " " + SERVICE_PATH +
+        " org.freedesktop.DBus.Introspectable.Introspect | sed '1,/" + SERVICE_INTERFACE + "/d' | rows); " +
+        "test \"$described\" = \"$(rows <" + Quoted(ZELK_LOG_SERVICE_INTERFACE) + ")\"";
+    EXPECT_EQ(Process(script).End(), 0);
+}
+
+TEST(Dbus, ForeignAnswers)
+{
+    constexpr int32_t TYPES = IPC_WRONG_TYPES;
+    constexpr int32_t GONE = IPC_SERVICE_GONE;
+    constexpr const char* STRANGER = ":1.66";
+    // An answer, and the codes for callers that expect a boolean, a text, a list, or only a code.
+    const std::pair<std::function<void(sd_bus_message*)>, Codes> cases[] = {
+        {[](auto* call) { PlayedBus::Reply(call, OWNER, "ib", -7, 1); }, {-7, TYPES, TYPES, TYPES}},
+        {[](auto* call) { PlayedBus::Reply(call, OWNER, "is", -7, "seen"); }, {TYPES, -7, TYPES, TYPES}},
+        {[](auto* call) { PlayedBus::Reply(call, OWNER, "ias", -7, 1, "seen"); }, {TYPES, TYPES, -7, TYPES}},
+        {[](auto* call) { PlayedBus::Reply(call, OWNER, "i", -7); }, {TYPES, TYPES, TYPES, -7}},
+        {[](auto* call) { PlayedBus::Reply(call, OWNER, "ibb", 0, 1, 1); }, Codes(4, TYPES)},
+        // This looks like the bus's own.
+        {[](auto* call) { PlayedBus::ReplyError(call, OWNER, SD_BUS_ERROR_NO_REPLY); }, Codes(4, IPC_ERROR_ANSWER)},
+        // And these are.
+        {[](auto* call) { PlayedBus::ReplyError(call, BUS, SD_BUS_ERROR_NO_REPLY); }, Codes(4, GONE)},
+        {[](auto* call) { PlayedBus::ReplyError(call, BUS, SD_BUS_ERROR_SERVICE_UNKNOWN); }, Codes(4, GONE)},
+        {[](auto* call) { PlayedBus::ReplyError(call, BUS, SD_BUS_ERROR_TIMEOUT); }, Codes(4, IPC_TIMEOUT)},
+        {[](auto* call) { PlayedBus::ReplyError(call, BUS, "org.freedesktop.DBus.Error.TimedOut"); },
+         Codes(4, IPC_TIMEOUT)},
+        {[](auto* call) { PlayedBus::ReplyError(call, BUS, SD_BUS_ERROR_ACCESS_DENIED); }, Codes(4, IPC_ERROR_ANSWER)},
+    };
+    std::atomic<size_t> row = 0;
+    const PlayedBus bus([&](sd_bus_message* call) {
+        EXPECT_STREQ(sd_bus_message_get_destination(call), OWNER);
+        // Other peers are not believed.
+        PlayedBus::Notify(call, STRANGER, STRANGER);
+        PlayedBus::Reply(call, STRANGER, "ib", 66, 1);
+        PlayedBus::ReplyError(call, STRANGER, SD_BUS_ERROR_NO_REPLY);
+        cases[row].first(call);
+    });
+    const Proxy proxy = bus.Find();
+    for (; row < std::size(cases); ++row) {
+        const Codes& codes = cases[row].second;
+        bool status = false;
+        std::string text = "kept";
+        Texts list = {"kept"};
+        EXPECT_EQ((Codes{proxy->GetModemLogStatus(status), proxy->GetRemoteDevicesList(text),
+                         proxy->GetModemLogLogMasks(list), proxy->HandleBluetoothCallPcmLogSwitch(true)}),
+                  codes)
+            << row;
+        EXPECT_EQ(status, codes[0] == -7) << row;
+        EXPECT_EQ(text, codes[1] == -7 ? "seen" : "kept") << row;
+        EXPECT_EQ(list, Texts{codes[2] == -7 ? "seen" : "kept"}) << row;
+    }
+    EXPECT_EQ(bus.connections, 1); // Calls one after the other need no more.
+}
+
+// A connection may learn of a new owner only after it has called the old one.
+TEST(Dbus, TheNextOwnerIsCalledWhenTheLastOneHasLeft)
+{
+    const PlayedBus bus([calls = 0](sd_bus_message* call) mutable {
+        if (++calls == 1) {
+            PlayedBus::Notify(call, BUS, ":1.3");
+            PlayedBus::ReplyError(call, BUS, SD_BUS_ERROR_SERVICE_UNKNOWN);
+        } else {
+            EXPECT_STREQ(sd_bus_message_get_destination(call), ":1.3");
+            PlayedBus::Reply(call, ":1.3", "ib", 0, 1);
+        }
+    });
+    EXPECT_EQ(StatusBy(bus.Find()), "0 on");
+}
+
+TEST(Dbus, ALateAnswerIsDropped)
+{
+    std::vector<BusMessage> calls;
+    const PlayedBus bus([&](sd_bus_message* call) {
+        calls.emplace_back(sd_bus_message_ref(call));
+        if (calls.size() == 2) {
+            PlayedBus::Reply(calls[0].get(), OWNER, "ib", 1, 1);
+            PlayedBus::Reply(calls[1].get(), OWNER, "ib", 2, 1);
+            calls.clear();
+        }
+    });
+    EXPECT_EQ(StatusBy(bus.Find(300ms)), "1002 off");
+    EXPECT_EQ(StatusBy(bus.Find()), "2 on");
+    EXPECT_EQ(bus.connections, 1);
+}
+
+// A service that had to give up its connection cannot tell those who wait.
+TEST(Dbus, AnAnswerIsNotAwaitedForLongOnceTheNameHasPassed)
+{
+    const PlayedBus bus([calls = 0](sd_bus_message* call) mutable {
+        PlayedBus::Notify(call, BUS, "");
+        std::this_thread::sleep_for(1200ms); // So far it may still answer.
+        PlayedBus::Notify(call, BUS, ":1.3");
+        if (++calls == 1) {
+            std::this_thread::sleep_for(100ms);
+            PlayedBus::Reply(call, OWNER, "ib", 0, 1);
+            PlayedBus::Notify(call, BUS, OWNER);
+        }
+    });
+    const Proxy proxy = bus.Find();
+    EXPECT_EQ(StatusBy(proxy), "0 on");
+    const steady_clock::time_point start = steady_clock::now();
+    EXPECT_EQ(StatusBy(proxy), "1001 off");
+    EXPECT_GE(steady_clock::now() - start, 2200ms);
+    EXPECT_LT(steady_clock::now() - start, 6s);
+}
+
+TEST(Dbus, CallsOfSeveralThreadsHaveConnectionsUntilTheseAreIdle)
+{
+    constexpr size_t THREADS = 20;
+    std::vector<BusMessage> calls;
+    const PlayedBus bus([&](sd_bus_message* call) {
+        calls.emplace_back(sd_bus_message_ref(call));
+        if (calls.size() == THREADS) { // None of them is answered earlier.
+            for (const BusMessage& waiting : calls) {
+                PlayedBus::Reply(waiting.get(), OWNER, "ib", 0, 1);
+            }
+            calls.clear();
+        }
+    });
+    const Proxy proxy = LogServiceProxy::Find(std::make_shared<BusPool>(
+                                                  bus.address, [] {}, 1s),
+                                              20s);
+    for (int round = 0; round < 2; ++round) {
+        ZelkTest::InThreads<THREADS>([&proxy](size_t) { EXPECT_EQ(StatusBy(proxy), "0 on"); });
+    }
+    EXPECT_EQ(bus.connections, THREADS);
+    EXPECT_TRUE(Eventually([&] { return bus.open < THREADS / 2; })) << bus.open;
+}
+
+// Without its limit, a call lasts as long as the flood.
+TEST(Dbus, AFloodDoesNotHoldACall)
+{
+    const PlayedBus bus(PlayedBus::Flood);
+    // With a pool of its own, whose connections end, and with them the flood, before the bus does.
+    const Proxy proxy = LogServiceProxy::Find(std::make_shared<BusPool>(bus.address, [] {}), 500ms);
+    for (int round = 0; round < 2; ++round) { // The second starts while the flood of the first goes on.
+        EXPECT_EQ(StatusBy(proxy), "1002 off");
+    }
+}
+
+TEST(Dbus, ActivationCountsForTheLimit)
+{
+    PlayedBus bus([&bus](sd_bus_message* call) {
+        const char* name = "";
+        uint32_t flags = 1;
+        if (sd_bus_message_read(call, "su", &name, &flags) > 0) {
+            EXPECT_STREQ(sd_bus_message_get_member(call), "StartServiceByName");
+            EXPECT_STREQ(name, SERVICE_NAME);
+            std::this_thread::sleep_for(1500ms);
+            bus.isOwned = true;
+            PlayedBus::Reply(call, BUS, "u", 1);
+        } else { // The owner has left and is to be started once more.
+            PlayedBus::Notify(call, BUS, "");
+            PlayedBus::ReplyError(call, BUS, SD_BUS_ERROR_SERVICE_UNKNOWN);
+        }
+    });
+    bus.isOwned = false;
+    const std::shared_ptr<BusPool> another = std::make_shared<BusPool>(bus.address, [] {});
+    EXPECT_EQ(LogServiceProxy::Find(another, 200ms), nullptr);
+    bus.isOwned = false;
+    const steady_clock::time_point start = steady_clock::now();
+    EXPECT_EQ(StatusBy(bus.Find(2500ms)), "1002 off");
+    EXPECT_LT(steady_clock::now() - start, 4s);
+}
+
+TEST(Dbus, WithMemoryShortACallFailsAndThrowsNothing)
+{
+    const PlayedBus bus([](sd_bus_message* call) {
+        PlayedBus::Reply(call, OWNER, "ias", 0, 2, std::string(100, 'x').c_str(), std::string(100, 'y').c_str());
+    });
+    int32_t code = IPC_ERROR_ANSWER;
+    int least = 1; // One more than the number of allocations that is enough.
+    for (; code == IPC_ERROR_ANSWER && least < 1000; ++least) {
+        const std::shared_ptr<BusPool> pool = std::make_shared<BusPool>(bus.address, [] {});
+        Texts list = {"kept"};
+        t_allocationsLeft = least;
+        {
+            const Proxy proxy = LogServiceProxy::Find(pool, 20s);
+            code = proxy ? proxy->GetModemLogLogMasks(list) : IPC_ERROR_ANSWER;
+        }
+        t_allocationsLeft = -1;
+        EXPECT_EQ(list.size(), code == 0 ? 2 : 1);
+    }
+    EXPECT_EQ(code, 0);
+    EXPECT_GT(least, 5);
+}
+
+// Each past a limit once ended the service, or its connection to the bus.
+TEST_F(Service, LivesThroughBadRequests)
+{
+    for (const std::string& text : {std::string("\xff"), std::string("a\0b", 3)}) {
+        Texts list = {text, "fine"};
+        EXPECT_EQ(proxy->SendModemLogCommand(text, done), IPC_ERROR_ANSWER);
+        EXPECT_EQ(proxy->ChangeModemLogConfig(list, done), IPC_ERROR_ANSWER);
+    }
+    Texts items = {ItemOf("k", std::string(900'000, 'x'))};
+    ASSERT_EQ(proxy->HandleModemLogSwitch(true, items, done), 0);
+    Texts keys(20'000, "k");
+    Texts values = {"left over"};
+    Expect(proxy->GetModemLogConfig(keys, values), values, "2");
+    Texts tooMany(700'000, ItemOf("", ""));
+    Expect(proxy->ChangeModemLogConfig(tooMany, done), done, "2 false");
+    std::string response = "left over";
+    Expect(proxy->QueryProtocolData(std::string(16'000'001, 'x'), response), response, "2 ");
+    EXPECT_EQ(StatusBy(proxy), "0 on");
+}
+
+// Runs find_service with further settings. The first is the value of ZELK_LOG_SERVICE.
+void FindService(const std::string& settings, const std::string& argument = "")
+{
+    const std::string command =
+        "exec env ZELK_LOG_SERVICE=" + settings + " " + Quoted(ZELK_FIND_SERVICE) + " " + argument;
+    execl("/bin/sh", "sh", "-c", command.c_str(), nullptr);
+}
+
+TEST_F(Service, IsFoundAsTheSettingSays)
+{
+    const std::string& address = bus.address;
+    const std::string report = "^zelklogservice: ZELK_LOG_SERVICE=\"[^\n]*no service\n$";
+    const std::string silence = "^$";
+    const std::string linked = bus.folder / "a,b"; // Has to be escaped in an address.
+    std::filesystem::create_directory_symlink(bus.folder, linked);
+    const std::tuple<std::string, int, std::string> cases[] = {
+        {"", 0, silence},
+        {"none", 1, silence},
+        {"'Session\n'", 1, report},
+        // libsystemd skips empty parts and transports that it does not know.
+        {"'autolaunch:;" + address + ";'", 0, silence},
+        {"'unix:path=/nonexistent;" + address + "'", 0, silence},
+        {":", 1, silence},
+        {"unix:path=/nonexistent", 1, silence},
+        // What it refuses.
+        {"unix:", 1, report},
+        {"unix:path=/" + std::string(200, 'x'), 1, report},
+        {"'unix:path=/nonexistent;unixexec:path=/bin/true'", 1, report},
+        {"session DBUS_SESSION_BUS_ADDRESS=" + address, 0, silence},
+        {"session DBUS_SESSION_BUS_ADDRESS= XDG_RUNTIME_DIR=" + linked, 0, silence},
+        {"session DBUS_SESSION_BUS_ADDRESS= XDG_RUNTIME_DIR=", 1, silence},
+        {"session DBUS_SESSION_BUS_ADDRESS=unixexec:path=/bin/true", 1,
+         "DBUS_SESSION_BUS_ADDRESS=\"[^\n]*no service\n$"},
+        {"system DBUS_SYSTEM_BUS_ADDRESS=" + address, 0, silence},
+    };
+    for (const auto& [settings, status, errors] : cases) {
+        EXPECT_EXIT(FindService(settings), testing::ExitedWithCode(status), errors) << settings;
+    }
+    // It is not the address that is invalid.
+    const Process garbage("exec python3 -c " + Quoted(GARBAGE) + " " + linked + "/garbage");
+    EXPECT_TRUE(Eventually([&] { return std::filesystem::exists(bus.folder / "garbage"); }));
+    EXPECT_EXIT(FindService("unix:path=" + bus.folder.string() + "/garbage"), testing::ExitedWithCode(1), silence);
+    // After the D-Bus library could not be opened, the next call tries again.
+    EXPECT_EXIT(FindService(address, "without-descriptors"), testing::ExitedWithCode(0),
+                "^zelklogservice: [^\n]*cannot open libzelk_dbus-[^\n]*no service\n$");
+}
+
+TEST_F(Service, HasItsExitStatus)
+{
+    const std::pair<const char*, int> cases[] = {
+        {"--help", 0},
+        {"--address=unix:path=/nonexistent", 1},
+        {"--address=unix:path=/nonexistent 2>&1 | grep -q 'nonexistent: cannot reach the bus: No such file'", 0},
+        {"--address", 2},
+        {"--quiet 2>&1 | grep -q 'unknown option --quiet; try --help'", 0},
+    };
+    for (const auto& [words, status] : cases) {
+        EXPECT_EQ(Process(PROGRAM + " " + words).End(), status) << words;
+    }
+    EXPECT_EQ(process.End(SIGINT), 0);
+    EXPECT_EQ(bus.Find(), nullptr);
+    for (const auto& [name, option] : {std::pair("SESSION", "--session"), {"SYSTEM", "--system"}}) {
+        const std::string variable = "DBUS_" + std::string(name) + "_BUS_ADDRESS=";
+        Process another("exec env " + variable + bus.address + " " + PROGRAM + " " + option);
+        EXPECT_EQ(StatusBy(bus.WaitForService()), "0 off") << name;
+        EXPECT_EQ(Process(Serving(bus)).End(), 1); // One at a time.
+        EXPECT_EQ(another.End(SIGTERM), 0);
+    }
+}
+
+TEST(Program, EndsWhateverItWaitsFor)
+{
+    const PrivateBus bus;
+    const std::string unread = bus.folder / "unread";
+    ASSERT_EQ(mkfifo(unread.c_str(), S_IRUSR | S_IWUSR), 0);
+    Process verbose(Serving(bus) + " --verbose 2<>" + unread);
+    bus.WaitForService();
+    const Proxy impatient = bus.Find(300ms);
+    while (StatusBy(impatient) == "0 off") {
+    }
+    EXPECT_EQ(verbose.End(SIGTERM), 0);
+
+    const int reader = open(unread.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    const Process unheard(Serving(bus) + " --verbose 2>" + unread);
+    bus.WaitForService();
+    close(reader);
+    for (int call = 0; call < 2; ++call) { // The second finds whether the first has ended the service.
+        EXPECT_EQ(StatusBy(bus.WaitForService()), "0 off");
+    }
+}
+
+// It must not be found any more once its process has ended.
+TEST(Program, GivesItsNameBackUnlessTheBusHangs)
+{
+    std::atomic<int> requests = 0;
+    std::atomic<int> releases = 0;
+    const PlayedBus hanging([&](sd_bus_message* call) {
+        if (std::string_view(sd_bus_message_get_member(call)) == "ReleaseName") {
+            ++releases;
+        } else if (++requests == 2) { // The only one that is answered.
+            PlayedBus::Reply(call, BUS, "u", 1);
+        }
+    });
+    for (int each = 1; each <= 2; ++each) {
+        Process service(Serving(hanging));
+        EXPECT_TRUE(Eventually([&] { return requests == each; }));
+        std::this_thread::sleep_for(100ms);
+        const steady_clock::time_point start = steady_clock::now();
+        EXPECT_EQ(service.End(SIGTERM), 0); // The bus's own limit of 25 s would have been an error.
+        EXPECT_LT(steady_clock::now() - start, 5s);
+    }
+    EXPECT_EQ(releases, 1);
+}
+
+// A client that asks for answers of so many megabytes, and reads none.
+BusHandle AskAndReadNothing(const Bus& bus, int answers, size_t megabytes)
+{
+    BusHandle client;
+    EXPECT_GE(OpenBus(bus.address, 20s, client), 0);
+    uint64_t cookie = 0; // Without it no answer is expected.
+    for (int each = 0; each < answers; ++each) {
+        sd_bus_message* raw = nullptr;
+        sd_bus_message_new_method_call(client.get(), &raw, SERVICE_NAME, SERVICE_PATH, SERVICE_INTERFACE,
+                                       "GetModemLogConfig");
+        const BusMessage call(raw);
+        EXPECT_TRUE(Append(raw, Texts(megabytes, "k")) && sd_bus_send(client.get(), raw, &cookie) >= 0);
+    }
+    EXPECT_GE(sd_bus_flush(client.get()), 0);
+    return client;
+}
+
+// A bus that reads nothing more from a service when what its clients have not read reaches a limit: after ten answers
+// of 14 MB. It has a service with an item of a megabyte.
+struct LimitedBus : PrivateBus {
+    LimitedBus() : PrivateBus(ZELK_SYSTEM_BUS_CONFIGURATION)
+    {
+        bool done = false;
+        Texts items = {ItemOf("k", std::string(999'900, 'x'))};
+        EXPECT_EQ(WaitForService()->HandleModemLogSwitch(true, items, done), 0);
+    }
+
+    Process service{"ASAN_OPTIONS=quarantine_size_mb=1 " + Serving(*this)};
+};
+
+TEST(Program, ServesOnWhenClientsReadNothing)
+{
+    const char* rounds = std::getenv("ZELK_SERVICE_FAULT_ROUNDS");
+    const LimitedBus bus;
+    const Proxy proxy = bus.Find();
+    for (int round = rounds == nullptr ? 2 : std::stoi(rounds); round > 0; --round) {
+        std::vector<BusHandle> clients;
+        if (round % 2 == 0) {
+            clients.push_back(AskAndReadNothing(bus, 50, 14));
+        } else {
+            clients.push_back(AskAndReadNothing(bus, 6, 12));
+            clients.push_back(AskAndReadNothing(bus, 6, 12));
+        }
+        std::string status;
+        EXPECT_TRUE(Eventually([&] { return (status = StatusBy(proxy)) != "0 on"; })) << round;
+        EXPECT_EQ(status, "1001 off") << round;
+        EXPECT_EQ(StatusBy(proxy), "0 on") << round;
+    }
+    EXPECT_LT(bus.service.Peak(), 200); // Fifty answers have 700 MB.
+}
+
+TEST(Program, EndsWhenClientsReadNothing)
+{
+    for (const int answers : {10, 12}) { // A part of the eleventh is left.
+        LimitedBus bus;
+        const BusHandle client = AskAndReadNothing(bus, answers, 14);
+        EXPECT_TRUE(Eventually([&] { return bus.daemon.Peak() > 135; })) << answers;
+        std::this_thread::sleep_for(300ms);
+        const steady_clock::time_point start = steady_clock::now();
+        EXPECT_EQ(bus.service.End(SIGTERM), 0) << answers;
+        EXPECT_LT(steady_clock::now() - start, 2s) << answers;
+        EXPECT_EQ(bus.Find(), nullptr) << answers;
+    }
+}
+
+TEST_F(Service, EndsWhenItsNameIsTaken)
+{
+    const std::string errors = bus.folder / "errors";
+    EXPECT_EQ(process.End(SIGTERM), 0);
+    Process service(Serving(bus) + " 2>" + errors);
+    bus.WaitForService();
+    BusHandle another;
+    ASSERT_GE(OpenBus(bus.address, 20s, another), 0);
+    ASSERT_GE(sd_bus_request_name(another.get(), SERVICE_NAME, SD_BUS_NAME_REPLACE_EXISTING), 0);
+    EXPECT_EQ(service.End(), 1);
+    EXPECT_EQ(Process("grep -q 'another process has taken the name' " + errors).End(), 0);
+}
+
+} // namespace OHOS::Host
