@@ -25,8 +25,8 @@ const char* AfterMarker(const char* text)
     return text;
 }
 
-// Where flags, number of the argument, width, precision and length end, in whatever order. C libraries disagree about
-// an unusual order, but never about where the next percent sign is.
+// Where flags, number of the argument, width, precision and length end, in whatever order. What an unusual order means
+// is up to the C library, and so is whether a percent sign after it ends this conversion or begins the next.
 const char* AfterLayout(const char* text)
 {
     constexpr std::string_view LAYOUT = "-+ #'I0123456789*.$hlLjqtzZw";
