@@ -94,7 +94,7 @@ function parseWholeNumber(text) {
   }
   if (!Number.isSafeInteger(number)) {
     const most = Number.MAX_SAFE_INTEGER;
-    throw new InvalidArgumentError(`Too large: a number from -${most} to ${most} is exact.`);
+    throw new InvalidArgumentError(`Too large: whole numbers go from -${most} to ${most}.`);
   }
   return number;
 }
