@@ -11,7 +11,7 @@ import { compileFunction, createContext, runInContext } from 'node:vm';
 import { Worker } from 'node:worker_threads';
 import zelk from 'zelklogservice';
 import { ServiceError, captureLog, logService, setCaller } from 'zelklogservice/testing';
-import { forms } from '../support/forms.mjs';
+import { forms, operation } from '../support/forms.mjs';
 import { buildFolder, root, temporaryFolder } from '../support/system.mjs';
 
 const LOAD = `const zelk = require(${JSON.stringify(root)});
@@ -76,7 +76,7 @@ test('a handler that fails or answers wrongly ends its call, and is reported by 
   const changing = Object.defineProperty(new ServiceError(7), 'code', { get: () => codes.shift() });
   const codes = [9, 0];
   const cannot = fails(new Error('shown'));
-  for (const [handler, code, mistake] of [
+  for (const [index, [handler, code, mistake]] of [
     [async () => fails(new ServiceError(-(2 ** 31)))(), -(2 ** 31)],
     [fails(new ServiceError(2 ** 31 - 1)), 2 ** 31 - 1],
     [fails(changing), 9],
@@ -90,14 +90,15 @@ test('a handler that fails or answers wrongly ends its call, and is reported by 
     [() => 1, 1004, /must answer a boolean, not a number/],
     [async () => [true], 1004, /must answer a boolean, not an array/],
     [fails(new ServiceError(7, '')), 1004, /must answer a boolean, not a string/],
-  ]) {
+  ].entries()) {
+    const row = `row ${index}: ${handler}`;
     serve({ GetModemLogStatus: handler }, handler === NEVER ? { timeout: 50 } : {});
     const log = captureLog();
-    assert.deepEqual(await outcome(zelk.getModemLogStatus()), ['rejected', false], String(handler));
+    assert.deepEqual(await outcome(zelk.getModemLogStatus()), ['rejected', false], row);
     log.stop();
-    assert.deepEqual(codesOf(log), [String(code)], String(handler));
+    assert.deepEqual(codesOf(log), [String(code)], row);
     if (mistake) {
-      assert.throws(service.restore, { name: 'AggregateError', message: mistake }, String(handler));
+      assert.throws(service.restore, { name: 'AggregateError', message: mistake }, row);
     }
     service.restore();
   }
@@ -105,17 +106,16 @@ test('a handler that fails or answers wrongly ends its call, and is reported by 
 
 test('an answer that cannot be sent is reported by restore', async () => {
   const tooLong = new Uint8Array(constants.MAX_STRING_LENGTH + 1);
-  for (const [operation, answer, mistake] of [
-    ['GetTcpdumpConfig', ['a', 1], /must answer an array of strings, not a number as element 1$/],
-    ['GetTcpdumpConfig', [tooLong], /must answer texts of at most \d+ bytes, not \d+$/],
-    ['GetRemoteDevicesList', tooLong, /must answer texts of at most \d+ bytes, not \d+$/],
-    ['HandleBluetoothCallPcmLogSwitch', true, /must answer nothing, not a boolean$/],
+  for (const [name, answer, mistake] of [
+    ['getTcpdumpConfig', ['a', 1], /must answer an array of strings, not a number as element 1$/],
+    ['getTcpdumpConfig', [tooLong], /must answer texts of at most \d+ bytes, not \d+$/],
+    ['getRemoteDevicesList', tooLong, /must answer texts of at most \d+ bytes, not \d+$/],
+    ['handleBluetoothCallPcmLogSwitch', true, /must answer nothing, not a boolean$/],
   ]) {
-    serve({ [operation]: () => answer });
-    const name = operation.replace(/^./, (first) => first.toLowerCase());
+    serve({ [operation(name)]: () => answer });
     zelk[name](...forms(name)[0]).catch(() => {});
     await arrival();
-    assert.throws(service.restore, { message: mistake }, operation);
+    assert.throws(service.restore, { message: mistake }, name);
   }
 });
 

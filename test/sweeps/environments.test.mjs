@@ -101,7 +101,7 @@ for (const [how, status, out, code] of [
     process.exit(1);`],
   ['by process.exit() with the emit of before', 4, '',
     `${CALL_ALL} ${WAIT} delete process.emit; process.exit(4);`],
-  ['by itself after an exit that was none', 0, 'true\n',
+  ['by itself after the program has emitted exit', 0, 'true\n',
     `${CALL_ALL} process.emit('exit', 0); console.log((await callAll())[3]);`],
   ['after process.exit() in a worker', 0, 'end\n',
     "await worker('zelk.getModemLogStatus(); process.exit(3);'); console.log('end');"],
