@@ -64,7 +64,8 @@ function testReading(title, name, args, request, line, ...faults) {
 
 const ZERO = 'GetInt32: failed to get int32 value , so return zero';
 for (const [number, integer, line] of [
-  [2 ** 53 + 2, 9007199254740994n], [-2.9, -2n], ['5', 0n, ZERO], [undefined, 0n, ZERO],
+  [2 ** 53 + 2, 9007199254740994n], [1e300, 2n ** 63n - 1n], [NaN, 0n], [-2.9, -2n],
+  ['5', 0n, ZERO], [undefined, 0n, ZERO],
 ]) {
   testReading(`the number ${number}`, 'fetchRemoteDevicesLogs', ['r', number], ['r', integer], line);
 }
@@ -83,7 +84,7 @@ for (const [title, text, expected, ...line] of [
 ]) {
   testReading(title, 'queryRemoteDevicesLogs', [text], [expected], ...line);
 }
-testReading('no arguments', 'getRemoteDevicesList', [1, 2, 3], []);
+testReading('none of its arguments', 'getRemoteDevicesList', [1, 2, 3], []);
 
 // When a Node-API call fails the context is freed, and the promise stays pending.
 const op = 'GetRemoteDevicesList';
