@@ -1,5 +1,4 @@
-// The handles that a long list, item or reply takes are released in the course of it, and no value is lost or
-// changed by that, also where a scope cannot be opened.
+// Values of unusual length, and a name that JavaScript gives a meaning.
 import assert from 'node:assert/strict';
 import { after, test } from 'node:test';
 import { fail, run, service, trace, zelk } from '../support/zelk.mjs';
@@ -8,14 +7,14 @@ const numbers = Array.from({ length: 5000 }, (_, i) => i);
 const members = Object.fromEntries(numbers.map((i) => [`member${i}`, i]));
 const texts = Object.keys(members).map((name) => `"${name}":${members[name]}`);
 const change = (value) => zelk.changeModemLogConfig([{ configKey: 'k', value }]);
-const MOST_CALLS = 3000; // Without a new scope. Each loop over the list alone makes more.
+const MOST_CALLS = 3000; // Without a new scope. Each loop over such a list makes more in all.
 
 after(() => {
   fail();
   service({});
 });
 
-// The most calls that succeed without a new scope.
+// The most calls of the module without a new scope.
 function longestRun() {
   const runs = [0];
   for (const [call, status] of trace()) {
@@ -27,6 +26,8 @@ function longestRun() {
   return Math.max(...runs);
 }
 
+// The handles of a long list, item or reply are released in the course of it. No value is lost or changed by
+// that, nor where a scope cannot be opened.
 for (const { title, call, sent, resolved } of [
   { title: 'a list of numbers', call: () => change({ numbers }),
     sent: [`{"configKey":"k","value":{"numbers":[${numbers.slice(0, -1)},"4999"]}}`], resolved: false },
@@ -42,5 +43,17 @@ for (const { title, call, sent, resolved } of [
     const seen = await run(call);
     assert.deepEqual({ sent: seen.requests[0][1], resolved: seen.resolved }, { sent, resolved });
     assert.ok(longestRun() <= MOST_CALLS, `${longestRun()} calls without a new scope`);
+  });
+}
+
+for (const [member, value] of [
+  ['null', { __proto__: null, a: 1 }],
+  ['5', { a: 1 }],
+  ['{"b":2}', { a: 1 }],
+]) {
+  test(`a value's "__proto__": ${member} takes its prototype or does nothing`, async () => {
+    service({ GetModemLogConfig: { answer: [JSON.stringify({ value: `{"__proto__":${member},"a":1}` })] } });
+    const { resolved } = await run(() => zelk.getModemLogConfig(['k']));
+    assert.deepEqual(resolved, [{ value }]);
   });
 }
