@@ -17,7 +17,7 @@ PRODUCT := zelklogservice zelk_dbus zelk_testing zelk-log-service command_docs
 configure = cmake --preset release --log-level=WARNING >/dev/null
 build_product = ./scripts/build.sh $(PRODUCT)
 
-.PHONY: help setup build demo test device arm arm64 armhf asan tsan lint format format-check bench bench-once soak fuzz engines pack install uninstall clean
+.PHONY: help setup build demo test device arm arm64 armhf asan tsan lint format format-check bench bench-once picture soak fuzz engines pack install uninstall clean
 
 help: ## show this list
 	@awk -F ':.*## ' '/^[a-z0-9-]+:.*## / { printf "make %-13s %s\n", $$1, $$2 }' Makefile
@@ -84,6 +84,10 @@ bench: ## measure, and compare with other ways to do the same
 bench-once: ## measure each row of the benchmarks once, to see that it still can be
 	@./scripts/setup.sh build bench pack
 	@./scripts/bench.sh --once
+
+picture: ## measure how times grow with the amount, and draw docs/growth.svg
+	@./scripts/setup.sh build bench picture
+	@./scripts/growth_picture.sh
 
 soak: ## call for a long time and watch memory
 	@./scripts/setup.sh build test

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs the packages that the named groups need and this machine lacks, and nothing else:
 #
-#   scripts/setup.sh GROUP…          build, demo, test, lint, bench, fuzz, device, arm, pack
+#   scripts/setup.sh GROUP…          build, demo, test, lint, bench, picture, fuzz, device, arm, pack
 #
 # For Debian 12 and 13, as root or with sudo. When nothing is missing it only checks, and needs no network.
 set -euo pipefail
@@ -22,6 +22,7 @@ packages_of() {
         test) echo libgtest-dev dbus-daemon systemd python3-dbus python3-gi ;;
         lint) echo clang clang-format clang-tidy generate-ninja ;;
         bench) echo binutils dbus-daemon libspdlog-dev rapidjson-dev ;;
+        picture) echo gnuplot-nox ;;
         fuzz) echo clang "libclang-rt-$(. /etc/os-release; [ "${VERSION_ID:-}" != 12 ] || echo 14-)dev" ;;
         device) echo clang lld libc++-dev libc++abi-dev googletest dpkg-dev ;;
         arm) echo g++-aarch64-linux-gnu g++-arm-linux-gnueabihf qemu-user dpkg-dev ;;
@@ -30,7 +31,7 @@ packages_of() {
             [ "$(uname -m)" != aarch64 ] || other=x86-64
             echo "dpkg-dev g++-$other-linux-gnu dbus-daemon systemd"
             ;;
-        *) fail "unknown group '$1': use build, demo, test, lint, bench, fuzz, device, arm or pack" ;;
+        *) fail "unknown group '$1': use build, demo, test, lint, bench, picture, fuzz, device, arm or pack" ;;
     esac
 }
 

@@ -1,5 +1,9 @@
-// The text of a configuration item against a general JSON writer on the same content, and its growth.
+// The text of a configuration item against a general JSON writer on the same content, and its growth. With the argument
+// "growth" only the figures that growth.mjs asks for.
+#include <algorithm>
+#include <cstdio>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <rapidjson/stringbuffer.h>
@@ -109,23 +113,47 @@ std::string RapidText(const ConfigInfo& item)
     return {buffer.GetString(), buffer.GetSize()};
 }
 
+auto Writing(const ConfigInfo& item)
+{
+    return [&item] {
+        Bench::Keep(item.GetJsonParams().data());
+    };
+}
+
+// One line of JSON for each number of parameters: the nanoseconds of the text, the least of some batches.
+void PrintGrowth()
+{
+    constexpr int MOST = 1'000'000;
+    constexpr int BATCHES = 9;
+    for (int count = 10; count <= MOST; count *= 10) {
+        const ConfigInfo item = MakeItem(count);
+        const auto write = Writing(item);
+        const long times = Bench::TimesPerBatch(write);
+        double least = Bench::BatchNanoseconds(times, write);
+        for (int i = 1; i < BATCHES; ++i) {
+            least = std::min(least, Bench::BatchNanoseconds(times, write));
+        }
+        std::printf("{\"what\":\"texts\",\"count\":%d,\"nanoseconds\":%.0f}\n", count,
+                    least / static_cast<double>(times));
+    }
+}
+
 } // namespace
 
-int main()
+int main(int argc, char** argv)
 {
+    if (argc > 1 && argv[1] == std::string_view("growth")) {
+        PrintGrowth();
+        return 0;
+    }
     constexpr int FEW = 1'000;
     constexpr int SOME = 10'000;
     constexpr int MANY = 100'000;
-    const auto write = [](const ConfigInfo& item) {
-        return [&item] {
-            Bench::Keep(item.GetJsonParams().data());
-        };
-    };
     const ConfigInfo few = MakeItem(FEW);
     const ConfigInfo some = MakeItem(SOME);
     const ConfigInfo many = MakeItem(MANY);
     Bench::Compare(
-        "text", write(some), SOME, [&some] { Bench::Keep(RapidText(some).data()); }, SOME);
-    Bench::Compare("text-growth", write(many), MANY, write(few), FEW);
+        "text", Writing(some), SOME, [&some] { Bench::Keep(RapidText(some).data()); }, SOME);
+    Bench::Compare("text-growth", Writing(many), MANY, Writing(few), FEW);
     return 0;
 }
