@@ -132,7 +132,8 @@ declare namespace zelklogservice {
    *   are not an array.
    * - Never calls back: the request failed; `keys` or the answer is empty; one of its texts is unreadable as JSON or
    *   nested about 1,000 levels deep; a setting is an integer of up to 64 bits that fits neither int32 nor uint32. Inside
-   *   a list or a nested object such an integer does no harm, and a larger one arrives as a double.
+   *   a list or a nested object such an integer does no harm, and a larger one arrives as a double, up to a double's
+   *   range.
    * - A second argument that is not a function is ignored: the call answers by promise.
    *
    * @param { readonly string[] } keys - The settings to read. A key ends at its first NUL; one that is not a string of 1 to 8194 bytes is sent as `""`.
@@ -153,7 +154,7 @@ declare namespace zelklogservice {
    * - Never settles (the promise stays pending: set a time limit): the request failed; `keys` or the answer is empty; one
    *   of its texts is unreadable as JSON or nested about 1,000 levels deep; a setting is an integer of up to 64 bits that
    *   fits neither int32 nor uint32. Inside a list or a nested object such an integer does no harm, and a larger one
-   *   arrives as a double.
+   *   arrives as a double, up to a double's range.
    * - Throws: an Error with the runtime's own text, when called without arguments.
    *
    * @param { readonly string[] } keys - The settings to read. A key ends at its first NUL; one that is not a string of 1 to 8194 bytes is sent as `""`.
@@ -397,7 +398,8 @@ declare namespace zelklogservice {
    *   are not an array.
    * - Never calls back: the request failed; `keys` or the answer is empty; one of its texts is unreadable as JSON or
    *   nested about 1,000 levels deep; a setting is an integer of up to 64 bits that fits neither int32 nor uint32. Inside
-   *   a list or a nested object such an integer does no harm, and a larger one arrives as a double.
+   *   a list or a nested object such an integer does no harm, and a larger one arrives as a double, up to a double's
+   *   range.
    * - A second argument that is not a function is ignored: the call answers by promise.
    *
    * @param { readonly string[] } keys - The settings to read. A key ends at its first NUL; one that is not a string of 1 to 8194 bytes is sent as `""`.
@@ -418,7 +420,7 @@ declare namespace zelklogservice {
    * - Never settles (the promise stays pending: set a time limit): the request failed; `keys` or the answer is empty; one
    *   of its texts is unreadable as JSON or nested about 1,000 levels deep; a setting is an integer of up to 64 bits that
    *   fits neither int32 nor uint32. Inside a list or a nested object such an integer does no harm, and a larger one
-   *   arrives as a double.
+   *   arrives as a double, up to a double's range.
    * - Throws: an Error with the runtime's own text, when called without arguments.
    *
    * @param { readonly string[] } keys - The settings to read. A key ends at its first NUL; one that is not a string of 1 to 8194 bytes is sent as `""`.

@@ -95,7 +95,8 @@ export type AnswerCallback<T> = (answer: T) => void;
  *   are not an array.
  * - Never calls back: the request failed; `keys` or the answer is empty; one of its texts is unreadable as JSON or
  *   nested about 1,000 levels deep; a setting is an integer of up to 64 bits that fits neither int32 nor uint32. Inside
- *   a list or a nested object such an integer does no harm, and a larger one arrives as a double.
+ *   a list or a nested object such an integer does no harm, and a larger one arrives as a double, up to a double's
+ *   range.
  * - A second argument that is not a function is ignored: the call answers by promise.
  *
  * @param keys The settings to read. A key ends at its first NUL; one that is not a string of 1 to 8194 bytes is sent as
@@ -112,7 +113,7 @@ export function getModemLogConfig(keys: readonly string[], callback: AnswerCallb
  * - Never settles (the promise stays pending: set a time limit): the request failed; `keys` or the answer is empty; one
  *   of its texts is unreadable as JSON or nested about 1,000 levels deep; a setting is an integer of up to 64 bits that
  *   fits neither int32 nor uint32. Inside a list or a nested object such an integer does no harm, and a larger one
- *   arrives as a double.
+ *   arrives as a double, up to a double's range.
  * - Throws: an Error with the runtime's own text, when called without arguments.
  *
  * @param keys The settings to read. A key ends at its first NUL; one that is not a string of 1 to 8194 bytes is sent as
@@ -301,7 +302,8 @@ export function getTcpdumpStatus(): Promise<boolean> | undefined;
  *   are not an array.
  * - Never calls back: the request failed; `keys` or the answer is empty; one of its texts is unreadable as JSON or
  *   nested about 1,000 levels deep; a setting is an integer of up to 64 bits that fits neither int32 nor uint32. Inside
- *   a list or a nested object such an integer does no harm, and a larger one arrives as a double.
+ *   a list or a nested object such an integer does no harm, and a larger one arrives as a double, up to a double's
+ *   range.
  * - A second argument that is not a function is ignored: the call answers by promise.
  *
  * @param keys The settings to read. A key ends at its first NUL; one that is not a string of 1 to 8194 bytes is sent as
@@ -318,7 +320,7 @@ export function getTcpdumpConfig(keys: readonly string[], callback: AnswerCallba
  * - Never settles (the promise stays pending: set a time limit): the request failed; `keys` or the answer is empty; one
  *   of its texts is unreadable as JSON or nested about 1,000 levels deep; a setting is an integer of up to 64 bits that
  *   fits neither int32 nor uint32. Inside a list or a nested object such an integer does no harm, and a larger one
- *   arrives as a double.
+ *   arrives as a double, up to a double's range.
  * - Throws: an Error with the runtime's own text, when called without arguments.
  *
  * @param keys The settings to read. A key ends at its first NUL; one that is not a string of 1 to 8194 bytes is sent as
