@@ -23,7 +23,7 @@ import type { Callback } from './@ohos.base';
  * request.
  *
  * An array is read to its `length`, holes included, while JavaScript waits. There is no limit but the memory, of which
- * an item takes about 100 bytes, twice: look at the length of an array that comes from somebody else.
+ * even an empty item takes about 200 bytes: look at the length of an array that comes from somebody else.
  *
  * @namespace zelklogservice
  * @systemapi

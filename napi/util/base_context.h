@@ -16,9 +16,9 @@ namespace OHOS::HiviewDFX {
 // execute step, the JavaScript thread again in the complete step. The runtime's queue hands it over; there is no lock.
 //
 // Made on the heap by value initialization (`new T()`, std::make_unique<T>()), which zeroes the whole storage before
-// the members get their values. Owned by the JavaScript function until NapiUtil::HandleAsyncWork takes it, then by the
-// async frame, which at the end knows only this base and frees the storage through it without destroying any member of
-// the derived context. NapiUtil::Answer destroys them before it hands the context over.
+// the members get their values. Owned by the JavaScript function until NapiUtil::StartCall or HandleAsyncWork takes it,
+// then by the async frame, which at the end knows only this base and frees the storage through it without destroying
+// any member of the derived context. NapiUtil::Answer destroys them before it hands the context over.
 struct BaseContext {
     napi_async_work work = nullptr;   // Written by HandleAsyncWork.
     napi_deferred deferred = nullptr; // Written by HandleAsyncWork in promise mode.
