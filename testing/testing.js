@@ -11,28 +11,9 @@ const DEFAULT_TIMEOUT = 25000;
 const INT32 = { least: -(2 ** 31), most: 2 ** 31 - 1 };
 const SYSTEM_APPLICATION = BigInt(0x100000001);
 const OTHER_APPLICATION = BigInt(1);
-const CODE_HANDLER_FAILED = 1003;
-const CODE_WRONG_ANSWER = 1004;
 
-// The type that each operation answers with.
-const OPERATIONS = {
-  GetModemLogConfig: 'an array of strings',
-  GetModemLogDirectPackConfig: 'a string',
-  GetModemLogLogMasks: 'an array of strings',
-  GetModemLogStatus: 'a boolean',
-  HandleModemLogSwitch: 'a boolean',
-  SendModemLogCommand: 'a boolean',
-  ChangeModemLogConfig: 'a boolean',
-  GetTcpdumpStatus: 'a boolean',
-  GetTcpdumpConfig: 'an array of strings',
-  ChangeTcpdumpConfig: 'a boolean',
-  HandleTcpdumpSwitch: 'a boolean',
-  HandleBluetoothCallPcmLogSwitch: 'nothing',
-  FetchRemoteDevicesLogs: 'a string',
-  QueryRemoteDevicesLogs: 'a string',
-  GetRemoteDevicesList: 'a string',
-  QueryProtocolData: 'a string',
-};
+// By name, the type that an operation answers with.
+const OPERATIONS = Object.fromEntries(addon.operations.map(({ name, answer }) => [name, answer]));
 
 function codedError(code, message) {
   const error = new Error(message);
@@ -130,11 +111,15 @@ function checkedFailure(thrown) {
   return { code, value };
 }
 
-function checkHandler(name, handler) {
+function checkOperation(name) {
   if (!Object.prototype.hasOwnProperty.call(OPERATIONS, name)) {
     const known = Object.keys(OPERATIONS).join(', ');
     throw new TypeError(`the log service has no operation ${String(name)}: it has ${known}`);
   }
+}
+
+function checkHandler(name, handler) {
+  checkOperation(name);
   if (handler !== undefined && typeof handler !== 'function') {
     throw new TypeError(`the handler of ${name} must be a function, not ${kindOf(handler)}`);
   }
@@ -201,7 +186,7 @@ function logService(handlers = {}, options = {}) {
       sent = value === undefined ? undefined : checkedAnswer(operation, value);
     } catch (error) {
       report(error);
-      addon.answer(native, id, CODE_WRONG_ANSWER);
+      addon.answer(native, id, addon.codes.wrongTypes);
       return;
     }
     addon.answer(native, id, code, sent);
@@ -214,7 +199,7 @@ function logService(handlers = {}, options = {}) {
       failure = checkedFailure(thrown);
     } catch (error) {
       report(error);
-      addon.answer(native, id, CODE_HANDLER_FAILED);
+      addon.answer(native, id, addon.codes.errorAnswer);
       return;
     }
     answer(id, operation, failure.code, failure.value);
@@ -340,4 +325,52 @@ function setCaller(caller) {
   addon.setCaller(caller === null ? undefined : tokenOf(caller));
 }
 
-module.exports = { logService, ServiceError, captureLog, setCaller };
+const IS_ARGUMENT = {
+  'a boolean': (value) => typeof value === 'boolean',
+  'a bigint': (value) => typeof value === 'bigint',
+  'a string': (value) => typeof value === 'string',
+  'an array of strings': (value) => Array.isArray(value) && value.every((text) => typeof text === 'string'),
+};
+
+// The row of the form of `operation` that takes `args`.
+function checkedForm(operation, args) {
+  checkOperation(operation);
+  const forms = addon.operations.filter(({ name }) => name === operation);
+  const form = forms.find(({ args: types }) => types.length === args.length);
+  if (form === undefined) {
+    const counts = forms.map(({ args: types }) => types.length).join(' or ');
+    throw new TypeError(`${operation} takes ${counts} arguments, not ${args.length}`);
+  }
+  form.args.forEach((type, i) => {
+    if (!IS_ARGUMENT[type](args[i])) {
+      throw new TypeError(`argument ${i + 1} of ${operation} must be ${type}, not ${inspect(args[i])}`);
+    }
+    if (type === 'a bigint' && args[i] !== BigInt.asIntN(64, args[i])) {
+      throw new RangeError(`argument ${i + 1} of ${operation} has 64 bits: ${args[i]} is out of range`);
+    }
+  });
+  return form;
+}
+
+function whyOf([text, error, received, expected]) {
+  return {
+    text,
+    ...(error && { error }),
+    ...(expected && { received, expected }),
+  };
+}
+
+function request(operation, ...args) {
+  const form = checkedForm(operation, args);
+  return new Promise((resolve, reject) => {
+    addon.request(addon.operations.indexOf(form), (whyNot, code, answer, ...why) => {
+      if (whyNot !== undefined) {
+        reject(codedError('ERR_ZELK_NO_SERVICE', whyNot));
+      } else {
+        resolve({ code, answer: copied(answer), ...(why.length > 0 && { why: whyOf(why) }) });
+      }
+    }, ...args.map(copied));
+  });
+}
+
+module.exports = { logService, ServiceError, captureLog, setCaller, request };

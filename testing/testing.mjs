@@ -2,4 +2,4 @@ import testing from './testing.js';
 
 export default testing;
 
-export const { logService, ServiceError, captureLog, setCaller } = testing;
+export const { logService, ServiceError, captureLog, setCaller, request } = testing;

@@ -35,8 +35,8 @@ napi_value AnswerWith(napi_env env, napi_callback_info info)
     uint32_t count = 0;
     napi_get_value_uint32(env, arguments[0], &count);
     g_count = count;
-    static const sptr<HiviewDFX::IZelkLogService> service = new ManyReplies;
-    Host::SetProxySource([] { return service; });
+    static const sptr<Host::LogService> service = new ManyReplies;
+    Host::SetProxySource([](std::string&) { return service; });
     return nullptr;
 }
 

@@ -37,7 +37,16 @@ void Host::SetProxySource(ProxySource source)
     current.source.swap(source);
 }
 
-sptr<IZelkLogService> Host::MakeReferenceService()
+sptr<Host::LogService> Host::FindLogService(std::string& whyNot)
+{
+    Override& current = TheOverride();
+    std::unique_lock<std::mutex> lock(current.mutex);
+    const ProxySource source = current.source;
+    lock.unlock();
+    return source ? source(whyNot) : ProxyOfSetting(whyNot);
+}
+
+sptr<Host::LogService> Host::MakeReferenceService()
 {
     return new ReferenceService;
 }
@@ -46,14 +55,8 @@ namespace HiviewDFX {
 
 sptr<IZelkLogService> Client::GetProxy()
 {
-    Override& current = TheOverride();
-    std::unique_lock<std::mutex> lock(current.mutex);
-    const Host::ProxySource source = current.source;
-    lock.unlock();
-    if (source) {
-        return source();
-    }
-    return Host::ProxyOfSetting();
+    std::string whyNot;
+    return Host::FindLogService(whyNot);
 }
 
 void Client::OnRemoteDied(const wptr<IRemoteObject>&)

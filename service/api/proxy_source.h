@@ -3,19 +3,24 @@
 #define SERVICE_API_PROXY_SOURCE_H
 
 #include <functional>
+#include <string>
 
-#include "zelk_service_api/i_zelk_log_service.h"
+#include "operations.h"
 
 namespace OHOS::Host {
 
-using ProxySource = std::function<sptr<HiviewDFX::IZelkLogService>()>;
+// The log service, or null with the reason in `whyNot`.
+using ProxySource = std::function<sptr<LogService>(std::string& whyNot)>;
 
 // From now on every Client::GetProxy of the process returns the result of `source`, even null, instead of following
 // ZELK_LOG_SERVICE. An empty function undoes this. `source` is called on any thread, also on several at once.
 __attribute__((visibility("default"))) void SetProxySource(ProxySource source);
 
+// What Client::GetProxy returns, with the reason in `whyNot` when it is null. Any thread.
+__attribute__((visibility("default"))) sptr<LogService> FindLogService(std::string& whyNot);
+
 // A new reference service, in its initial state.
-__attribute__((visibility("default"))) sptr<HiviewDFX::IZelkLogService> MakeReferenceService();
+__attribute__((visibility("default"))) sptr<LogService> MakeReferenceService();
 
 } // namespace OHOS::Host
 

@@ -14,8 +14,6 @@ namespace OHOS::Host {
 
 namespace {
 
-using HiviewDFX::IZelkLogService;
-
 constexpr const char* SERVICE_VARIABLE = "ZELK_LOG_SERVICE";
 constexpr const char* SESSION_VARIABLE = "DBUS_SESSION_BUS_ADDRESS";
 constexpr const char* SYSTEM_VARIABLE = "DBUS_SYSTEM_BUS_ADDRESS";
@@ -62,7 +60,7 @@ BusSetting ReadBus(std::string_view service)
     return {SERVICE_VARIABLE, std::string(service)};
 }
 
-struct Environment {
+struct ServiceSetting {
     const std::string service = std::string(Setting(SERVICE_VARIABLE));
     const BusSetting bus = ReadBus(service);
     const bool isEmbedded = service.empty() || service == "embedded";
@@ -92,36 +90,39 @@ bool IsAccepted(const std::string& address)
     return address.find(':') != std::string::npos && (";" + address).find(";unixexec:") == std::string::npos;
 }
 
-const Environment* ReadEnvironment()
+const ServiceSetting* ReadSetting()
 {
-    const auto* environment = new Environment;
-    if (environment->hasBus && !IsAccepted(environment->bus.address)) {
-        ReportBus(environment->bus);
+    const auto* setting = new ServiceSetting;
+    if (setting->hasBus && !IsAccepted(setting->bus.address)) {
+        ReportBus(setting->bus);
     }
-    return environment;
+    return setting;
 }
 
 // Read while the library is loaded: later, another thread may be changing the environment. Never destroyed: workers may
 // outlive static objects.
-const Environment& g_environment = *ReadEnvironment();
+const ServiceSetting& g_setting = *ReadSetting();
 
 // Empty when the source cannot be created now.
 ProxySource MakeSource()
 {
-    const auto& [service, bus, isEmbedded, hasBus] = g_environment;
+    const auto& [service, bus, isEmbedded, hasBus] = g_setting;
     if (isEmbedded) {
-        return [embedded = MakeReferenceService()] {
+        return [embedded = MakeReferenceService()](std::string&) {
             return embedded;
         };
     }
     if (!hasBus || !IsAccepted(bus.address)) {
-        return [] {
+        return [why = service == "none" ? "the log service is switched off (ZELK_LOG_SERVICE=none)"
+                      : hasBus          ? "the address of the bus is not accepted"
+                                        : "there is no address of the bus"](std::string& whyNot) {
+            whyNot = why;
             return nullptr;
         };
     }
     std::string error;
     ProxySource source = OpenDbusLibrary(
-        bus.address, [] { ReportBus(g_environment.bus); }, error);
+        bus.address, [] { ReportBus(g_setting.bus); }, error);
     if (!source) {
         ReportOnce(SERVICE_VARIABLE, service, error);
     }
@@ -147,10 +148,14 @@ const ProxySource* SourceOfSetting()
 
 } // namespace
 
-sptr<IZelkLogService> ProxyOfSetting()
+sptr<LogService> ProxyOfSetting(std::string& whyNot)
 {
     const ProxySource* source = SourceOfSetting();
-    return source == nullptr ? nullptr : (*source)();
+    if (source == nullptr) {
+        whyNot = "the D-Bus library cannot be opened";
+        return nullptr;
+    }
+    return (*source)(whyNot);
 }
 
 } // namespace OHOS::Host

@@ -2,14 +2,16 @@
 #ifndef SERVICE_API_SETTING_SOURCE_H
 #define SERVICE_API_SETTING_SOURCE_H
 
-#include "zelk_service_api/i_zelk_log_service.h"
+#include <string>
+
+#include "operations.h"
 
 namespace OHOS::Host {
 
-// The log service that ZELK_LOG_SERVICE named when this library was loaded, or null when it cannot be reached now. A
-// value that is not accepted means that there is no service, and is reported once on standard error. May be called from
-// any thread.
-sptr<HiviewDFX::IZelkLogService> ProxyOfSetting();
+// The log service that ZELK_LOG_SERVICE named when this library was loaded, or null when it cannot be reached now, with
+// the reason in `whyNot`. A value that is not accepted means that there is no service, and is reported once on standard
+// error. May be called from any thread.
+sptr<LogService> ProxyOfSetting(std::string& whyNot);
 
 } // namespace OHOS::Host
 

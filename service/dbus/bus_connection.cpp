@@ -61,6 +61,20 @@ IpcCode CodeOf(const BusMessage& answer)
                                                                                          : IPC_ERROR_ANSWER;
 }
 
+// `answer` is the bus's to the request that it start the service.
+std::string WhyNotStarted(const BusMessage& answer)
+{
+    const sd_bus_error* error = answer ? sd_bus_message_get_error(answer.get()) : nullptr;
+    if (error == nullptr) {
+        return "the bus does not answer";
+    }
+    if (sd_bus_error_has_name(error, SD_BUS_ERROR_SERVICE_UNKNOWN) > 0) {
+        return std::string("nobody owns the name ") + SERVICE_NAME;
+    }
+    return std::string("the log service could not be started: ") + error->name + ": " +
+           (error->message == nullptr ? "" : error->message);
+}
+
 } // namespace
 
 IpcCode CodeOfError(int error)
@@ -115,13 +129,17 @@ int BusConnection::ProcessPending(Deadline deadline)
     return error_;
 }
 
-bool BusConnection::EnsureService(Deadline deadline)
+bool BusConnection::EnsureService(Deadline deadline, std::string& whyNot)
 {
     if (owner_.empty()) {
         const BusMessage call = NewBusCall("StartServiceByName");
         BusMessage answer;
-        if (sd_bus_message_append(call.get(), "su", SERVICE_NAME, 0) >= 0 && Call(call, deadline, answer) == IPC_OK) {
+        if (sd_bus_message_append(call.get(), "su", SERVICE_NAME, 0) >= 0 &&
+            CallBus(call, deadline, answer) == IPC_OK) {
             QueryOwner(deadline);
+        }
+        if (owner_.empty()) {
+            whyNot = WhyNotStarted(answer);
         }
     }
     return !owner_.empty() && error_ == 0;
@@ -134,12 +152,21 @@ BusMessage BusConnection::NewCall(const char* method) const
     return BusMessage(call);
 }
 
-IpcCode BusConnection::Call(const BusMessage& call, Deadline deadline, BusMessage& answer)
+int BusConnection::Send(const BusMessage& call, uint64_t& cookie)
+{
+    const int result = sd_bus_send(bus_.get(), call.get(), &cookie);
+    return result < 0 && sd_bus_is_open(bus_.get()) <= 0 ? -ENOTCONN : result;
+}
+
+IpcCode BusConnection::CallBus(const BusMessage& call, Deadline deadline, BusMessage& answer)
 {
     uint64_t cookie = 0;
-    if (sd_bus_send(bus_.get(), call.get(), &cookie) < 0) {
-        return sd_bus_is_open(bus_.get()) <= 0 ? IPC_SERVICE_GONE : IPC_ERROR_ANSWER;
-    }
+    const int result = Send(call, cookie);
+    return result < 0 ? CodeOfError(result) : Receive(call, cookie, deadline, answer);
+}
+
+IpcCode BusConnection::Receive(const BusMessage& call, uint64_t cookie, Deadline deadline, BusMessage& answer)
+{
     bool isForsaken = false;
     while (steady_clock::now() < deadline) {
         BusMessage message;
@@ -212,7 +239,7 @@ int BusConnection::WatchService(Deadline deadline)
     if (sd_bus_message_append(match.get(), "s", rule.c_str()) < 0) {
         return -ENOMEM;
     }
-    const IpcCode code = Call(match, deadline, answer);
+    const IpcCode code = CallBus(match, deadline, answer);
     if (code != IPC_OK && error_ == 0) {
         return code == IPC_TIMEOUT ? -ETIMEDOUT : -EIO;
     }
@@ -225,7 +252,7 @@ void BusConnection::QueryOwner(Deadline deadline)
     BusMessage answer;
     const BusMessage query = NewBusCall("GetNameOwner");
     const char* owner = nullptr;
-    if (sd_bus_message_append(query.get(), "s", SERVICE_NAME) >= 0 && Call(query, deadline, answer) == IPC_OK &&
+    if (sd_bus_message_append(query.get(), "s", SERVICE_NAME) >= 0 && CallBus(query, deadline, answer) == IPC_OK &&
         sd_bus_message_read(answer.get(), "s", &owner) > 0) {
         owner_ = owner;
     }

@@ -9,17 +9,9 @@
 #include <utility>
 
 #include "bus_handles.h"
+#include "service/api/ipc_code.h"
 
 namespace OHOS::Host {
-
-// What a call that breaks off returns in place of the service's code.
-enum IpcCode : int32_t {
-    IPC_OK = 0,
-    IPC_SERVICE_GONE = 1001,
-    IPC_TIMEOUT = 1002,
-    IPC_ERROR_ANSWER = 1003, // Also when memory is short.
-    IPC_WRONG_TYPES = 1004,
-};
 
 // The code of a call for which a function of this folder or of sd-bus returned `error`, a negative errno.
 IpcCode CodeOfError(int error);
@@ -41,17 +33,21 @@ public:
     // connection can no longer be used, and -ETIMEDOUT when the deadline passed before all were processed.
     int ProcessPending(Deadline deadline);
 
-    // True when the service's name has an owner. If it has none, the bus is asked to start the service.
-    bool EnsureService(Deadline deadline);
+    // True when the service's name has an owner. If it has none, the bus is asked to start the service. When that fails
+    // too, `whyNot` says why.
+    bool EnsureService(Deadline deadline, std::string& whyNot);
 
     // A call of the service's `method`, to which the arguments are to be appended; null when it cannot be created.
     // Valid for this connection and as long as the service's name keeps its owner.
     BusMessage NewCall(const char* method) const;
 
-    // Sends `call`, waits for the answer and stores it in `answer`; if the result is not IPC_OK, `answer` is an error
-    // or null. When the service's name passes to another connection meanwhile, the answer is awaited for one more
-    // second: a service that had to give up its connection cannot say so.
-    IpcCode Call(const BusMessage& call, Deadline deadline, BusMessage& answer);
+    // Sends `call`, whose answer will have this `cookie`. Returns a negative errno when it cannot be sent.
+    int Send(const BusMessage& call, uint64_t& cookie);
+
+    // Waits for the answer to `call` and stores it in `answer`; if the result is not IPC_OK, `answer` is an error or
+    // null. When the service's name passes to another connection meanwhile, the answer is awaited for one more second:
+    // a service that had to give up its connection cannot say so.
+    IpcCode Receive(const BusMessage& call, uint64_t cookie, Deadline deadline, BusMessage& answer);
 
 private:
     explicit BusConnection(BusHandle bus) : bus_(std::move(bus)) {}
@@ -72,6 +68,7 @@ private:
 
     // A call of a method of the bus itself.
     BusMessage NewBusCall(const char* method) const;
+    IpcCode CallBus(const BusMessage& call, Deadline deadline, BusMessage& answer);
 
     BusHandle bus_;
     // Why the connection can no longer be used, a negative errno; 0 while it can.

@@ -18,8 +18,8 @@ extern "C" __attribute__((visibility("default"))) void
 ZelkDbusProxySource(const std::string& address, void (*onInvalid)(), OHOS::Host::ProxySource& source)
 {
     try {
-        source = [pool = std::make_shared<OHOS::Host::BusPool>(address, onInvalid)] {
-            return OHOS::Host::LogServiceProxy::Find(pool, LIMIT);
+        source = [pool = std::make_shared<OHOS::Host::BusPool>(address, onInvalid)](std::string& whyNot) {
+            return OHOS::Host::LogServiceProxy::Find(pool, LIMIT, whyNot);
         };
     } catch (const std::bad_alloc&) {
         source = nullptr;

@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "bus_handles.h"
-#include "zelk_service_api/i_zelk_log_service.h"
+#include "service/api/operations.h"
 
 namespace OHOS::Host {
 
@@ -28,10 +28,8 @@ public:
     // Offers the service at its path on `bus` for as long as this object lives. Returns a negative errno on failure.
     int Export(sd_bus* bus);
 
-    // Serves `call`, of a method whose arguments and answer are those of OPERATION, a member function of the service or
-    // a function that takes it first; the answer comes last. Returns what a handler of sd-bus must return.
-    template <auto OPERATION>
-    int Serve(sd_bus_message* call);
+    // Serves `call`, of a method that stands for the operation. Returns what a handler of sd-bus must return.
+    int Serve(const Operation& operation, sd_bus_message* call);
 
 private:
     HiviewDFX::IZelkLogService& service_;

@@ -1,86 +1,140 @@
 #include "log_service_proxy.h"
 
+#include <algorithm>
+#include <cerrno>
 #include <cstdint>
 #include <new>
 #include <string>
+#include <system_error>
 #include <utility>
-#include <vector>
 
+#include "hilog/log.h"
 #include "message_values.h"
 
 namespace OHOS::Host {
 
 namespace {
 
-using HiviewDFX::IZelkLogService;
 using std::chrono::steady_clock;
 
+std::string TextOf(int error)
+{
+    return std::generic_category().message(-error);
+}
+
+Outcome BrokenOff(int32_t code, BreakOff why)
+{
+    return {code, {}, std::move(why)};
+}
+
+Outcome BrokenOff(int32_t code)
+{
+    const char* text = code == IPC_SERVICE_GONE ? "the service is gone"
+                       : code == IPC_TIMEOUT    ? "no answer in time"
+                                                : "out of memory";
+    return BrokenOff(code, BreakOff{text, {}, {}, {}});
+}
+
+// A connection failed with a negative errno.
+Outcome BrokenOffBy(int error)
+{
+    return BrokenOff(CodeOfError(error));
+}
+
+Outcome NotSent(int error)
+{
+    return BrokenOff(IPC_ERROR_ANSWER, BreakOff{"the request cannot be sent: " + TextOf(error), {}, {}, {}});
+}
+
+Outcome Refused(const sd_bus_error& error)
+{
+    const std::string name = error.name;
+    const std::string message = error.message == nullptr ? "" : error.message;
+    return BrokenOff(IPC_ERROR_ANSWER, BreakOff{name + ": " + message, name, {}, {}});
+}
+
 // The types of an answer: the code, and a value.
-template <typename Answer>
-constexpr const char* ANSWER_TYPES = "i";
-template <>
-constexpr const char* ANSWER_TYPES<bool> = "ib";
-template <>
-constexpr const char* ANSWER_TYPES<std::string> = "is";
-template <>
-constexpr const char* ANSWER_TYPES<std::vector<std::string>> = "ias";
-
-// False, with the arguments left as they are, when `reply` holds anything else.
-template <typename Answer>
-bool ReadAnswer(const BusMessage& reply, int32_t& code, Answer& answer)
+const char* AnswerTypes(Type type)
 {
-    int32_t readCode = 0;
-    Answer value{};
-    if (sd_bus_message_has_signature(reply.get(), ANSWER_TYPES<Answer>) <= 0 || !Read(reply.get(), readCode) ||
-        !Read(reply.get(), value)) {
-        return false;
+    switch (type) {
+    case Type::BOOL:
+        return "ib";
+    case Type::INT64:
+        return "ix";
+    case Type::TEXT:
+        return "is";
+    case Type::TEXTS:
+        return "ias";
+    case Type::NOTHING:
+        break;
     }
-    code = readCode;
-    answer = std::move(value);
-    return true;
+    return "i";
 }
 
-// Sends a call of `method` and waits for the answer.
-template <typename... Arguments>
-IpcCode Send(BusConnection& connection, Deadline deadline, BusMessage& reply, const char* method,
-             const Arguments&... arguments)
+Outcome ReadAnswer(sd_bus_message* reply, Type type)
 {
-    if (!connection.EnsureService(deadline)) {
-        return steady_clock::now() < deadline ? IPC_SERVICE_GONE : IPC_TIMEOUT;
+    const std::string expected = AnswerTypes(type);
+    const std::string received = sd_bus_message_get_signature(reply, 1);
+    Outcome outcome;
+    if (received == expected && Read(reply, outcome.code) && Read(reply, type, outcome.answer)) {
+        return outcome;
     }
-    const BusMessage call = connection.NewCall(method);
-    return (Append(call.get(), arguments) && ...) ? connection.Call(call, deadline, reply) : IPC_ERROR_ANSWER;
+    const std::string text = "the answer has the types \"" + received + "\", not \"" + expected + '"';
+    return BrokenOff(IPC_WRONG_TYPES, BreakOff{text, {}, received, expected});
 }
 
-// Calls `method` and reads its answer. The messages belong to the connection: they are gone when this returns.
-template <typename Answer, typename... Arguments>
-int32_t CallOver(BusConnection& connection, Deadline deadline, const char* method, Answer& answer,
-                 const Arguments&... arguments)
+// Sends a call of the operation and waits for the answer, which it stores in `reply`.
+Outcome Send(BusConnection& connection, Deadline deadline, const Operation& operation, const Arguments& arguments,
+             BusMessage& reply)
+{
+    std::string whyNot;
+    if (!connection.EnsureService(deadline, whyNot)) {
+        return BrokenOff(steady_clock::now() < deadline ? IPC_SERVICE_GONE : IPC_TIMEOUT);
+    }
+    const BusMessage call = connection.NewCall(operation.method);
+    uint64_t cookie = 0;
+    int error = call ? 0 : -ENOMEM;
+    for (const Argument& argument : arguments) {
+        error = error < 0 ? error : Append(call.get(), argument);
+    }
+    error = error < 0 ? error : connection.Send(call, cookie);
+    if (error < 0) {
+        return error == -ENOTCONN || error == -ENOMEM ? BrokenOffBy(error) : NotSent(error);
+    }
+    const IpcCode code = connection.Receive(call, cookie, deadline, reply);
+    if (code == IPC_OK) {
+        return ReadAnswer(reply.get(), operation.answer);
+    }
+    const sd_bus_error* refusal = reply ? sd_bus_message_get_error(reply.get()) : nullptr;
+    return code == IPC_ERROR_ANSWER && refusal != nullptr ? Refused(*refusal) : BrokenOff(code);
+}
+
+// The messages belong to the connection: they are gone when this returns.
+Outcome CallOver(BusConnection& connection, Deadline deadline, const Operation& operation, const Arguments& arguments)
 {
     BusMessage reply;
-    int32_t code = Send(connection, deadline, reply, method, arguments...);
-    if (code == IPC_SERVICE_GONE && reply &&
+    Outcome outcome = Send(connection, deadline, operation, arguments, reply);
+    if (outcome.why && outcome.code == IPC_SERVICE_GONE && reply &&
         sd_bus_message_is_method_error(reply.get(), SD_BUS_ERROR_SERVICE_UNKNOWN) > 0) {
         // The owner left before the call reached it, and there may be another one already.
-        code = Send(connection, deadline, reply, method, arguments...);
+        outcome = Send(connection, deadline, operation, arguments, reply);
     }
-    if (code == IPC_OK && !ReadAnswer(reply, code, answer)) {
-        code = IPC_WRONG_TYPES;
-    }
-    return code;
+    return outcome;
 }
 
 } // namespace
 
-sptr<IZelkLogService> LogServiceProxy::Find(const std::shared_ptr<BusPool>& pool, Duration limit)
+sptr<LogServiceProxy> LogServiceProxy::Find(const std::shared_ptr<BusPool>& pool, Duration limit, std::string& whyNot)
 {
     const steady_clock::time_point start = steady_clock::now();
     try {
         std::unique_ptr<BusConnection> connection;
-        if (pool->Acquire(start + limit, connection) < 0) {
+        const int error = pool->Acquire(start + limit, connection);
+        if (error < 0) {
+            whyNot = "the bus cannot be reached: " + TextOf(error);
             return nullptr;
         }
-        const bool isFound = connection->EnsureService(start + limit);
+        const bool isFound = connection->EnsureService(start + limit, whyNot);
         pool->Release(std::move(connection));
         return isFound ? new LogServiceProxy(pool, limit, steady_clock::now() - start) : nullptr;
     } catch (const std::bad_alloc&) {
@@ -88,113 +142,32 @@ sptr<IZelkLogService> LogServiceProxy::Find(const std::shared_ptr<BusPool>& pool
     }
 }
 
-template <typename Answer, typename... Arguments>
-int32_t LogServiceProxy::Call(const char* method, Answer& answer, const Arguments&... arguments)
+Outcome LogServiceProxy::Call(const Operation& operation, const Arguments& arguments)
 {
     const Deadline deadline = steady_clock::now() + limit_ - spent_.exchange(Duration::zero());
+    Outcome outcome;
     try {
-        std::unique_ptr<BusConnection> connection;
-        const int error = pool_->Acquire(deadline, connection);
-        if (error < 0) {
-            return CodeOfError(error);
-        }
-        const int32_t code = CallOver(*connection, deadline, method, answer, arguments...);
-        pool_->Release(std::move(connection));
-        return code;
+        outcome = CallBefore(deadline, operation, arguments);
     } catch (const std::bad_alloc&) {
-        return IPC_ERROR_ANSWER;
+        outcome = BrokenOff(IPC_ERROR_ANSWER);
     }
+    if (outcome.why) {
+        HiLogPrint(LOG_CORE, LOG_ERROR, 0, "DBUS", "%{public}s: code %{public}d: %{public}s", operation.method,
+                   outcome.code, outcome.why->text.c_str());
+    }
+    return outcome;
 }
 
-int32_t LogServiceProxy::GetModemLogConfig(std::vector<std::string>& keys, std::vector<std::string>& values)
+Outcome LogServiceProxy::CallBefore(Deadline deadline, const Operation& operation, const Arguments& arguments)
 {
-    return Call("GetModemLogConfig", values, keys);
-}
-
-int32_t LogServiceProxy::GetModemLogDirectPackConfig(std::string& config)
-{
-    return Call("GetModemLogDirectPackConfig", config);
-}
-
-int32_t LogServiceProxy::GetModemLogLogMasks(std::vector<std::string>& masks)
-{
-    return Call("GetModemLogLogMasks", masks);
-}
-
-int32_t LogServiceProxy::GetModemLogStatus(bool& status)
-{
-    return Call("GetModemLogStatus", status);
-}
-
-int32_t LogServiceProxy::HandleModemLogSwitch(bool on, bool& result)
-{
-    return Call("HandleModemLogSwitch", result, on);
-}
-
-int32_t LogServiceProxy::HandleModemLogSwitch(bool on, std::vector<std::string>& configs, bool& result)
-{
-    return Call("HandleModemLogSwitchWithConfigs", result, on, configs);
-}
-
-int32_t LogServiceProxy::SendModemLogCommand(std::string command, bool& result)
-{
-    return Call("SendModemLogCommand", result, command);
-}
-
-int32_t LogServiceProxy::ChangeModemLogConfig(std::vector<std::string>& configs, bool& result)
-{
-    return Call("ChangeModemLogConfig", result, configs);
-}
-
-int32_t LogServiceProxy::GetTcpdumpStatus(bool& status)
-{
-    return Call("GetTcpdumpStatus", status);
-}
-
-int32_t LogServiceProxy::GetTcpdumpConfig(std::vector<std::string> keys, std::vector<std::string>& values)
-{
-    return Call("GetTcpdumpConfig", values, keys);
-}
-
-int32_t LogServiceProxy::ChangeTcpdumpConfig(std::vector<std::string>& configs, bool& result)
-{
-    return Call("ChangeTcpdumpConfig", result, configs);
-}
-
-int32_t LogServiceProxy::HandleTcpdumpSwitch(bool on, bool& result)
-{
-    return Call("HandleTcpdumpSwitch", result, on);
-}
-
-int32_t LogServiceProxy::HandleTcpdumpSwitch(bool on, std::vector<std::string>& configs, bool& result)
-{
-    return Call("HandleTcpdumpSwitchWithConfigs", result, on, configs);
-}
-
-int32_t LogServiceProxy::HandleBluetoothCallPcmLogSwitch(bool on)
-{
-    NoValue nothing;
-    return Call("HandleBluetoothCallPcmLogSwitch", nothing, on);
-}
-
-int32_t LogServiceProxy::FetchRemoteDevicesLogs(const std::string& request, std::string& response, int64_t value)
-{
-    return Call("FetchRemoteDevicesLogs", response, request, value);
-}
-
-int32_t LogServiceProxy::QueryRemoteDevicesLogs(const std::string& request, std::string& response)
-{
-    return Call("QueryRemoteDevicesLogs", response, request);
-}
-
-int32_t LogServiceProxy::GetRemoteDevicesList(std::string& response)
-{
-    return Call("GetRemoteDevicesList", response);
-}
-
-int32_t LogServiceProxy::QueryProtocolData(const std::string& request, std::string& response)
-{
-    return Call("QueryProtocolData", response, request);
+    std::unique_ptr<BusConnection> connection;
+    const int error = pool_->Acquire(deadline, connection);
+    if (error < 0) {
+        return BrokenOffBy(error);
+    }
+    Outcome outcome = CallOver(*connection, deadline, operation, arguments);
+    pool_->Release(std::move(connection));
+    return outcome;
 }
 
 } // namespace OHOS::Host

@@ -1,6 +1,7 @@
 #include "message_values.h"
 
-#include <algorithm>
+#include <cerrno>
+#include <utility>
 
 namespace OHOS::Host {
 
@@ -8,55 +9,79 @@ namespace {
 
 constexpr char STRING[] = "s";
 
-} // namespace
-
-bool Append(sd_bus_message*, NoValue)
+int AppendOne(sd_bus_message*, Nothing)
 {
-    return true;
+    return 0;
 }
 
-bool Append(sd_bus_message* message, bool value)
+int AppendOne(sd_bus_message* message, bool value)
 {
     const int flag = value ? 1 : 0;
-    return sd_bus_message_append_basic(message, SD_BUS_TYPE_BOOLEAN, &flag) >= 0;
+    return sd_bus_message_append_basic(message, SD_BUS_TYPE_BOOLEAN, &flag);
 }
 
-bool Append(sd_bus_message* message, int32_t value)
+int AppendOne(sd_bus_message* message, int64_t value)
 {
-    return sd_bus_message_append_basic(message, SD_BUS_TYPE_INT32, &value) >= 0;
+    return sd_bus_message_append_basic(message, SD_BUS_TYPE_INT64, &value);
 }
 
-bool Append(sd_bus_message* message, int64_t value)
+int AppendOne(sd_bus_message* message, const std::string& value)
 {
-    return sd_bus_message_append_basic(message, SD_BUS_TYPE_INT64, &value) >= 0;
+    return value.find('\0') == std::string::npos
+               ? sd_bus_message_append_basic(message, SD_BUS_TYPE_STRING, value.c_str())
+               : -EINVAL;
 }
 
-bool Append(sd_bus_message* message, const std::string& value)
+int AppendOne(sd_bus_message* message, const Texts& value)
 {
-    return value.find('\0') == std::string::npos &&
-           sd_bus_message_append_basic(message, SD_BUS_TYPE_STRING, value.c_str()) >= 0;
+    int result = sd_bus_message_open_container(message, SD_BUS_TYPE_ARRAY, STRING);
+    for (const std::string& text : value) {
+        if (result >= 0) {
+            result = AppendOne(message, text);
+        }
+    }
+    return result < 0 ? result : sd_bus_message_close_container(message);
 }
 
-bool Append(sd_bus_message* message, const std::vector<std::string>& value)
-{
-    const auto append = [message](const std::string& text) {
-        return Append(message, text);
-    };
-    return sd_bus_message_open_container(message, SD_BUS_TYPE_ARRAY, STRING) >= 0 &&
-           std::all_of(value.begin(), value.end(), append) && sd_bus_message_close_container(message) >= 0;
-}
-
-bool Read(sd_bus_message*, NoValue&)
-{
-    return true;
-}
-
-bool Read(sd_bus_message* message, bool& value)
+std::optional<bool> ReadFlag(sd_bus_message* message)
 {
     int flag = 0;
-    const bool isRead = sd_bus_message_read_basic(message, SD_BUS_TYPE_BOOLEAN, &flag) > 0;
-    value = flag != 0;
+    return sd_bus_message_read_basic(message, SD_BUS_TYPE_BOOLEAN, &flag) > 0 ? std::optional(flag != 0) : std::nullopt;
+}
+
+bool ReadTexts(sd_bus_message* message, Value& value)
+{
+    Texts texts;
+    const bool isRead = ReadEach(message, [&texts](const char* text) {
+        texts.emplace_back(text);
+        return true;
+    });
+    value = std::move(texts);
     return isRead;
+}
+
+} // namespace
+
+int Append(sd_bus_message* message, int32_t value)
+{
+    return sd_bus_message_append_basic(message, SD_BUS_TYPE_INT32, &value);
+}
+
+int Append(sd_bus_message* message, const Argument& value)
+{
+    const auto append = [message](auto argument) {
+        if constexpr (std::is_same_v<decltype(argument), Nothing>) {
+            return 0;
+        } else {
+            return AppendOne(message, *argument);
+        }
+    };
+    return std::visit(append, value);
+}
+
+int Append(sd_bus_message* message, const Value& value)
+{
+    return std::visit([message](const auto& one) { return AppendOne(message, one); }, value);
 }
 
 bool Read(sd_bus_message* message, int32_t& value)
@@ -64,27 +89,33 @@ bool Read(sd_bus_message* message, int32_t& value)
     return sd_bus_message_read_basic(message, SD_BUS_TYPE_INT32, &value) > 0;
 }
 
-bool Read(sd_bus_message* message, int64_t& value)
+bool Read(sd_bus_message* message, Type type, Value& value)
 {
-    return sd_bus_message_read_basic(message, SD_BUS_TYPE_INT64, &value) > 0;
-}
-
-bool Read(sd_bus_message* message, std::string& value)
-{
+    int64_t number = 0;
     const char* text = nullptr;
-    if (sd_bus_message_read_basic(message, SD_BUS_TYPE_STRING, &text) <= 0) {
-        return false;
-    }
-    value = text;
-    return true;
-}
-
-bool Read(sd_bus_message* message, std::vector<std::string>& value)
-{
-    return ReadEach(message, [&value](const char* text) {
-        value.emplace_back(text);
+    switch (type) {
+    case Type::NOTHING:
+        value = Nothing();
         return true;
-    });
+    case Type::BOOL: {
+        const std::optional<bool> flag = ReadFlag(message);
+        value = flag.value_or(false);
+        return flag.has_value();
+    }
+    case Type::INT64: {
+        const bool isRead = sd_bus_message_read_basic(message, SD_BUS_TYPE_INT64, &number) > 0;
+        value = number;
+        return isRead;
+    }
+    case Type::TEXT: {
+        const bool isRead = sd_bus_message_read_basic(message, SD_BUS_TYPE_STRING, &text) > 0;
+        value = std::string(isRead ? text : "");
+        return isRead;
+    }
+    case Type::TEXTS:
+        return ReadTexts(message, value);
+    }
+    return false;
 }
 
 bool ReadEach(sd_bus_message* message, const std::function<bool(const char* text)>& take)

@@ -9,28 +9,19 @@
 
 #include <systemd/sd-bus.h>
 
+#include "service/api/operations.h"
+
 namespace OHOS::Host {
 
-// The answer of a method that answers only its code.
-struct NoValue {};
+// Each appends one value to `message`, and returns a negative errno when a message cannot carry it: text that is not
+// UTF-8 or contains a NUL, or more than fits. Nothing is appended for Nothing.
+int Append(sd_bus_message* message, int32_t value);
+int Append(sd_bus_message* message, const Argument& value);
+int Append(sd_bus_message* message, const Value& value);
 
-// Each appends one value to `message`, and returns false when a message cannot carry it: text that is not UTF-8 or
-// contains a NUL, or more than fits.
-bool Append(sd_bus_message* message, NoValue value);
-bool Append(sd_bus_message* message, bool value);
-bool Append(sd_bus_message* message, int32_t value);
-bool Append(sd_bus_message* message, int64_t value);
-bool Append(sd_bus_message* message, const std::string& value);
-bool Append(sd_bus_message* message, const std::vector<std::string>& value);
-
-// Each reads the next value of `message` into `value`, and returns false when the next value has another type. Lists
-// are appended to.
-bool Read(sd_bus_message* message, NoValue& value);
-bool Read(sd_bus_message* message, bool& value);
+// Each reads the next value of `message` into `value`, and returns false when the next value has another type.
 bool Read(sd_bus_message* message, int32_t& value);
-bool Read(sd_bus_message* message, int64_t& value);
-bool Read(sd_bus_message* message, std::string& value);
-bool Read(sd_bus_message* message, std::vector<std::string>& value);
+bool Read(sd_bus_message* message, Type type, Value& value);
 
 // Passes each text of the list that comes next to `take`, until `take` returns false. Returns false then, or when the
 // next value is not a list.

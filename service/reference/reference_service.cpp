@@ -28,6 +28,12 @@ int32_t Echo(const std::string& request, const std::string& tail, std::string& r
 
 } // namespace
 
+Outcome ReferenceService::Call(const Operation& operation, const Arguments& arguments)
+{
+    ArgumentValues values = Copies(arguments);
+    return operation.call(*this, values);
+}
+
 int32_t ReferenceService::GetModemLogConfig(std::vector<std::string>& keys, std::vector<std::string>& values)
 {
     return Query(modem_, keys, values);

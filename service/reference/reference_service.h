@@ -9,15 +9,17 @@
 #include <string>
 #include <vector>
 
-#include "zelk_service_api/i_zelk_log_service.h"
+#include "service/api/operations.h"
 
 namespace OHOS::Host {
 
 // Every operation answers 0; or CODE_REFUSED, with `false` or an empty answer, for a text that is not a configuration
 // item or a call that exceeds the limits of service_limits.h. A refused call has no effect. Operations may be called
 // from any thread; each takes effect as a whole, or not at all when it throws std::bad_alloc.
-class ReferenceService : public HiviewDFX::IZelkLogService {
+class ReferenceService : public LogService {
 public:
+    Outcome Call(const Operation& operation, const Arguments& arguments) override;
+
     int32_t GetModemLogConfig(std::vector<std::string>& keys, std::vector<std::string>& values) override;
     int32_t GetModemLogDirectPackConfig(std::string& config) override;
     int32_t GetModemLogLogMasks(std::vector<std::string>& masks) override;

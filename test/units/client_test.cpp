@@ -57,9 +57,9 @@ class ClientAlone : public testing::Test {
 protected:
     ClientAlone()
     {
-        Host::SetProxySource([this] {
+        Host::SetProxySource([this](std::string&) {
             ++proxies;
-            return sptr<IZelkLogService>();
+            return sptr<Host::LogService>();
         });
         Host::SetLogCapture([this](const Host::LogRecord& record) {
             if (record.tag == "FRAMEWORK") {

@@ -45,7 +45,6 @@ namespace OHOS::Host {
 using HiviewDFX::IZelkLogService;
 using std::chrono::steady_clock;
 using Codes = std::vector<int32_t>;
-using Texts = std::vector<std::string>;
 
 const std::string PROGRAM = Quoted(ZELK_LOG_SERVICE_PROGRAM);
 constexpr auto* BUS = PlayedBus::BUS;
@@ -257,8 +256,8 @@ TEST(Dbus, AnAnswerIsNotAwaitedForLongOnceTheNameHasPassed)
         PlayedBus::Notify(call, BUS, ":1.3");
         if (++calls == 1) {
             std::this_thread::sleep_for(100ms);
+            PlayedBus::Notify(call, BUS, OWNER); // For the next call.
             PlayedBus::Reply(call, OWNER, "ib", 0, 1);
-            PlayedBus::Notify(call, BUS, OWNER);
         }
     });
     const Proxy proxy = bus.Find();
@@ -282,9 +281,9 @@ TEST(Dbus, CallsOfSeveralThreadsHaveConnectionsUntilTheseAreIdle)
             calls.clear();
         }
     });
-    const Proxy proxy = LogServiceProxy::Find(std::make_shared<BusPool>(
-                                                  bus.address, [] {}, 1s),
-                                              20s);
+    const Proxy proxy = FindOver(std::make_shared<BusPool>(
+                                     bus.address, [] {}, 1s),
+                                 20s);
     for (int round = 0; round < 2; ++round) {
         ZelkTest::InThreads<THREADS>([&proxy](size_t) { EXPECT_EQ(StatusBy(proxy), "0 on"); });
     }
@@ -297,7 +296,7 @@ TEST(Dbus, AFloodDoesNotHoldACall)
 {
     const PlayedBus bus(PlayedBus::Flood);
     // With a pool of its own, whose connections end, and with them the flood, before the bus does.
-    const Proxy proxy = LogServiceProxy::Find(std::make_shared<BusPool>(bus.address, [] {}), 500ms);
+    const Proxy proxy = FindOver(std::make_shared<BusPool>(bus.address, [] {}), 500ms);
     for (int round = 0; round < 2; ++round) { // The second starts while the flood of the first goes on.
         EXPECT_EQ(StatusBy(proxy), "1002 off");
     }
@@ -321,7 +320,7 @@ TEST(Dbus, ActivationCountsForTheLimit)
     });
     bus.isOwned = false;
     const std::shared_ptr<BusPool> another = std::make_shared<BusPool>(bus.address, [] {});
-    EXPECT_EQ(LogServiceProxy::Find(another, 200ms), nullptr);
+    EXPECT_EQ(FindOver(another, 200ms), nullptr);
     bus.isOwned = false;
     const steady_clock::time_point start = steady_clock::now();
     EXPECT_EQ(StatusBy(bus.Find(2500ms)), "1002 off");
@@ -340,7 +339,7 @@ TEST(Dbus, WithMemoryShortACallFailsAndThrowsNothing)
         Texts list = {"kept"};
         t_allocationsLeft = least;
         {
-            const Proxy proxy = LogServiceProxy::Find(pool, 20s);
+            const Proxy proxy = FindOver(pool, 20s);
             code = proxy ? proxy->GetModemLogLogMasks(list) : IPC_ERROR_ANSWER;
         }
         t_allocationsLeft = -1;
@@ -495,7 +494,7 @@ BusHandle AskAndReadNothing(const Bus& bus, int answers, size_t megabytes)
         sd_bus_message_new_method_call(client.get(), &raw, SERVICE_NAME, SERVICE_PATH, SERVICE_INTERFACE,
                                        "GetModemLogConfig");
         const BusMessage call(raw);
-        EXPECT_TRUE(Append(raw, Texts(megabytes, "k")) && sd_bus_send(client.get(), raw, &cookie) >= 0);
+        EXPECT_TRUE(Append(raw, Value(Texts(megabytes, "k"))) >= 0 && sd_bus_send(client.get(), raw, &cookie) >= 0);
     }
     EXPECT_GE(sd_bus_flush(client.get()), 0);
     return client;

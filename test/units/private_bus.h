@@ -94,6 +94,12 @@ private:
     pid_t pid_;
 };
 
+inline Proxy FindOver(const std::shared_ptr<BusPool>& pool, LogServiceProxy::Duration limit)
+{
+    std::string whyNot;
+    return LogServiceProxy::Find(pool, limit, whyNot);
+}
+
 // A bus with a socket in a temporary folder.
 struct Bus {
     Bus() = default;
@@ -105,7 +111,7 @@ struct Bus {
 
     Proxy Find(LogServiceProxy::Duration limit = 20s) const
     {
-        return LogServiceProxy::Find(pool, limit);
+        return FindOver(pool, limit);
     }
 
     const std::filesystem::path folder = mkdtemp((testing::TempDir() + "zelk-bus-XXXXXX").data());

@@ -15,6 +15,8 @@
 #include "handler_service.h"
 #include "js_value.h"
 #include "log_captures.h"
+#include "operation_list.h"
+#include "service/api/ipc_code.h"
 #include "service/api/proxy_source.h"
 #include "service_stack.h"
 
@@ -102,9 +104,11 @@ void CallHandler(napi_env env, napi_ref function, uint64_t id, const HandlerServ
     napi_get_reference_value(env, function, &callee);
     napi_get_undefined(env, &undefined);
     napi_create_double(env, static_cast<double>(id), &arguments[0]);
-    napi_create_string_utf8(env, request.operation, NAPI_AUTO_LENGTH, &arguments[1]);
-    for (const Value& value : request.args) {
-        arguments.push_back(ToJs(env, value));
+    napi_create_string_utf8(env, request.operation.name, NAPI_AUTO_LENGTH, &arguments[1]);
+    for (const Value& value : request.arguments) {
+        if (!std::holds_alternative<Nothing>(value)) {
+            arguments.push_back(ToJs(env, value));
+        }
     }
     napi_call_function(env, undefined, callee, arguments.size(), arguments.data(), nullptr);
 }
@@ -225,6 +229,19 @@ napi_value Exit(napi_env env, napi_callback_info info)
     _exit(static_cast<int>(Number(env, status)));
 }
 
+napi_value MakeCodes(napi_env env)
+{
+    napi_value codes = nullptr;
+    napi_create_object(env, &codes);
+    for (const auto& [name, code] :
+         {std::pair("errorAnswer", IPC_ERROR_ANSWER), std::pair("wrongTypes", IPC_WRONG_TYPES)}) {
+        napi_value number = nullptr;
+        napi_create_int32(env, code, &number);
+        napi_set_named_property(env, codes, name, number);
+    }
+    return codes;
+}
+
 void ForgetEnvironment(void* env)
 {
     LogCaptures::Instance().StopAllOf(env);
@@ -247,6 +264,7 @@ constexpr std::array FUNCTIONS = {
     Function("takeLines", TakeLines),
     Function("setCaller", SetCallerOfProcess),
     Function("exit", Exit),
+    Function("request", Request),
 };
 
 } // namespace
@@ -262,5 +280,7 @@ NAPI_MODULE_INIT()
     napi_set_instance_data(env, new Instance, destroy, nullptr);
     napi_add_env_cleanup_hook(env, ForgetEnvironment, env);
     napi_define_properties(env, exports, FUNCTIONS.size(), FUNCTIONS.data());
+    napi_set_named_property(env, exports, "operations", MakeOperationList(env));
+    napi_set_named_property(env, exports, "codes", MakeCodes(env));
     return exports;
 }

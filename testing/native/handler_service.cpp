@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "service/api/ipc_code.h"
+
 namespace OHOS::Host {
 
 namespace {
@@ -19,7 +21,7 @@ HandlerService::Reply OnlyCode(int32_t code)
 
 } // namespace
 
-HandlerService::HandlerService(std::shared_ptr<Environment> environment, Handler handler, sptr<Service> fallback,
+HandlerService::HandlerService(std::shared_ptr<Environment> environment, Handler handler, sptr<LogService> fallback,
                                std::chrono::duration<double, std::milli> limit)
     : environment_(std::move(environment)), handler_(std::move(handler)), fallback_(std::move(fallback)), limit_(limit)
 {
@@ -48,7 +50,7 @@ void HandlerService::End()
     const std::lock_guard<std::mutex> lock(mutex_);
     hasEnded_ = true;
     for (const auto& [id, waiting] : waiting_) {
-        waiting->End(OnlyCode(CODE_GONE));
+        waiting->End(OnlyCode(IPC_SERVICE_GONE));
     }
     waiting_.clear();
 }
@@ -59,17 +61,11 @@ bool HandlerService::IsOpen()
     return !hasEnded_;
 }
 
-template <typename Out, typename Ask>
-int32_t HandlerService::Call(Request request, Out& out, Ask ask)
+Outcome HandlerService::Call(const Operation& operation, const Arguments& arguments)
 {
-    Reply reply = ReplyTo(std::move(request));
-    if (reply.isFallback) {
-        return ask(*fallback_);
-    }
-    if (auto* answer = std::get_if<Out>(&reply.answer)) {
-        out = std::move(*answer);
-    }
-    return reply.code;
+    Reply reply = ReplyTo({operation, Copies(arguments)});
+    return reply.isFallback ? fallback_->Call(operation, arguments)
+                            : Outcome{reply.code, std::move(reply.answer), std::nullopt};
 }
 
 HandlerService::Reply HandlerService::ReplyTo(Request request)
@@ -86,7 +82,7 @@ uint64_t HandlerService::Enlist(Waiting& waiting)
     const std::lock_guard<std::mutex> lock(mutex_);
     const uint64_t id = ++lastId_;
     if (hasEnded_) {
-        waiting.End(OnlyCode(CODE_GONE));
+        waiting.End(OnlyCode(IPC_SERVICE_GONE));
     } else {
         waiting_.emplace(id, &waiting);
     }
@@ -102,7 +98,7 @@ void HandlerService::Post(uint64_t id, Request request)
         }
     });
     if (!isPosted) {
-        Answer(id, OnlyCode(CODE_GONE));
+        Answer(id, OnlyCode(IPC_SERVICE_GONE));
     }
 }
 
@@ -113,7 +109,7 @@ HandlerService::Reply HandlerService::Wait(uint64_t id, Waiting& waiting, Clock:
         const auto now = Clock::now();
         if (now >= deadline) {
             waiting_.erase(id);
-            return OnlyCode(CODE_LATE);
+            return OnlyCode(IPC_TIMEOUT);
         }
         if (waiting.changed.wait_until(lock, std::min(deadline, now + PING_INTERVAL)) == std::cv_status::timeout) {
             lock.unlock();
@@ -122,105 +118,6 @@ HandlerService::Reply HandlerService::Wait(uint64_t id, Waiting& waiting, Clock:
         }
     }
     return std::move(waiting.reply);
-}
-
-int32_t HandlerService::GetModemLogConfig(std::vector<std::string>& keys, std::vector<std::string>& values)
-{
-    return Call({__func__, {keys}}, values, [&](Service& service) { return service.GetModemLogConfig(keys, values); });
-}
-
-int32_t HandlerService::GetModemLogDirectPackConfig(std::string& config)
-{
-    return Call({__func__, {}}, config, [&](Service& service) { return service.GetModemLogDirectPackConfig(config); });
-}
-
-int32_t HandlerService::GetModemLogLogMasks(std::vector<std::string>& masks)
-{
-    return Call({__func__, {}}, masks, [&](Service& service) { return service.GetModemLogLogMasks(masks); });
-}
-
-int32_t HandlerService::GetModemLogStatus(bool& status)
-{
-    return Call({__func__, {}}, status, [&](Service& service) { return service.GetModemLogStatus(status); });
-}
-
-int32_t HandlerService::HandleModemLogSwitch(bool on, bool& result)
-{
-    return Call({__func__, {on}}, result, [&](Service& service) { return service.HandleModemLogSwitch(on, result); });
-}
-
-int32_t HandlerService::HandleModemLogSwitch(bool on, std::vector<std::string>& configs, bool& result)
-{
-    return Call({__func__, {on, configs}}, result,
-                [&](Service& service) { return service.HandleModemLogSwitch(on, configs, result); });
-}
-
-int32_t HandlerService::SendModemLogCommand(std::string command, bool& result)
-{
-    return Call({__func__, {command}}, result,
-                [&](Service& service) { return service.SendModemLogCommand(command, result); });
-}
-
-int32_t HandlerService::ChangeModemLogConfig(std::vector<std::string>& configs, bool& result)
-{
-    return Call({__func__, {configs}}, result,
-                [&](Service& service) { return service.ChangeModemLogConfig(configs, result); });
-}
-
-int32_t HandlerService::GetTcpdumpStatus(bool& status)
-{
-    return Call({__func__, {}}, status, [&](Service& service) { return service.GetTcpdumpStatus(status); });
-}
-
-int32_t HandlerService::GetTcpdumpConfig(std::vector<std::string> keys, std::vector<std::string>& values)
-{
-    return Call({__func__, {keys}}, values, [&](Service& service) { return service.GetTcpdumpConfig(keys, values); });
-}
-
-int32_t HandlerService::ChangeTcpdumpConfig(std::vector<std::string>& configs, bool& result)
-{
-    return Call({__func__, {configs}}, result,
-                [&](Service& service) { return service.ChangeTcpdumpConfig(configs, result); });
-}
-
-int32_t HandlerService::HandleTcpdumpSwitch(bool on, bool& result)
-{
-    return Call({__func__, {on}}, result, [&](Service& service) { return service.HandleTcpdumpSwitch(on, result); });
-}
-
-int32_t HandlerService::HandleTcpdumpSwitch(bool on, std::vector<std::string>& configs, bool& result)
-{
-    return Call({__func__, {on, configs}}, result,
-                [&](Service& service) { return service.HandleTcpdumpSwitch(on, configs, result); });
-}
-
-int32_t HandlerService::HandleBluetoothCallPcmLogSwitch(bool on)
-{
-    std::monostate none;
-    return Call({__func__, {on}}, none, [&](Service& service) { return service.HandleBluetoothCallPcmLogSwitch(on); });
-}
-
-int32_t HandlerService::FetchRemoteDevicesLogs(const std::string& request, std::string& response, int64_t value)
-{
-    return Call({__func__, {request, value}}, response,
-                [&](Service& service) { return service.FetchRemoteDevicesLogs(request, response, value); });
-}
-
-int32_t HandlerService::QueryRemoteDevicesLogs(const std::string& request, std::string& response)
-{
-    return Call({__func__, {request}}, response,
-                [&](Service& service) { return service.QueryRemoteDevicesLogs(request, response); });
-}
-
-int32_t HandlerService::GetRemoteDevicesList(std::string& response)
-{
-    return Call({__func__, {}}, response, [&](Service& service) { return service.GetRemoteDevicesList(response); });
-}
-
-int32_t HandlerService::QueryProtocolData(const std::string& request, std::string& response)
-{
-    return Call({__func__, {request}}, response,
-                [&](Service& service) { return service.QueryProtocolData(request, response); });
 }
 
 } // namespace OHOS::Host

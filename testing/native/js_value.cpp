@@ -25,7 +25,7 @@ struct Maker {
     napi_env env;
     napi_value made = nullptr;
 
-    void operator()(std::monostate)
+    void operator()(Nothing)
     {
         napi_get_undefined(env, &made);
     }
@@ -107,6 +107,12 @@ Value FromJs(napi_env env, napi_value value)
         bool isTrue = false;
         napi_get_value_bool(env, value, &isTrue);
         return isTrue;
+    }
+    if (type == napi_bigint) {
+        int64_t number = 0;
+        bool isLossless = false;
+        napi_get_value_bigint_int64(env, value, &number, &isLossless);
+        return number;
     }
     if (type == napi_string) {
         return TextFromJs(env, value);

@@ -6,7 +6,7 @@
 
 #include <node_api.h>
 
-#include "value.h"
+#include "service/api/operations.h"
 
 namespace OHOS::Host {
 
@@ -14,8 +14,8 @@ namespace OHOS::Host {
 napi_value ToJs(napi_env env, const Value& value);
 napi_value ToJs(napi_env env, const std::string& text);
 
-// From a boolean, a string, a Uint8Array, or an array of the latter two; nothing for anything else. A string is read as
-// UTF-8, a Uint8Array byte for byte.
+// From a boolean, a bigint, a string, a Uint8Array, or an array of the latter two; nothing for anything else. A string
+// is read as UTF-8, a Uint8Array byte for byte.
 Value FromJs(napi_env env, napi_value value);
 
 } // namespace OHOS::Host

@@ -93,7 +93,12 @@ void ServiceStack::Apply() const
         return;
     }
     const Entry& inForce = entries_.back();
-    SetProxySource([service = inForce.isPresent ? inForce.service : nullptr] { return service; });
+    SetProxySource([service = inForce.isPresent ? inForce.service : nullptr](std::string& whyNot) {
+        if (service == nullptr) {
+            whyNot = "the log service of the test has left";
+        }
+        return service;
+    });
 }
 
 } // namespace OHOS::Host

@@ -1,5 +1,5 @@
 # Writes the rows of an sd-bus vtable, one per method of a D-Bus interface. In: XML, ROWS (the file to write). The
-# handler of method M is OnM.
+# handler of each is OnCall.
 file(STRINGS "${XML}" LINES ENCODING UTF-8)
 set(TEXT "// Generated from the interface's XML; do not edit.\n")
 foreach(LINE IN LISTS LINES)
@@ -14,7 +14,7 @@ foreach(LINE IN LISTS LINES)
         string(APPEND NAMES_${CMAKE_MATCH_3} " SD_BUS_PARAM(${CMAKE_MATCH_2})")
     elseif(LINE MATCHES "</method>")
         string(APPEND TEXT "SD_BUS_METHOD_WITH_NAMES(\"${METHOD}\", \"${TYPES_in}\", ${NAMES_in}, \"${TYPES_out}\", "
-                           "${NAMES_out}, On${METHOD}, SD_BUS_VTABLE_UNPRIVILEGED),\n")
+                           "${NAMES_out}, OnCall, SD_BUS_VTABLE_UNPRIVILEGED),\n")
     elseif(LINE MATCHES "<(method|arg)")
         message(FATAL_ERROR "${XML}: not understood: ${LINE}")
     endif()
