@@ -265,7 +265,7 @@ declare namespace zelklogservice {
    *
    * @param { boolean } on - A state that is not a boolean means off.
    * @param { Callback<boolean> } callback - Comes before the items: in the other order the array is taken for the callback. Its type is not checked, and one that cannot be called ends in an uncaught exception.
-   * @param { readonly ConfigItem[] | undefined } configs - An empty list makes the request without items. On the desktop the request with items is `HandleModemLogSwitchWithConfigs`.
+   * @param { readonly ConfigItem[] | undefined } configs - With an empty list, the request has no items. On the desktop, the request with items is `HandleModemLogSwitchWithConfigs`.
    * @returns { undefined }
    * @systemapi
    * @since 11
@@ -286,7 +286,7 @@ declare namespace zelklogservice {
    * - Throws: an Error with the runtime's own text, when called without arguments.
    *
    * @param { boolean } on - A state that is not a boolean means off.
-   * @param { readonly ConfigItem[] | undefined } configs - An empty list makes the request without items. On the desktop the request with items is `HandleModemLogSwitchWithConfigs`.
+   * @param { readonly ConfigItem[] | undefined } configs - With an empty list, the request has no items. On the desktop, the request with items is `HandleModemLogSwitchWithConfigs`.
    * @returns { Promise<boolean> | undefined }
    * @systemapi
    * @since 11
@@ -474,7 +474,7 @@ declare namespace zelklogservice {
    *
    * @param { boolean } on - A state that is not a boolean means stop.
    * @param { Callback<boolean> } callback - Comes before the items: in the other order the array is taken for the callback. Its type is not checked, and one that cannot be called ends in an uncaught exception.
-   * @param { readonly ConfigItem[] | undefined } configs - An empty list makes the request without items. On the desktop the request with items is `HandleTcpdumpSwitchWithConfigs`.
+   * @param { readonly ConfigItem[] | undefined } configs - With an empty list, the request has no items. On the desktop, the request with items is `HandleTcpdumpSwitchWithConfigs`.
    * @returns { undefined }
    * @systemapi
    * @since 11
@@ -495,7 +495,7 @@ declare namespace zelklogservice {
    * - Throws: an Error with the runtime's own text, when called without arguments.
    *
    * @param { boolean } on - A state that is not a boolean means stop.
-   * @param { readonly ConfigItem[] | undefined } configs - An empty list makes the request without items. On the desktop the request with items is `HandleTcpdumpSwitchWithConfigs`.
+   * @param { readonly ConfigItem[] | undefined } configs - With an empty list, the request has no items. On the desktop, the request with items is `HandleTcpdumpSwitchWithConfigs`.
    * @returns { Promise<boolean> | undefined }
    * @systemapi
    * @since 11

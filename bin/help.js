@@ -9,7 +9,7 @@ Items are typed as NAME key=value …
   key=[1,2]            an array of numbers or booleans
   key='"42"'           a text, without the quotes
   key:=JSON            any of these as JSON
-  key=anything else    a text, also 1.5: there are no fractions`;
+  key=anything else    a text, 1.5 among them: items have whole numbers only`;
 
 const EXAMPLES = `
 Examples:

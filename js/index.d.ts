@@ -197,7 +197,7 @@ export function getModemLogStatus(): Promise<boolean> | undefined;
  * @param on A state that is not a boolean means off.
  * @param callback Comes before the items: in the other order the array is taken for the callback. Its type is not
  * checked, and one that cannot be called ends in an uncaught exception.
- * @param configs An empty list makes the request without items. On the desktop the request with items is
+ * @param configs With an empty list, the request has no items. On the desktop, the request with items is
  * `HandleModemLogSwitchWithConfigs`.
  */
 export function handleModemLogSwitch(
@@ -215,7 +215,7 @@ export function handleModemLogSwitch(
  * - Throws: an Error with the runtime's own text, when called without arguments.
  *
  * @param on A state that is not a boolean means off.
- * @param configs An empty list makes the request without items. On the desktop the request with items is
+ * @param configs With an empty list, the request has no items. On the desktop, the request with items is
  * `HandleModemLogSwitchWithConfigs`.
  */
 export function handleModemLogSwitch(
@@ -364,7 +364,7 @@ export function changeTcpdumpConfig(configs: readonly ConfigItem[]): Promise<boo
  * @param on A state that is not a boolean means stop.
  * @param callback Comes before the items: in the other order the array is taken for the callback. Its type is not
  * checked, and one that cannot be called ends in an uncaught exception.
- * @param configs An empty list makes the request without items. On the desktop the request with items is
+ * @param configs With an empty list, the request has no items. On the desktop, the request with items is
  * `HandleTcpdumpSwitchWithConfigs`.
  */
 export function handleTcpdumpSwitch(
@@ -382,7 +382,7 @@ export function handleTcpdumpSwitch(
  * - Throws: an Error with the runtime's own text, when called without arguments.
  *
  * @param on A state that is not a boolean means stop.
- * @param configs An empty list makes the request without items. On the desktop the request with items is
+ * @param configs With an empty list, the request has no items. On the desktop, the request with items is
  * `HandleTcpdumpSwitchWithConfigs`.
  */
 export function handleTcpdumpSwitch(
