@@ -19,7 +19,7 @@ packages_of() {
     case $1 in
         build) echo cmake ninja-build g++ pkgconf libjsoncpp-dev libsystemd-dev ;;
         demo) echo dbus-daemon ;;
-        test) echo libgtest-dev dbus-daemon systemd python3-dbus python3-gi ;;
+        test) echo libgtest-dev dbus-daemon systemd python3-dbus python3-gi python3-dbusmock ;;
         lint) echo clang clang-format clang-tidy generate-ninja ;;
         bench) echo binutils dbus-daemon libspdlog-dev rapidjson-dev ;;
         picture) echo gnuplot-nox ;;

@@ -25,8 +25,8 @@ ACCEPTED, REFUSED = (0, True), (2, False)
 def read_item(text):
     """The key and the value of {"configKey":"KEY","value":VALUE}; None for a text of another form."""
     head, middle, tail = '{"configKey":"', '","value":', "}"
-    key, found, value = text[len(head):].partition(middle)
-    return (key, value[:-len(tail)]) if text.startswith(head) and found and value.endswith(tail) else None
+    key, _, value = text[len(head):].partition(middle)
+    return (key, value[:-len(tail)]) if text.startswith(head) and value.endswith(tail) else None
 
 
 def json_of(**members):

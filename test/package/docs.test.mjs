@@ -15,7 +15,8 @@ const prose = (document) => read(document).replace(/^```.*?^```$/gms, '');
 
 const succeeds = (command, ...args) => spawnSync(command, args, { stdio: 'ignore' }).status === 0;
 const dbus = existsSync(`${root}build/release/zelk-log-service`) && succeeds('dbus-run-session', '--version');
-const HAS = { dbus, 'python3-dbus': dbus && succeeds('/usr/bin/python3', '-c', 'import dbus, gi') };
+const imports = (modules) => dbus && succeeds('/usr/bin/python3', '-c', `import ${modules}`);
+const HAS = { dbus, 'python3-dbus': imports('dbus, gi'), 'python3-dbusmock': imports('dbusmock') };
 
 const folder = temporaryFolder();
 readdirSync(root).forEach((name) => symlinkSync(join(root, name), join(folder, name)));
