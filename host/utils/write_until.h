@@ -6,9 +6,9 @@
 #include <cstddef>
 #include <string_view>
 
-namespace OHOS::Host {
+#include "deadline.h"
 
-using Deadline = std::chrono::steady_clock::time_point;
+namespace OHOS::Host {
 
 // Long for a reader that is reading, short for a program that has to wait.
 constexpr std::chrono::milliseconds LONGEST_WAIT_FOR_READER{100};

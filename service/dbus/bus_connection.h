@@ -9,14 +9,13 @@
 #include <utility>
 
 #include "bus_handles.h"
+#include "host/utils/deadline.h"
 #include "service/api/ipc_code.h"
 
 namespace OHOS::Host {
 
 // The code of a call for which a function of this folder or of sd-bus returned `error`, a negative errno.
 IpcCode CodeOfError(int error);
-
-using Deadline = std::chrono::steady_clock::time_point;
 
 // A connection has no thread of its own: messages are processed only while one of its functions runs. Any thread may
 // use it, but only one at a time. No function runs past its deadline, whatever arrives.
