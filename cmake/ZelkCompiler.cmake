@@ -21,6 +21,8 @@ add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-con
 
 # The flags that the platform's build adds for every component.
 if(ZELK_LIKE_DEVICE)
+    # Without it, -Wthread-safety does not know libc++'s locks.
+    add_compile_definitions(_LIBCPP_ENABLE_THREAD_SAFETY_ANNOTATIONS)
     add_compile_options(-Wimplicit-fallthrough -Wthread-safety -Wno-missing-field-initializers -Wno-unused-parameter
                         -Wno-deprecated-declarations)
 endif()

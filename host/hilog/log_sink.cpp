@@ -43,13 +43,13 @@ LogSink::LogSink() : level_(LevelSetting())
 {
     lowestWanted_ = level_;
     // Otherwise a child forked while another thread is writing could never write.
-    const auto lock = [] {
-        g_sink->outputMutex_.lock();
+    const auto lock = []() ZELK_ACQUIRE(g_sink->output_.mutex, g_sink->captureMutex_) {
+        g_sink->output_.mutex.lock();
         g_sink->captureMutex_.lock();
     };
-    const auto unlock = [] {
+    const auto unlock = []() ZELK_RELEASE(g_sink->output_.mutex, g_sink->captureMutex_) {
         g_sink->captureMutex_.unlock();
-        g_sink->outputMutex_.unlock();
+        g_sink->output_.mutex.unlock();
     };
     pthread_atfork(lock, unlock, unlock);
     // The capture's function may no longer exist when other threads log until the very end.
@@ -74,18 +74,17 @@ void SetLogCapture(LogCapture capture)
 int LogSink::Put(LogLevel level, unsigned int domain, const char* tag, std::string& line, size_t messageStart)
 {
     if (level < level_) {
-        Stamp(line.data());
         Show(level, domain, tag, line, messageStart);
         return 0;
     }
     const Deadline deadline = std::chrono::steady_clock::now() + LONGEST_WAIT_FOR_READER;
-    const std::unique_lock<TimedMutex> lock = LockOutput();
-    Stamp(line.data());
-    // With the lock, so that a capture gets lines in the order in which they are written; without it if they are lost.
-    Show(level, domain, tag, line, messageStart);
-    if (!lock) {
+    if (!LockOutput()) {
+        Show(level, domain, tag, line, messageStart);
         return Lose(level);
     }
+    const std::lock_guard<TimedMutex> lock(output_.mutex, std::adopt_lock);
+    // With the lock, so that a capture gets lines in the order in which they are written.
+    Show(level, domain, tag, line, messageStart);
     const int written = output_.Write(line, isStuck_ ? Deadline() : deadline);
     isStuck_ = written < 0;
     return written;
@@ -100,18 +99,25 @@ int LogSink::Lose(LogLevel level)
     return -1;
 }
 
-std::unique_lock<TimedMutex> LogSink::LockOutput()
+bool LogSink::LockOutput()
 {
-    std::unique_lock<TimedMutex> lock(outputMutex_, std::try_to_lock);
+    if (output_.mutex.try_lock()) {
+        return true;
+    }
+    if (isStuck_) {
+        return false;
+    }
     // With the system clock: ThreadSanitizer does not see a lock that is waited for with the steady clock.
-    if (!lock && !isStuck_ && !lock.try_lock_until(std::chrono::system_clock::now() + LONGEST_WAIT_FOR_READER)) {
+    const bool isLocked = output_.mutex.try_lock_until(std::chrono::system_clock::now() + LONGEST_WAIT_FOR_READER);
+    if (!isLocked) {
         isStuck_ = true;
     }
-    return lock;
+    return isLocked;
 }
 
-void LogSink::Show(LogLevel level, unsigned int domain, const char* tag, const std::string& line, size_t messageStart)
+void LogSink::Show(LogLevel level, unsigned int domain, const char* tag, std::string& line, size_t messageStart)
 {
+    Stamp(line.data());
     const std::lock_guard<std::mutex> lock(captureMutex_);
     if (capture_) {
         capture_({level, domain, tag, line.substr(messageStart), line.substr(0, messageStart)});

@@ -7,8 +7,8 @@
 #include <string>
 
 #include "capture.h"
+#include "host/utils/thread_safety.h"
 #include "log_output.h"
-#include "timed_mutex.h"
 
 namespace OHOS::Host {
 
@@ -38,20 +38,20 @@ public:
     LogSink();
 
 private:
-    // Not locked when the wait was too long.
-    std::unique_lock<TimedMutex> LockOutput();
-    void Show(LogLevel level, unsigned int domain, const char* tag, const std::string& line, size_t messageStart);
+    // False when the wait was too long.
+    bool LockOutput() ZELK_TRY_ACQUIRE(true, output_.mutex);
+    // Stamps the line and gives it to the capture.
+    void Show(LogLevel level, unsigned int domain, const char* tag, std::string& line, size_t messageStart);
 
     static std::atomic<int> lowestWanted_;
 
     const int level_; // The lowest one that is written.
 
-    TimedMutex outputMutex_;
-    LogOutput output_;                 // Writes with the lock.
+    LogOutput output_;
     std::atomic<bool> isStuck_{false}; // A line waited for the reader in vain, and none was written since.
 
-    std::mutex captureMutex_; // Taken after outputMutex_ where both are. Guards:
-    LogCapture capture_;
+    std::mutex captureMutex_; // Taken after the output's where both are.
+    LogCapture capture_ ZELK_GUARDED_BY(captureMutex_);
 };
 
 } // namespace OHOS::Host

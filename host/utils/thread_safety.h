@@ -12,12 +12,12 @@
 // Of a member: used with this lock held.
 #define ZELK_GUARDED_BY(lock) ZELK_THREAD_SAFETY(guarded_by(lock))
 
-// Of a function: called with these locks held; takes them; releases them; tries to take them, and returns whether it
-// did. Without an argument, the object itself is the lock.
+// Of a function: called with these locks held; takes them; releases them; takes them when it returns its first
+// argument. Where no lock is named, the object itself is one.
 #define ZELK_REQUIRES(...) ZELK_THREAD_SAFETY(requires_capability(__VA_ARGS__))
 #define ZELK_ACQUIRE(...) ZELK_THREAD_SAFETY(acquire_capability(__VA_ARGS__))
 #define ZELK_RELEASE(...) ZELK_THREAD_SAFETY(release_capability(__VA_ARGS__))
-#define ZELK_TRY_ACQUIRE(...) ZELK_THREAD_SAFETY(try_acquire_capability(true, ##__VA_ARGS__))
+#define ZELK_TRY_ACQUIRE(...) ZELK_THREAD_SAFETY(try_acquire_capability(__VA_ARGS__))
 
 // Of a class: it is a lock.
 #define ZELK_LOCK ZELK_THREAD_SAFETY(capability("mutex"))

@@ -6,6 +6,7 @@
 #include <string>
 #include <utility>
 
+#include "host/utils/thread_safety.h"
 #include "proxy_source.h"
 #include "service/reference/reference_service.h"
 #include "setting_source.h"
@@ -19,13 +20,20 @@ using HiviewDFX::IZelkLogService;
 // Set by a test or a program in place of the setting. Never destroyed: workers may outlive static objects.
 struct Override {
     std::mutex mutex;
-    Host::ProxySource source;
+    Host::ProxySource source ZELK_GUARDED_BY(mutex);
 };
 
 Override& TheOverride()
 {
     static auto* const theOverride = new Override;
     return *theOverride;
+}
+
+Host::ProxySource OverridingSource()
+{
+    Override& current = TheOverride();
+    const std::lock_guard<std::mutex> lock(current.mutex);
+    return current.source;
 }
 
 } // namespace
@@ -39,10 +47,7 @@ void Host::SetProxySource(ProxySource source)
 
 sptr<Host::LogService> Host::FindLogService(std::string& whyNot)
 {
-    Override& current = TheOverride();
-    std::unique_lock<std::mutex> lock(current.mutex);
-    const ProxySource source = current.source;
-    lock.unlock();
+    const ProxySource source = OverridingSource();
     return source ? source(whyNot) : ProxyOfSetting(whyNot);
 }
 
@@ -61,9 +66,11 @@ sptr<IZelkLogService> Client::GetProxy()
 
 void Client::OnRemoteDied(const wptr<IRemoteObject>&)
 {
-    std::unique_lock<std::mutex> lock(mutex_);
-    const std::map<std::string, std::function<void()>> callbacks = callbacks_;
-    lock.unlock();
+    Callbacks callbacks;
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        callbacks = callbacks_;
+    }
     for (const auto& [name, callback] : callbacks) {
         if (callback) {
             callback();

@@ -2,7 +2,6 @@
 #ifndef SERVICE_DBUS_BUS_CONNECTION_H
 #define SERVICE_DBUS_BUS_CONNECTION_H
 
-#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <string>

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "bus_connection.h"
+#include "host/utils/thread_safety.h"
 
 namespace OHOS::Host {
 
@@ -40,16 +41,16 @@ private:
 
     // Closes what was idle for too long, in a thread that there is only while there are more than a few connections:
     // the calls of a usual runtime never start it.
-    void StartClosing();
+    void StartClosing() ZELK_REQUIRES(mutex_);
     // False when only a few connections are left.
     bool CloseIdle();
 
     const std::string address_;
     void (*const onInvalid_)();
     const Duration idleLimit_;
-    std::mutex mutex_;       // Guards everything below.
-    std::vector<Idle> idle_; // In the order in which they were used.
-    bool isClosing_ = false;
+    std::mutex mutex_;
+    std::vector<Idle> idle_ ZELK_GUARDED_BY(mutex_); // In the order in which they were used.
+    bool isClosing_ ZELK_GUARDED_BY(mutex_) = false;
 };
 
 } // namespace OHOS::Host

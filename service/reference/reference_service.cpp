@@ -162,19 +162,19 @@ std::optional<size_t> ReferenceService::SizeWith(const Log& log, const Values& i
     return keys <= MAX_KEYS && size <= MAX_LOG_SIZE ? std::optional(size) : std::nullopt;
 }
 
-int32_t ReferenceService::Status(const Log& log, bool& status)
+int32_t ReferenceService::Status(Log& log, bool& status)
 {
-    const std::lock_guard<std::mutex> lock(mutex_);
+    const std::lock_guard<std::mutex> lock(log.mutex);
     status = log.on;
     return 0;
 }
 
-int32_t ReferenceService::Query(const Log& log, const std::vector<std::string>& keys, std::vector<std::string>& values)
+int32_t ReferenceService::Query(Log& log, const std::vector<std::string>& keys, std::vector<std::string>& values)
 {
     values.clear();
     std::vector<std::string> answer;
     size_t size = 0;
-    const std::lock_guard<std::mutex> lock(mutex_);
+    const std::lock_guard<std::mutex> lock(log.mutex);
     for (const std::string& key : keys) {
         // A key is part of its answer, so a request that is too large has an answer that is too large.
         if (size + key.size() > MAX_ANSWER_SIZE) {
@@ -201,7 +201,7 @@ int32_t ReferenceService::Change(Log& log, std::optional<bool> on, const std::ve
     if (!items) {
         return CODE_REFUSED;
     }
-    const std::lock_guard<std::mutex> lock(mutex_);
+    const std::lock_guard<std::mutex> lock(log.mutex);
     const std::optional<size_t> size = SizeWith(log, *items);
     if (!size) {
         return CODE_REFUSED;

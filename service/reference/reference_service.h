@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "host/utils/thread_safety.h"
 #include "service/api/operations.h"
 
 namespace OHOS::Host {
@@ -47,23 +48,23 @@ private:
 
     // One log with a switch and a configuration: modem log or packet capture.
     struct Log {
-        bool on = false;
-        Values values;
-        size_t size = 0; // Of all keys and values.
+        std::mutex mutex;
+        bool on ZELK_GUARDED_BY(mutex) = false;
+        Values values ZELK_GUARDED_BY(mutex);
+        size_t size ZELK_GUARDED_BY(mutex) = 0; // Of all keys and values.
     };
 
     // The items in `texts`, the last one of each key; nothing when they are refused.
     static std::optional<Values> ParseItems(const std::vector<std::string>& texts);
     // The size that `log` would have with `items` applied; nothing when it would exceed a limit.
-    static std::optional<size_t> SizeWith(const Log& log, const Values& items);
+    static std::optional<size_t> SizeWith(const Log& log, const Values& items) ZELK_REQUIRES(log.mutex);
 
-    int32_t Status(const Log& log, bool& status);
-    int32_t Query(const Log& log, const std::vector<std::string>& keys, std::vector<std::string>& values);
+    static int32_t Status(Log& log, bool& status);
+    static int32_t Query(Log& log, const std::vector<std::string>& keys, std::vector<std::string>& values);
     // Applies the items and then, if `on` is given, the switch.
-    int32_t Change(Log& log, std::optional<bool> on, const std::vector<std::string>& configs, bool& result);
+    static int32_t Change(Log& log, std::optional<bool> on, const std::vector<std::string>& configs, bool& result);
 
     // The Bluetooth switch and the last command are not stored: no operation queries them.
-    std::mutex mutex_; // Guards everything below.
     Log modem_;
     Log tcpdump_;
 };

@@ -5,6 +5,7 @@
 #include <string>
 #include <utility>
 
+#include "host/utils/thread_safety.h"
 #include "test/support/faults.h"
 
 namespace ZelkTest {
@@ -12,11 +13,11 @@ namespace ZelkTest {
 namespace {
 
 std::mutex g_mutex;
-Json::Value g_plan;                      // See PlanFaults.
-std::map<std::string, int> g_usesByName; // Since the plan was made; "" counts all.
-Json::Value g_trace(Json::arrayValue);
-std::map<std::string, int> g_counts = {{"contexts", 0},  {"references", 0}, {"works", 0},
-                                       {"deferreds", 0}, {"inFlight", 0},   {"faults", 0}};
+Json::Value g_plan ZELK_GUARDED_BY(g_mutex);                      // See PlanFaults.
+std::map<std::string, int> g_usesByName ZELK_GUARDED_BY(g_mutex); // Since the plan was made; "" counts all.
+Json::Value g_trace ZELK_GUARDED_BY(g_mutex) = Json::arrayValue;
+std::map<std::string, int> g_counts ZELK_GUARDED_BY(g_mutex) = {{"contexts", 0},  {"references", 0}, {"works", 0},
+                                                                {"deferreds", 0}, {"inFlight", 0},   {"faults", 0}};
 
 // That of the last call, or null. As on runtimes that overwrite the error record with the next call: its message is
 // valid until then.

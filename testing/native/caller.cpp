@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "host/ipc/calling_token.h"
+#include "host/utils/thread_safety.h"
 
 namespace OHOS::Host {
 
@@ -18,8 +19,9 @@ struct Given {
 
 // Never destroyed: workers may outlive static objects.
 struct Callers {
-    std::mutex mutex;         // Guards everything below, and the order of changes.
-    std::vector<Given> given; // The last call of each thread that lives, in the order of the calls.
+    std::mutex mutex; // Guards the order of changes, too.
+    // The last call of each thread that lives, in the order of the calls.
+    std::vector<Given> given ZELK_GUARDED_BY(mutex);
 };
 
 Callers& TheCallers()
@@ -28,13 +30,12 @@ Callers& TheCallers()
     return *callers;
 }
 
-// With the lock held.
-void RemoveOwn(std::vector<Given>& given)
+void RemoveOwn(Callers& callers) ZELK_REQUIRES(callers.mutex)
 {
     const auto isOwn = [](const Given& one) {
         return one.giver == std::this_thread::get_id();
     };
-    given.erase(std::remove_if(given.begin(), given.end(), isOwn), given.end());
+    callers.given.erase(std::remove_if(callers.given.begin(), callers.given.end(), isOwn), callers.given.end());
 }
 
 } // namespace
@@ -43,7 +44,7 @@ void SetCaller(std::optional<uint64_t> token)
 {
     Callers& callers = TheCallers();
     const std::lock_guard<std::mutex> lock(callers.mutex);
-    RemoveOwn(callers.given);
+    RemoveOwn(callers);
     callers.given.push_back({std::this_thread::get_id(), token});
     SetCallingToken(token);
 }
@@ -52,7 +53,7 @@ void ForgetCallerOfThisThread()
 {
     Callers& callers = TheCallers();
     const std::lock_guard<std::mutex> lock(callers.mutex);
-    RemoveOwn(callers.given);
+    RemoveOwn(callers);
     SetCallingToken(callers.given.empty() ? std::nullopt : callers.given.back().token);
 }
 

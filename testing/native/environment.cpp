@@ -22,14 +22,17 @@ std::shared_ptr<Environment> Environment::Create(napi_env env, std::function<voi
     auto owner = std::make_unique<std::shared_ptr<Environment>>(environment);
     napi_value name = nullptr;
     napi_create_string_utf8(env, "zelklogservice/testing", NAPI_AUTO_LENGTH, &name);
+    napi_threadsafe_function function = nullptr;
     const napi_status status = napi_create_threadsafe_function(env, nullptr, nullptr, name, 0, 1, owner.get(), Finalize,
-                                                               environment.get(), RunTask, &environment->function_);
+                                                               environment.get(), RunTask, &function);
     if (status != napi_ok) {
         return nullptr;
     }
     static_cast<void>(owner.release()); // Now owned by Finalize.
     // Calls that wait for a handler keep their own environment alive.
-    napi_unref_threadsafe_function(env, environment->function_);
+    napi_unref_threadsafe_function(env, function);
+    const std::lock_guard<std::mutex> lock(environment->mutex_);
+    environment->function_ = function;
     return environment;
 }
 
@@ -50,7 +53,6 @@ void Environment::Ping()
     isPinged_ = isPinged_ || Queue(nullptr);
 }
 
-// With `mutex_` held, so that the function is not finalized meanwhile.
 bool Environment::Queue(Task* task)
 {
     return !hasEnded_ && napi_call_threadsafe_function(function_, task, napi_tsfn_nonblocking) == napi_ok;

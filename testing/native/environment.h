@@ -10,6 +10,8 @@
 
 #include <node_api.h>
 
+#include "host/utils/thread_safety.h"
+
 namespace OHOS::Host {
 
 // Created on its JavaScript thread. Outlives the environment itself as long as it has an owner.
@@ -44,15 +46,16 @@ private:
 
     static void RunTask(napi_env env, napi_value function, void* context, void* data);
     static void Finalize(napi_env env, void* data, void* hint);
-    bool Queue(Task* task);
+    // With the lock, so that the function is not finalized meanwhile.
+    bool Queue(Task* task) ZELK_REQUIRES(mutex_);
 
     const std::thread::id thread_ = std::this_thread::get_id();
     std::function<void(Environment&)> onEnd_; // JavaScript thread.
 
-    std::mutex mutex_; // Guards everything below.
-    napi_threadsafe_function function_ = nullptr;
-    bool hasEnded_ = false;
-    bool isPinged_ = false; // A ping has been posted.
+    std::mutex mutex_;
+    napi_threadsafe_function function_ ZELK_GUARDED_BY(mutex_) = nullptr;
+    bool hasEnded_ ZELK_GUARDED_BY(mutex_) = false;
+    bool isPinged_ ZELK_GUARDED_BY(mutex_) = false; // A ping has been posted.
 };
 
 } // namespace OHOS::Host

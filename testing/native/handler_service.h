@@ -11,6 +11,7 @@
 #include <unordered_map>
 
 #include "environment.h"
+#include "host/utils/thread_safety.h"
 #include "service/api/operations.h"
 
 namespace OHOS::Host {
@@ -62,7 +63,8 @@ private:
     // The id under which `waiting` can be answered from now on.
     uint64_t Enlist(Waiting& waiting);
     void Post(uint64_t id, Request request);
-    Reply Wait(uint64_t id, Waiting& waiting, std::chrono::steady_clock::time_point deadline);
+    // It waits with a std::unique_lock.
+    Reply Wait(uint64_t id, Waiting& waiting, std::chrono::steady_clock::time_point deadline) ZELK_NOT_ANALYZED;
     bool IsOpen();
 
     const std::shared_ptr<Environment> environment_;
@@ -70,10 +72,10 @@ private:
     const sptr<LogService> fallback_;
     const std::chrono::duration<double, std::milli> limit_;
 
-    std::mutex mutex_; // Guards everything below.
-    uint64_t lastId_ = 0;
-    std::unordered_map<uint64_t, Waiting*> waiting_;
-    bool hasEnded_ = false;
+    std::mutex mutex_; // Guards what waits, too.
+    uint64_t lastId_ ZELK_GUARDED_BY(mutex_) = 0;
+    std::unordered_map<uint64_t, Waiting*> waiting_ ZELK_GUARDED_BY(mutex_);
+    bool hasEnded_ ZELK_GUARDED_BY(mutex_) = false;
 };
 
 } // namespace OHOS::Host

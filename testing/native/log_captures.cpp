@@ -15,27 +15,27 @@ LogCaptures& LogCaptures::Instance()
 std::shared_ptr<LogCaptures::Capture> LogCaptures::Start(const void* owner)
 {
     auto capture = std::make_shared<Capture>(Capture{owner, {}});
-    std::unique_lock<std::mutex> lock(mutex_);
+    const std::lock_guard<std::mutex> lock(mutex_);
     captures_.push_back(capture);
-    UpdateSlot(lock);
+    UpdateSlot();
     return capture;
 }
 
 void LogCaptures::Stop(const std::shared_ptr<Capture>& capture)
 {
-    std::unique_lock<std::mutex> lock(mutex_);
+    const std::lock_guard<std::mutex> lock(mutex_);
     captures_.erase(std::remove(captures_.begin(), captures_.end(), capture), captures_.end());
-    UpdateSlot(lock);
+    UpdateSlot();
 }
 
 void LogCaptures::StopAllOf(const void* owner)
 {
-    std::unique_lock<std::mutex> lock(mutex_);
+    const std::lock_guard<std::mutex> lock(mutex_);
     const auto firstStopped = std::remove_if(captures_.begin(), captures_.end(),
                                              [owner](const auto& capture) { return capture->owner == owner; });
     if (firstStopped != captures_.end()) {
         captures_.erase(firstStopped, captures_.end());
-        UpdateSlot(lock);
+        UpdateSlot();
     }
 }
 
@@ -53,17 +53,19 @@ void LogCaptures::Keep(const LogRecord& record)
     }
 }
 
-void LogCaptures::UpdateSlot(std::unique_lock<std::mutex>& lock)
+void LogCaptures::UpdateSlot()
 {
     // Not wait(): with GCC 12 that needs a newer C++ library than the package may require.
     while (isUpdating_) {
-        updated_.wait_for(lock, std::chrono::seconds(1));
+        updated_.wait_for(mutex_, std::chrono::seconds(1));
     }
     isUpdating_ = true;
-    const bool isWanted = !captures_.empty();
-    lock.unlock();
-    SetLogCapture(isWanted ? LogCapture([this](const LogRecord& record) { Keep(record); }) : LogCapture());
-    lock.lock();
+    LogCapture capture = captures_.empty() ? LogCapture() : [this](const LogRecord& record) {
+        Keep(record);
+    };
+    mutex_.unlock();
+    SetLogCapture(std::move(capture));
+    mutex_.lock();
     isUpdating_ = false;
     updated_.notify_one();
 }

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "host/hilog/capture.h"
+#include "host/utils/thread_safety.h"
 
 namespace OHOS::Host {
 
@@ -33,12 +34,12 @@ public:
 private:
     void Keep(const LogRecord& record);
     // Fills or empties the log's slot, without the lock, because the log waits there for the line being kept.
-    void UpdateSlot(std::unique_lock<std::mutex>& lock);
+    void UpdateSlot() ZELK_REQUIRES(mutex_);
 
-    std::mutex mutex_; // Guards everything below and the lines.
-    std::condition_variable updated_;
-    bool isUpdating_ = false; // A thread is changing the slot.
-    std::vector<std::shared_ptr<Capture>> captures_;
+    std::mutex mutex_; // Guards the lines, too.
+    std::condition_variable_any updated_;
+    bool isUpdating_ ZELK_GUARDED_BY(mutex_) = false; // A thread is changing the slot.
+    std::vector<std::shared_ptr<Capture>> captures_ ZELK_GUARDED_BY(mutex_);
 };
 
 } // namespace OHOS::Host

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "handler_service.h"
+#include "host/utils/thread_safety.h"
 
 namespace OHOS::Host {
 
@@ -40,14 +41,14 @@ private:
         bool isPresent;
     };
 
-    std::vector<Entry>::iterator Find(const sptr<HandlerService>& service);
+    std::vector<Entry>::iterator Find(const sptr<HandlerService>& service) ZELK_REQUIRES(mutex_);
     // Makes the process find the service that is in front now.
-    void Apply() const;
+    void Apply() const ZELK_REQUIRES(mutex_);
 
-    std::mutex mutex_; // Guards everything below.
-    std::vector<Entry> entries_;
-    bool hasEnded_ = false;
-    bool isExitClaimed_ = false;
+    std::mutex mutex_;
+    std::vector<Entry> entries_ ZELK_GUARDED_BY(mutex_);
+    bool hasEnded_ ZELK_GUARDED_BY(mutex_) = false;
+    bool isExitClaimed_ ZELK_GUARDED_BY(mutex_) = false;
 };
 
 } // namespace OHOS::Host

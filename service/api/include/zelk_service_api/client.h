@@ -7,6 +7,7 @@
 #include <mutex>
 #include <string>
 
+#include "host/utils/thread_safety.h"
 #include "iremote_object.h"
 #include "refbase.h"
 #include "zelk_service_api/i_zelk_log_service.h"
@@ -30,8 +31,10 @@ public:
     virtual void RegisterRemotedDied(std::string name, std::function<void()>& callback);
 
 private:
-    std::mutex mutex_; // Guards callbacks_; not held while one runs.
-    std::map<std::string, std::function<void()>> callbacks_;
+    using Callbacks = std::map<std::string, std::function<void()>>;
+
+    std::mutex mutex_; // Not held while a callback runs.
+    Callbacks callbacks_ ZELK_GUARDED_BY(mutex_);
 };
 
 } // namespace OHOS::HiviewDFX
