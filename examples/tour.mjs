@@ -2,6 +2,8 @@
 //
 //   node examples/tour.mjs                              with the log service inside this process
 //   ZELK_LOG_SERVICE=session node examples/tour.mjs     with the log service on the session bus
+//
+// In a project that installed the package it is node_modules/zelklogservice/examples/tour.mjs.
 import { existsSync, mkdtempSync, readFileSync, rmSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import { join } from 'node:path';
