@@ -101,7 +101,7 @@ fuzz: ## feed random input to the code that parses input
 engines: test ## run the tests on other Node.js versions, and all functions on Deno and Bun
 	@./scripts/engines.sh
 
-pack: ## make the npm package, for x64 and arm64, and try it in an empty folder
+pack: ## make the npm package, on Debian 12 for x64 and arm64, and try it in an empty folder
 	@./scripts/setup.sh build pack
 	@./scripts/pack.sh
 

@@ -27,9 +27,12 @@ packages_of() {
         device) echo clang lld libc++-dev libc++abi-dev googletest dpkg-dev ;;
         arm) echo g++-aarch64-linux-gnu g++-arm-linux-gnueabihf qemu-user dpkg-dev ;;
         pack)
-            local other=aarch64
-            [ "$(uname -m)" != aarch64 ] || other=x86-64
-            echo "dpkg-dev g++-$other-linux-gnu dbus-daemon systemd"
+            local other=''
+            case "$(. /etc/os-release; echo "$ID ${VERSION_ID:-}") $(uname -m)" in
+                'debian 12 x86_64') other='dpkg-dev g++-aarch64-linux-gnu' ;;
+                'debian 12 aarch64') other='dpkg-dev g++-x86-64-linux-gnu' ;;
+            esac
+            echo "$other dbus-daemon systemd python3-dbus python3-gi python3-dbusmock"
             ;;
         *) fail "unknown group '$1': use build, demo, test, lint, bench, picture, fuzz, device, arm or pack" ;;
     esac
