@@ -1,11 +1,7 @@
 'use strict';
 
 // The requirements of this package, as errors that say in one line what is missing and what to do about it.
-
-var fs = require('fs');
-var path = require('path');
-
-var ROOT = path.join(__dirname, '..');
+// In a bundle, `require` and __dirname may be missing: only the functions that need them look for them.
 
 // An error that prints as its message alone: a stack trace does not help to install something.
 function plainError(code, message, cause) {
@@ -33,16 +29,27 @@ function wrongBuildName(name) {
     ' is not the name of a folder under build/: use a name such as release, debug or asan');
 }
 
+function bundled(cause) {
+  return plainError('ERR_ZELK_BUNDLED', 'is bundled, and its native libraries are not: have the bundler ' +
+    'leave it outside (esbuild: --external:zelklogservice; webpack: `externals`; Rollup: `external`), and ' +
+    'install it where the bundle runs', cause);
+}
+
+function root() {
+  return require('path').join(__dirname, '..');
+}
+
 // In a checkout.
 function notBuilt(file, preset) {
   var configured = 'cmake --preset ' + preset + ' && cmake --build --preset ' + preset;
   return plainError('ERR_ZELK_NO_BUILD', file + ' does not exist: run `' +
-    (preset === 'release' ? 'make build' : configured) + '` in ' + ROOT);
+    (preset === 'release' ? 'make build' : configured) + '` in ' + root());
 }
 
 // In an installed package.
 function notInPackage() {
-  var folder = path.join(ROOT, 'lib');
+  var fs = require('fs');
+  var folder = require('path').join(root(), 'lib');
   if (!fs.existsSync(folder)) {
     return plainError('ERR_ZELK_NO_BUILD', 'this copy was installed from its sources and never built: ' +
       'install the package that `make pack` makes in a checkout');
@@ -99,13 +106,14 @@ function notLoaded(file, error) {
   if (error && error.code === 'ERR_DLOPEN_FAILED') {
     return notLinked(file, reason, error);
   }
-  return plainError('ERR_ZELK_INIT', path.basename(file) + ' was loaded, but could not set itself up (' +
-    reason + ')', error);
+  return plainError('ERR_ZELK_INIT', require('path').basename(file) +
+    ' was loaded, but could not set itself up (' + reason + ')', error);
 }
 
 module.exports = {
   otherPlatform: otherPlatform,
   oldNode: oldNode,
+  bundled: bundled,
   wrongBuildName: wrongBuildName,
   notBuilt: notBuilt,
   notInPackage: notInPackage,

@@ -4,11 +4,19 @@
 // so the errors for libraries that cannot be loaded are in load_errors.js. Even old versions of Node.js must
 // be able to parse both, or they could not report that they are too old.
 
-var fs = require('fs');
-var path = require('path');
-
 var OLDEST_NODE = 18;
-var ROOT = path.join(__dirname, '..');
+var fs;
+var path;
+var ROOT;
+
+// In a bundle that is an ES module there may be neither a `require` for these nor a __dirname.
+try {
+  fs = require('fs');
+  path = require('path');
+  ROOT = path.join(__dirname, '..');
+} catch (error) {
+  throw require('./load_errors.js').bundled(error);
+}
 
 // Throws if this package cannot work here at all.
 function check() {
@@ -44,14 +52,24 @@ function libraryFile(name) {
   return packed;
 }
 
-// The exports of the native library NAME. On failure the error's code says what is missing.
+// Whether this code runs as a part of another file. Webpack can tell it where it was in the project.
+function isBundled() {
+  return !path.isAbsolute(__dirname) || !fs.existsSync(path.join(__dirname, 'load_library.js'));
+}
+
+// The exports of the native library NAME. On failure the error's code says what is missing. A bundle may have
+// the libraries beside it: what the system's loader says of them holds for it, too.
 function load(name) {
   check();
-  var file = libraryFile(name);
+  var file;
   try {
+    file = libraryFile(name);
     return require(file);
   } catch (error) {
-    throw require('./load_errors.js').notLoaded(file, error);
+    if (!/^ERR_DLOPEN_/.test(error && error.code) && isBundled()) {
+      throw require('./load_errors.js').bundled(file && error);
+    }
+    throw file ? require('./load_errors.js').notLoaded(file, error) : error;
   }
 }
 
