@@ -20,4 +20,5 @@ export default [
     },
   },
   { files: ['**/*.js', 'bin/zelklog'], languageOptions: { sourceType: 'commonjs' } },
+  { files: ['examples/jest.test.js'], languageOptions: { globals: globals.jest } },
 ];
