@@ -17,7 +17,7 @@ PRODUCT := zelklogservice zelk_dbus zelk_testing zelk-log-service command_docs
 configure = cmake --preset release --log-level=WARNING >/dev/null
 build_product = ./scripts/build.sh $(PRODUCT)
 
-.PHONY: help setup build demo test device arm arm64 armhf asan tsan lint format format-check bench bench-once picture soak fuzz engines pack install uninstall clean
+.PHONY: help setup build demo test device arm arm64 armhf asan tsan lint format format-check bench bench-once picture soak fuzz engines runners pack install uninstall clean
 
 help: ## show this list
 	@awk -F ':.*## ' '/^[a-z0-9-]+:.*## / { printf "make %-13s %s\n", $$1, $$2 }' Makefile
@@ -100,6 +100,11 @@ fuzz: ## feed random input to the code that parses input
 
 engines: test ## run the tests on other Node.js versions, and all functions on Deno and Bun
 	@./scripts/engines.sh
+
+runners: ## try the package with Jest, Vitest, compilers and bundlers; downloads these
+	@./scripts/setup.sh build runners
+	@$(build_product)
+	@./scripts/runners.sh
 
 pack: ## make the npm package, on Debian 12 for x64 and arm64, and try it in an empty folder
 	@./scripts/setup.sh build pack

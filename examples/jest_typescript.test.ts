@@ -1,4 +1,3 @@
-import { afterEach, expect, jest, test } from '@jest/globals';
 import zelk, { type ConfigAnswerValue, type ConfigItem } from 'zelklogservice';
 import { ServiceError, captureLog, logService, setCaller, type LogService } from 'zelklogservice/testing';
 

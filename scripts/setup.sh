@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs the packages that the named groups need and this machine lacks, and nothing else:
 #
-#   scripts/setup.sh GROUP…          build, demo, test, lint, bench, picture, fuzz, device, arm, pack
+#   scripts/setup.sh GROUP…          build, demo, test, lint, bench, picture, fuzz, device, arm, pack, runners
 #
 # For Debian 12 and 13, as root or with sudo. When nothing is missing it only checks, and needs no network.
 set -euo pipefail
@@ -34,7 +34,8 @@ packages_of() {
             esac
             echo "$other dbus-daemon systemd python3-dbus python3-gi python3-dbusmock"
             ;;
-        *) fail "unknown group '$1': use build, demo, test, lint, bench, picture, fuzz, device, arm or pack" ;;
+        runners) ;;
+        *) fail "unknown group '$1': use build, demo, test, lint, bench, picture, fuzz, device, arm, pack or runners" ;;
     esac
 }
 
@@ -98,7 +99,7 @@ for group in "$@"; do
     packages=$(packages_of "$group")
     read -ra names <<<"$packages"
     wanted+=("${names[@]}")
-    case $group in test | bench | pack) needs_npm=true ;; esac
+    case $group in test | bench | pack | runners) needs_npm=true ;; esac
 done
 
 has_node || wanted+=(nodejs)
