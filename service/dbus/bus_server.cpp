@@ -72,8 +72,9 @@ void Poll(std::array<pollfd, 2>& descriptors, milliseconds limit)
 
 } // namespace
 
-BusServer::BusServer(std::string bus, HiviewDFX::IZelkLogService& service, CallObserver observer)
-    : name_(std::move(bus)), adaptor_(service, std::move(observer))
+BusServer::BusServer(std::string bus, HiviewDFX::IZelkLogService& service, SwitchesReader readSwitches,
+                     CallObserver observer)
+    : name_(std::move(bus)), adaptor_(service, std::move(readSwitches), std::move(observer))
 {
     Connect(0);
 }

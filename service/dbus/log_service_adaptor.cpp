@@ -15,6 +15,17 @@ namespace OHOS::Host {
 
 namespace {
 
+struct Property {
+    const char* name;
+    bool Switches::*value;
+};
+
+constexpr Property PROPERTIES[] = {
+    {"ModemLogOn", &Switches::modemLog},
+    {"TcpdumpOn", &Switches::tcpdump},
+    {"BluetoothCallPcmLogOn", &Switches::bluetoothCallPcmLog},
+};
+
 // Reads the arguments of a call. Anything past the service's limits stays in the message, so that a call cannot take
 // much more memory than they allow.
 class ArgumentReader {
@@ -112,7 +123,22 @@ int OnCall(sd_bus_message* call, void* adaptor, sd_bus_error*)
     }
 }
 
-// The build generates the rows of the methods from data/dev.zelk.LogService1.xml.
+int OnGet(sd_bus*, const char*, const char*, const char* name, sd_bus_message* reply, void* adaptor, sd_bus_error*)
+{
+    return static_cast<const LogServiceAdaptor*>(adaptor)->ReadProperty(name, reply);
+}
+
+// The properties whose values differ have changed. The bus passes the signals on to those who have asked for them.
+void TellOfChanges(const Switches& before, const Switches& after, sd_bus* bus)
+{
+    for (const Property& property : PROPERTIES) {
+        if (before.*property.value != after.*property.value) {
+            sd_bus_emit_properties_changed(bus, SERVICE_PATH, SERVICE_INTERFACE, property.name, nullptr);
+        }
+    }
+}
+
+// The build generates the rows of the methods and properties from data/dev.zelk.LogService1.xml.
 constexpr sd_bus_vtable VTABLE[] = {
     SD_BUS_VTABLE_START(0),
 #include "dev.zelk.LogService1.rows"
@@ -140,11 +166,24 @@ int LogServiceAdaptor::Serve(const Operation& operation, sd_bus_message* call)
     if (!isRead && !reader.IsTooLarge()) {
         return -EBADMSG;
     }
+    const Switches before = readSwitches_();
     const Outcome outcome = isRead ? operation.call(service_, arguments)
                                    : Outcome{CODE_REFUSED, EmptyAnswer(operation.answer), std::nullopt};
     const int result = Reply(call, outcome);
+    TellOfChanges(before, readSwitches_(), sd_bus_message_get_bus(call));
     observer_(operation.method, outcome.code);
     return result;
+}
+
+int LogServiceAdaptor::ReadProperty(std::string_view name, sd_bus_message* reply) const
+{
+    const Switches switches = readSwitches_();
+    for (const Property& property : PROPERTIES) {
+        if (name == property.name) {
+            return Append(reply, Value(switches.*property.value));
+        }
+    }
+    return -ENOENT;
 }
 
 } // namespace OHOS::Host

@@ -70,7 +70,10 @@ void HandleSignals()
 void Run(const ServiceOptions& options)
 {
     ReferenceService service;
-    BusServer server(options.bus, service, [&options](const char* method, int32_t code) {
+    const auto readSwitches = [&service] {
+        return service.State();
+    };
+    BusServer server(options.bus, service, readSwitches, [&options](const char* method, int32_t code) {
         if (options.verbose) {
             Say(std::string(method) + " answers code " + std::to_string(code));
         }

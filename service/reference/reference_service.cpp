@@ -102,8 +102,9 @@ int32_t ReferenceService::HandleTcpdumpSwitch(bool on, std::vector<std::string>&
     return Change(tcpdump_, on, configs, result);
 }
 
-int32_t ReferenceService::HandleBluetoothCallPcmLogSwitch(bool)
+int32_t ReferenceService::HandleBluetoothCallPcmLogSwitch(bool on)
 {
+    isBluetoothCallPcmLogOn_ = on;
     return 0;
 }
 
@@ -126,6 +127,15 @@ int32_t ReferenceService::GetRemoteDevicesList(std::string& response)
 int32_t ReferenceService::QueryProtocolData(const std::string& request, std::string& response)
 {
     return Echo(request, R"(,"data":""})", response);
+}
+
+Switches ReferenceService::State()
+{
+    Switches switches;
+    Status(modem_, switches.modemLog);
+    Status(tcpdump_, switches.tcpdump);
+    switches.bluetoothCallPcmLog = isBluetoothCallPcmLogOn_;
+    return switches;
 }
 
 std::optional<ReferenceService::Values> ReferenceService::ParseItems(const std::vector<std::string>& texts)

@@ -2,6 +2,7 @@
 #ifndef SERVICE_REFERENCE_REFERENCE_SERVICE_H
 #define SERVICE_REFERENCE_REFERENCE_SERVICE_H
 
+#include <atomic>
 #include <cstdint>
 #include <map>
 #include <mutex>
@@ -11,6 +12,7 @@
 
 #include "host/utils/thread_safety.h"
 #include "service/api/operations.h"
+#include "switches.h"
 
 namespace OHOS::Host {
 
@@ -42,6 +44,9 @@ public:
     int32_t GetRemoteDevicesList(std::string& response) override;
     int32_t QueryProtocolData(const std::string& request, std::string& response) override;
 
+    // Any thread.
+    Switches State();
+
 private:
     // The values of items, by key.
     using Values = std::map<std::string, std::string, std::less<>>;
@@ -64,9 +69,10 @@ private:
     // Applies the items and then, if `on` is given, the switch.
     static int32_t Change(Log& log, std::optional<bool> on, const std::vector<std::string>& configs, bool& result);
 
-    // The Bluetooth switch and the last command are not stored: no operation queries them.
+    // The last command is not stored: nothing queries it.
     Log modem_;
     Log tcpdump_;
+    std::atomic<bool> isBluetoothCallPcmLogOn_{false};
 };
 
 } // namespace OHOS::Host

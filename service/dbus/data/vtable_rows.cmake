@@ -1,22 +1,27 @@
-# Writes the rows of an sd-bus vtable, one per method of a D-Bus interface. In: XML, ROWS (the file to write). The
-# handler of each is OnCall.
-file(STRINGS "${XML}" LINES ENCODING UTF-8)
+# Writes the rows of an sd-bus vtable, one per method and property of a D-Bus interface. In: XML, ROWS (the file to
+# write). The handler of each method is OnCall, the getter of each property is OnGet.
+file(READ "${XML}" CONTENT)
+string(REGEX REPLACE "<!--([^-]|-[^-])*-->" "" CONTENT "${CONTENT}")
+string(REGEX MATCHALL "<[^>]*>?" TAGS "${CONTENT}")
 set(TEXT "// Generated from the interface's XML; do not edit.\n")
-foreach(LINE IN LISTS LINES)
-    if(LINE MATCHES "<method name=\"([A-Za-z0-9]+)\">")
+foreach(TAG IN LISTS TAGS)
+    if(TAG MATCHES "^<method name=\"([A-Za-z0-9]+)\">$")
         set(METHOD "${CMAKE_MATCH_1}")
         foreach(DIRECTION in out)
             set(TYPES_${DIRECTION} "")
             set(NAMES_${DIRECTION} "\"\"")
         endforeach()
-    elseif(LINE MATCHES "<arg type=\"([a-z]+)\" name=\"([a-z]+)\" direction=\"(in|out)\"/>")
+    elseif(TAG MATCHES "^<arg type=\"([a-z]+)\" name=\"([a-z]+)\" direction=\"(in|out)\"/>$")
         string(APPEND TYPES_${CMAKE_MATCH_3} "${CMAKE_MATCH_1}")
         string(APPEND NAMES_${CMAKE_MATCH_3} " SD_BUS_PARAM(${CMAKE_MATCH_2})")
-    elseif(LINE MATCHES "</method>")
+    elseif(TAG STREQUAL "</method>")
         string(APPEND TEXT "SD_BUS_METHOD_WITH_NAMES(\"${METHOD}\", \"${TYPES_in}\", ${NAMES_in}, \"${TYPES_out}\", "
                            "${NAMES_out}, OnCall, SD_BUS_VTABLE_UNPRIVILEGED),\n")
-    elseif(LINE MATCHES "<(method|arg)")
-        message(FATAL_ERROR "${XML}: not understood: ${LINE}")
+    elseif(TAG MATCHES "^<property name=\"([A-Za-z0-9]+)\" type=\"b\" access=\"read\"/>$")
+        string(APPEND TEXT "SD_BUS_PROPERTY(\"${CMAKE_MATCH_1}\", \"b\", OnGet, 0, "
+                           "SD_BUS_VTABLE_PROPERTY_EMITS_CHANGE),\n")
+    elseif(NOT TAG MATCHES "^<([?]xml |!DOCTYPE |/?(node|interface)[ >])")
+        message(FATAL_ERROR "${XML}: not understood: ${TAG}")
     endif()
 endforeach()
 file(WRITE "${ROWS}" "${TEXT}")
