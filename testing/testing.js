@@ -333,7 +333,7 @@ const IS_ARGUMENT = {
   'an array of strings': (value) => Array.isArray(value) && value.every((text) => typeof text === 'string'),
 };
 
-// The row of the form of `operation` that takes `args`.
+// The index of the form of `operation` that takes `args`.
 function checkedForm(operation, args) {
   checkOperation(operation);
   const forms = addon.operations.filter(({ name }) => name === operation);
@@ -344,13 +344,13 @@ function checkedForm(operation, args) {
   }
   form.args.forEach((type, i) => {
     if (!IS_ARGUMENT[type](args[i])) {
-      throw new TypeError(`argument ${i + 1} of ${operation} must be ${type}, not ${inspect(args[i])}`);
+      throw new TypeError(`argument ${i + 1} of ${operation} must be ${type}, not ${textOf(args[i])}`);
     }
     if (type === 'a bigint' && args[i] !== BigInt.asIntN(64, args[i])) {
       throw new RangeError(`argument ${i + 1} of ${operation} has 64 bits: ${args[i]} is out of range`);
     }
   });
-  return form;
+  return addon.operations.indexOf(form);
 }
 
 function whyOf([text, error, received, expected]) {
@@ -361,16 +361,17 @@ function whyOf([text, error, received, expected]) {
   };
 }
 
-function request(operation, ...args) {
-  const form = checkedForm(operation, args);
+function request(operation, ...given) {
+  const args = given.map(copied);
+  const index = checkedForm(operation, args);
   return new Promise((resolve, reject) => {
-    addon.request(addon.operations.indexOf(form), (whyNot, code, answer, ...why) => {
+    addon.request(index, (whyNot, code, answer, ...why) => {
       if (whyNot !== undefined) {
         reject(codedError('ERR_ZELK_NO_SERVICE', whyNot));
       } else {
         resolve({ code, answer: copied(answer), ...(why.length > 0 && { why: whyOf(why) }) });
       }
-    }, ...args.map(copied));
+    }, ...args);
   });
 }
 

@@ -61,14 +61,14 @@ IpcCode CodeOf(const BusMessage& answer)
                                                                                          : IPC_ERROR_ANSWER;
 }
 
-// `answer` is the bus's to the request that it start the service.
+// `answer` is the bus's to the request that it start the service, if there is one.
 std::string WhyNotStarted(const BusMessage& answer)
 {
-    const sd_bus_error* error = answer ? sd_bus_message_get_error(answer.get()) : nullptr;
-    if (error == nullptr) {
-        return "the bus does not answer";
+    if (!answer) {
+        return "the bus cannot be reached: it does not answer";
     }
-    if (sd_bus_error_has_name(error, SD_BUS_ERROR_SERVICE_UNKNOWN) > 0) {
+    const sd_bus_error* error = sd_bus_message_get_error(answer.get());
+    if (error == nullptr || sd_bus_error_has_name(error, SD_BUS_ERROR_SERVICE_UNKNOWN) > 0) {
         return std::string("nobody owns the name ") + SERVICE_NAME;
     }
     return std::string("the log service could not be started: ") + error->name + ": " +
@@ -131,18 +131,19 @@ int BusConnection::ProcessPending(Deadline deadline)
 
 bool BusConnection::EnsureService(Deadline deadline, std::string& whyNot)
 {
+    BusMessage answer;
     if (owner_.empty()) {
         const BusMessage call = NewBusCall("StartServiceByName");
-        BusMessage answer;
         if (sd_bus_message_append(call.get(), "su", SERVICE_NAME, 0) >= 0 &&
             CallBus(call, deadline, answer) == IPC_OK) {
             QueryOwner(deadline);
         }
-        if (owner_.empty()) {
-            whyNot = WhyNotStarted(answer);
-        }
     }
-    return !owner_.empty() && error_ == 0;
+    const bool isThere = !owner_.empty() && error_ == 0;
+    if (!isThere) {
+        whyNot = WhyNotStarted(answer);
+    }
+    return isThere;
 }
 
 BusMessage BusConnection::NewCall(const char* method) const

@@ -138,6 +138,7 @@ sptr<LogServiceProxy> LogServiceProxy::Find(const std::shared_ptr<BusPool>& pool
         pool->Release(std::move(connection));
         return isFound ? new LogServiceProxy(pool, limit, steady_clock::now() - start) : nullptr;
     } catch (const std::bad_alloc&) {
+        whyNot = "out of memory"; // Short enough to need no memory.
         return nullptr;
     }
 }

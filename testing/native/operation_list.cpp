@@ -42,7 +42,7 @@ void Set(napi_env env, napi_value object, const char* name, const char* text)
 struct Asking {
     napi_async_work work = nullptr;
     napi_ref callback = nullptr;
-    const Operation& operation;
+    const Operation* operation; // Null where only the log service is looked for.
     ArgumentValues arguments;
 
     bool isFound = false;
@@ -70,11 +70,12 @@ void Ask(napi_env /*env*/, void* data)
     auto& asking = *static_cast<Asking*>(data);
     try {
         const sptr<LogService> service = FindLogService(asking.whyNot);
-        if (service != nullptr) {
-            asking.outcome = service->Call(asking.operation, PointersTo(asking.arguments));
-            asking.isFound = true;
+        asking.isFound = service != nullptr;
+        if (asking.isFound && asking.operation != nullptr) {
+            asking.outcome = service->Call(*asking.operation, PointersTo(asking.arguments));
         }
     } catch (const std::bad_alloc&) {
+        asking.isFound = false;
         asking.whyNot = "out of memory";
     }
 }
@@ -137,8 +138,9 @@ napi_value Request(napi_env env, napi_callback_info info)
     size_t count = given.size();
     napi_get_cb_info(env, info, &count, given.data(), nullptr, nullptr);
     uint32_t index = 0;
-    napi_get_value_uint32(env, given[0], &index);
-    std::unique_ptr<Asking> asking(new Asking{nullptr, nullptr, OPERATIONS.at(index), {}, false, {}, {}});
+    const bool isCall = napi_get_value_uint32(env, given[0], &index) == napi_ok;
+    std::unique_ptr<Asking> asking(
+        new Asking{nullptr, nullptr, isCall ? &OPERATIONS.at(index) : nullptr, {}, false, {}, {}});
     for (size_t i = 0; i < MOST_ARGUMENTS; ++i) {
         asking->arguments[i] = FromJs(env, given[2 + i]);
     }

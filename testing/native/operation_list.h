@@ -11,7 +11,7 @@ namespace OHOS::Host {
 napi_value MakeOperationList(napi_env env);
 
 // Makes a request of the log service on a worker thread: request(index, callback, ...args), with the operation's index
-// in the list and arguments of its types. Later calls one of
+// in the list and arguments of its types. Without an index it only looks for the log service. Later calls one of
 //
 //   callback(whyNot)                     there is no log service
 //   callback(undefined, code, answer)
