@@ -22,8 +22,7 @@ namespace OHOS::Host {
 class BusServer {
 public:
     // Connects to `bus`, which is "session", "system" or an address, and owns the name there if nobody else does.
-    BusServer(std::string bus, HiviewDFX::IZelkLogService& service, SwitchesReader readSwitches,
-              CallObserver observer);
+    BusServer(std::string bus, HiviewDFX::IZelkLogService& service, SwitchesReader readSwitches, CallObserver observer);
     BusServer(const BusServer&) = delete;
     BusServer& operator=(const BusServer&) = delete;
 
