@@ -42,8 +42,9 @@ const emit = (name) => tsc(name, '--allowJs', '--noResolve', '--typeRoots', 'non
 // Jest's functions have types of their own where they are imported, and these need TypeScript 5.4.
 const imported = `import { afterEach, expect, jest, test } from '@jest/globals';\n`;
 writeFileSync('imported.test.ts', imported + readFileSync('jest_typescript.test.ts', 'utf8'));
-const check = (name, module, resolution, file = 'jest_typescript.test.ts') => tsc(name, '--noEmit',
-  '--strict', '--skipLibCheck', '--types', 'node,jest', '--module', module, '--moduleResolution', resolution, file);
+const check = (name, module, resolution, file = 'jest_typescript.test.ts') =>
+  tsc(name, '--noEmit', '--strict', '--skipLibCheck', '--types', 'node,jest', '--module', module,
+    '--moduleResolution', resolution, file);
 
 // Each writes a bundle of entry.mjs, with the package outside or inside.
 const BUNDLERS = {
