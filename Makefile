@@ -72,8 +72,8 @@ format-check: ## say which C++ sources are not formatted
 	@./scripts/setup.sh lint
 	@./scripts/format.sh --dry-run --Werror
 
-lint: ## check the format, build with Clang, run clang-tidy and eslint, check the device build's files
-	@./scripts/setup.sh build test lint
+lint: ## check the format, build with Clang, run clang-tidy, eslint and shellcheck, check the device build's files
+	@./scripts/setup.sh build test bench lint
 	@./scripts/format.sh --dry-run --Werror
 	@./scripts/lint.sh
 

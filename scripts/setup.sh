@@ -20,7 +20,7 @@ packages_of() {
         build) echo cmake ninja-build g++ pkgconf libjsoncpp-dev libsystemd-dev ;;
         demo) echo dbus-daemon ;;
         test) echo libgtest-dev dbus-daemon systemd python3-dbus python3-gi python3-dbusmock ;;
-        lint) echo clang clang-format clang-tidy generate-ninja ;;
+        lint) echo clang clang-format clang-tidy generate-ninja shellcheck ;;
         bench) echo binutils dbus-daemon libspdlog-dev rapidjson-dev ;;
         picture) echo gnuplot-nox ;;
         fuzz) echo clang "libclang-rt-$(. /etc/os-release; [ "${VERSION_ID:-}" != 12 ] || echo 14-)dev" ;;

@@ -7,7 +7,9 @@ set -eu
 cd "$(dirname "$0")/.."
 
 soak() {
-    node --expose-gc --max-semi-space-size=1 "test/soak/$@"
+    script=test/soak/$1
+    shift
+    node --expose-gc --max-semi-space-size=1 "$script" "$@"
 }
 
 if [ "${CI:-}" = true ]; then

@@ -20,8 +20,8 @@ public:
         values.resize(g_count);
         for (size_t i = 0; i < values.size(); ++i) {
             const std::string number = std::to_string(i);
-            values[i] =
-                R"({"configKey":"key)" + number + R"(","value":"{\"size\":)" + number + R"(,\"name\":\"ap\"}"})";
+            values[i].append(R"({"configKey":"key)").append(number);
+            values[i].append(R"(","value":"{\"size\":)").append(number).append(R"(,\"name\":\"ap\"}"})");
         }
         return 0;
     }

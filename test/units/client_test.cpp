@@ -54,7 +54,7 @@ TEST(Client, HasThePlatformsBinaryInterface)
 
 // A client without a service; requests for the proxy are counted.
 class ClientAlone : public testing::Test {
-protected:
+public:
     ClientAlone()
     {
         Host::SetProxySource([this](std::string&) {

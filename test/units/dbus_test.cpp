@@ -42,7 +42,6 @@ void* operator new(size_t size)
 
 namespace OHOS::Host {
 
-using HiviewDFX::IZelkLogService;
 using std::chrono::steady_clock;
 using Codes = std::vector<int32_t>;
 
@@ -365,7 +364,8 @@ TEST_F(Service, LivesThroughBadRequests)
     Texts tooMany(700'000, ItemOf("", ""));
     Expect(proxy->ChangeModemLogConfig(tooMany, done), done, "2 false");
     std::string response = "left over";
-    Expect(proxy->QueryProtocolData(std::string(16'000'001, 'x'), response), response, "2 ");
+    const std::string tooLong(16'000'001, 'x'); // NOLINT(bugprone-string-constructor)
+    Expect(proxy->QueryProtocolData(tooLong, response), response, "2 ");
     EXPECT_EQ(StatusBy(proxy), "0 on");
 }
 

@@ -49,7 +49,7 @@ int main(int argc, char**)
     bool isServed = false;
     std::thread([&] {
         t_isWorker = true;
-        const bool isServedWithout = argc > 1 && (IsServed(0) || IsServed(0));
+        const bool isServedWithout = argc > 1 && (IsServed(0) || IsServed(0)); // NOLINT(misc-redundant-expression)
         isServed = !isServedWithout && IsServed(RLIM_INFINITY) && IsServed(RLIM_INFINITY);
         t_isWorker = false;
     }).join();

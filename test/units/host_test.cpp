@@ -36,7 +36,7 @@ TEST(Identity, IsANumberOf64BitsOfTheEnvironmentReadOnTheFirstThreadOnly)
             return std::async(std::launch::async, IPCSkeleton::GetCallingFullTokenID).get();
         };
         const uint64_t before = IPCSkeleton::GetCallingFullTokenID();
-        setenv("OHOS_FULL_TOKEN_ID", text, 1); // NOLINT(concurrency-mt-unsafe)
+        setenv("OHOS_FULL_TOKEN_ID", text, 1);
         EXPECT_EQ(onOtherThread(), before) << text;
         EXPECT_EQ(IPCSkeleton::GetCallingFullTokenID(), token) << text;
         EXPECT_EQ(onOtherThread(), token) << text;
@@ -49,6 +49,7 @@ TEST(Identity, IsANumberOf64BitsOfTheEnvironmentReadOnTheFirstThreadOnly)
 TEST(Setting, IsReportedWithoutWhatATerminalObeys)
 {
     const std::string shown = " ~ü\u00a0\u200d\u2010\u2029\u202f\u2065\u206a😀\xe2\xa0\xc3";
+    // NOLINTNEXTLINE(misc-misleading-bidirectional)
     const std::string obeyed = "\n\x1b\x1f\x7f\u0080\u009f\u061c\u200e\u200f\u202a\u202e\u2066\u2069\x9b";
     testing::internal::CaptureStderr();
     Host::ReportSetting("NAME", shown + obeyed, "refused");
