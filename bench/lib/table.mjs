@@ -7,6 +7,8 @@ export const ROWS = [
     against: 'bare Node-API addon', most: 1.1 },
   { measure: 'call-single', what: '… one after the other', against: 'bare Node-API addon', most: 1.05 },
   { measure: 'bus', what: '… over D-Bus', against: 'bare Node-API addon over sd-bus', most: 1.05 },
+  { measure: 'bus-switch', what: 'a switch over D-Bus that changes',
+    against: 'one that does not', most: 1.3 },
   { measure: 'items', what: 'arguments → items, 6 scalars each',
     against: 'what is asked for, alone', most: 1.05 },
   { measure: 'items-lists', what: 'arguments → items, 3 lists of 6',

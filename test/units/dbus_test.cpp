@@ -160,11 +160,70 @@ TEST_F(Service, EveryOperationAnswersTheSameEmbeddedAndOverDbus)
 TEST_F(Service, DescribesItselfAsItsFileDoes)
 {
     const std::string script =
-        "rows() { grep -oE '<(method|arg)[^>]*>'; }; described=$(dbus-send --bus=" + bus.address +
+        "rows() { grep -oE '<(method|property|arg)[^/>]*'; }; described=$(dbus-send --bus=" + bus.address +
         " --print-reply=literal --dest=" + SERVICE_NAME + " " + SERVICE_PATH +
         " org.freedesktop.DBus.Introspectable.Introspect | sed '1,/" + SERVICE_INTERFACE + "/d' | rows); " +
         "test \"$described\" = \"$(rows <" + Quoted(ZELK_LOG_SERVICE_INTERFACE) + ")\"";
     EXPECT_EQ(Process(script).End(), 0);
+}
+
+// Adds the property of a signal, the code of an answer, or the values of all properties to `text`.
+int Note(sd_bus_message* message, void* text, sd_bus_error*)
+{
+    const char* name = "";
+    int values[] = {-1, -1, -1};
+    std::ostringstream seen;
+    if (sd_bus_message_is_signal(message, nullptr, nullptr) > 0) {
+        sd_bus_message_read(message, "sa{sv}as", &name, 1, &name, "b", &values[0], 0);
+        seen << ", " << name << ' ' << values[0];
+    } else if (sd_bus_message_read(message, "i", &values[0]) >= 0) {
+        seen << values[0];
+    } else {
+        sd_bus_message_read(message, "a{sv}", 3, &name, "b", values, &name, "b", values + 1, &name, "b", values + 2);
+        seen << "; all: " << values[0] << values[1] << values[2];
+    }
+    *static_cast<std::string*>(text) += seen.str();
+    return 1;
+}
+
+TEST_F(Service, TellsOfEachChangeOnceAfterItsAnswer)
+{
+    constexpr const char* PROPERTIES = "org.freedesktop.DBus.Properties";
+    const Texts item = {ItemOf("a", "1")};
+    const Texts bad = {""};
+    const std::tuple<const char*, ArgumentValues, const char*> rows[] = {
+        {"HandleModemLogSwitch", {true}, "0, ModemLogOn 1; all: 100"},
+        {"HandleModemLogSwitch", {true}, "0; all: 100"},
+        {"HandleModemLogSwitchWithConfigs", {false, bad}, "2; all: 100"},
+        {"HandleModemLogSwitchWithConfigs", {false, item}, "0, ModemLogOn 0; all: 000"},
+        {"HandleTcpdumpSwitch", {true}, "0, TcpdumpOn 1; all: 010"},
+        {"ChangeTcpdumpConfig", {item}, "0; all: 010"},
+        {"HandleBluetoothCallPcmLogSwitch", {true}, "0, BluetoothCallPcmLogOn 1; all: 011"},
+        {"HandleBluetoothCallPcmLogSwitch", {true}, "0; all: 011"},
+    };
+    BusHandle client;
+    std::string seen;
+    ASSERT_GE(OpenBus(bus.address, 20s, client), 0);
+    ASSERT_GE(sd_bus_match_signal(client.get(), nullptr, SERVICE_NAME, SERVICE_PATH, PROPERTIES, nullptr, Note, &seen),
+              0);
+    const auto call = [&](const char* interface, const char* method, const ArgumentValues& arguments) {
+        sd_bus_message* raw = nullptr;
+        sd_bus_message_new_method_call(client.get(), &raw, SERVICE_NAME, SERVICE_PATH, interface, method);
+        const BusMessage message(raw);
+        EXPECT_TRUE(Append(raw, arguments[0]) >= 0 && Append(raw, arguments[1]) >= 0 &&
+                    sd_bus_call_async(client.get(), nullptr, raw, Note, &seen, 0) >= 0);
+    };
+    for (const auto& [method, arguments, expected] : rows) {
+        seen.clear();
+        call(SERVICE_INTERFACE, method, arguments);
+        call(PROPERTIES, "GetAll", {std::string(SERVICE_INTERFACE)});
+        Eventually([&] {
+            while (sd_bus_process(client.get(), nullptr) > 0) {
+            }
+            return seen.find("all") != std::string::npos;
+        });
+        EXPECT_EQ(seen, expected) << method;
+    }
 }
 
 TEST(Dbus, ForeignAnswers)
