@@ -2,6 +2,7 @@
 
 const fs = require('node:fs');
 const { load } = require('../js/load_library.js');
+const { inWords } = require('./break_off.js');
 const { complain } = require('./output.js');
 
 const KIT = 'zelk_testing.node';
@@ -11,6 +12,8 @@ const LEVELS = [...'DIWEFX'];
 const levelNumber = (name) => 3 + LEVELS.indexOf(name);
 // The end of what the module logs when it finds no log service.
 const NO_SERVICE = { level: levelNumber('W'), tag: 'FRAMEWORK', end: '"get proxy fail."' };
+// The tag under which it logs what broke a call off.
+const BREAK_OFF = 'DBUS';
 
 const LINES_EVERY_MS = 100;
 const LAST_WAIT_MS = 1000;
@@ -39,21 +42,24 @@ function setLogUp(verbose) {
 }
 
 // Watches the log lines from now on: shows those from the level `shownFrom` up, and knows whether the module
-// reached a log service.
+// reached a log service, and what broke its call off, if anything did.
 function watchLog(shownFrom) {
   const kit = load(KIT);
   const capture = kit.startCapture();
-  let reached = true;
+  const seen = { reached: true, why: undefined };
   function take() {
     kit.takeLines(capture, (level, domain, tag, message, header) => {
       if (level === NO_SERVICE.level && tag === NO_SERVICE.tag && message.endsWith(NO_SERVICE.end)) {
-        reached = false;
+        seen.reached = false;
+      }
+      if (tag === BREAK_OFF) {
+        seen.why = inWords(message);
       }
       if (level >= shownFrom) {
         complain(`${header}${message}`.replaceAll('\n', '\\n'));
       }
     });
-    return reached;
+    return seen;
   }
   // For a call that takes its time. Does not keep the process alive.
   setInterval(take, LINES_EVERY_MS).unref();
@@ -98,7 +104,10 @@ function outcomeOf(method, { args, unsupported }, seconds) {
   });
 }
 
-// Makes one call of the module and promises its outcome, as { kind, value, reached }:
+// Prepares for calls that are made in this process, and gives the function that takes the log's lines.
+const prepare = ({ verbose }) => watchLog(setLogUp(verbose));
+
+// Makes one call of the module and promises its outcome, as { kind, value, reached, why }:
 //
 //   answered   value is the answer
 //   rejected   value is what the promise was rejected with
@@ -108,18 +117,18 @@ function outcomeOf(method, { args, unsupported }, seconds) {
 //   silent     the module ended the call without an answer
 //   late       no answer within the time; the call is still under way: see leave()
 //
-// `reached` says whether there was a log service.
+// `reached` says whether there was a log service, `why` what broke the call off on D-Bus.
 async function call(request, { seconds, verbose }) {
   let library;
   let takeLines;
   try {
-    takeLines = watchLog(setLogUp(verbose));
+    takeLines = prepare({ verbose });
     library = require('../js/index.js');
   } catch (error) {
     return { kind: 'unloadable', value: error.message };
   }
   const outcome = await outcomeOf(library[request.name], request, seconds);
-  return { ...outcome, reached: takeLines() };
+  return { ...outcome, ...takeLines() };
 }
 
 // Ends the process while a call is under way: Node.js itself would wait for the worker thread, which waits
@@ -130,4 +139,4 @@ function leave(status) {
   process.stderr.write('', exit);
 }
 
-module.exports = { call, leave };
+module.exports = { KIT, call, leave, prepare };

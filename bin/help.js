@@ -18,7 +18,8 @@ Examples:
   zelklog modem config get modemLog ring --json
   zelklog tcpdump config set capture snaplen=96
   zelklog remote fetch '{"device":"watch"}' 20
-  ZELK_LOG_SERVICE=session zelklog --verbose tcpdump on`;
+  ZELK_LOG_SERVICE=session zelklog --verbose tcpdump on
+  ZELK_LOG_SERVICE=session zelklog check --changes`;
 
 // The end of the help of every command.
 const ENVIRONMENT = `
@@ -34,7 +35,8 @@ Environment:
 
 Exit status:
   0    the call was answered
-  1    the call failed, was refused, or could not be made, or its answer could not be written
+  1    the call failed, was refused, or could not be made, or its answer could not be written; or the
+       check found something wrong or missing, or no log service
   2    the command line was wrong
   124  the call ended without an answer, or did not end in time`;
 

@@ -14,6 +14,21 @@ const visible = (text) => text.replace(CONTROL_BUT_LINE_FEED, escape);
 // The same for a name or another text that belongs on one line. JSON stays the same JSON.
 const visibleInLine = (text) => text.replace(CONTROL, escape);
 
+const MOST_CHARACTERS = 200;
+
+// The same, and no longer than fits a line.
+function short(text) {
+  let shown = '';
+  for (const character of text) {
+    const next = visibleInLine(character);
+    if (shown.length + next.length > MOST_CHARACTERS - 1) {
+      return `${shown}…`;
+    }
+    shown += next;
+  }
+  return shown;
+}
+
 const EXIT_FAILED = 1;
 
 // `text` has already been made visible; it may contain colours.
@@ -38,4 +53,4 @@ function watchOutput() {
   process.stderr.on('error', () => {});
 }
 
-module.exports = { EXIT_FAILED, visible, visibleInLine, print, complain, watchOutput };
+module.exports = { EXIT_FAILED, visible, visibleInLine, short, print, complain, watchOutput };

@@ -14,21 +14,25 @@ const EXIT_NO_ANSWER = 124;
 const DEFAULT_SECONDS = 30;
 const MOST_SECONDS = 86400;
 
-// The likely cause when the module does not report one.
-const causeOf = (reached) =>
-  (reached ? 'the log service reported an error' : 'no log service was reached (ZELK_LOG_SERVICE)');
+// The likely cause when the module does not report one: in words, and with what may be said of an answer.
+function causeOf({ reached, why }, ofAnswer) {
+  if (!reached) {
+    return 'no log service was reached (ZELK_LOG_SERVICE)';
+  }
+  return why ?? `the log service reported an error${ofAnswer}`;
+}
 
-function failureOf(name, { kind, value, reached }, seconds) {
+function failureOf(name, outcome, seconds) {
+  const { kind, value } = outcome;
   switch (kind) {
     case 'rejected':
-      return `${name} failed: ${causeOf(reached)}` +
-        (reached ? `; its answer was ${JSON.stringify(value)}` : '');
+      return `${name} failed: ${causeOf(outcome, `; its answer was ${JSON.stringify(value)}`)}`;
     case 'refused':
       return `${name} was refused: this process is not a system application (OHOS_FULL_TOKEN_ID)`;
     case 'threw':
       return `${name} threw an error: ${value}`;
     case 'silent':
-      return `${name} gave no answer: ${causeOf(reached)}` + (reached ? ' or had nothing to answer' : '');
+      return `${name} gave no answer: ${causeOf(outcome, ' or had nothing to answer')}`;
     default:
       return `${name} gave no answer within ${seconds} s (--timeout)`;
   }
@@ -222,6 +226,14 @@ function addRemote(program) {
   addRequest(remote, 'query', 'query logs of remote devices', 'queryRemoteDevicesLogs');
 }
 
+function addCheck(program) {
+  program.command('check').description('check a log service: ask it method by method, and say what is wrong')
+    .option('--changes', 'also switch each log on and off, and change an item of each configuration')
+    .option('--key <KEY>', 'the key to ask for and to change', 'zelklog-check')
+    .option('--request <TEXT>', 'the request to the remote devices', '{}')
+    .action((options, command) => require('./check.js').check(command.optsWithGlobals()));
+}
+
 // The whole command line, for `run` and for the manual page.
 function build() {
   const program = new Command('zelklog')
@@ -245,6 +257,7 @@ function build() {
   addBluetooth(program);
   addRemote(program);
   addRequest(program, 'protocol', 'send a protocol data request', 'queryProtocolData');
+  addCheck(program);
   return program;
 }
 
