@@ -20,7 +20,9 @@ namespace OHOS::HiviewDFX {
 
 namespace {
 
-using Strings = std::vector<std::string>;
+template <typename Type>
+using List = std::vector<Type>;
+using Strings = List<std::string>;
 using Items = std::vector<std::shared_ptr<ConfigInfo>>;
 
 // Each is exactly this, and has neither an overload nor a template beside it.
@@ -28,6 +30,13 @@ template <typename Wanted, typename... Given>
 constexpr bool Are(Given...)
 {
     return (std::is_same_v<Wanted, Given> && ...);
+}
+
+// The members of the class, data and functions, are of these types, in this order.
+template <typename Class, typename... Wanted, typename... Given>
+constexpr bool AreMembers(Given...)
+{
+    return (std::is_same_v<Wanted Class::*, Given> && ...);
 }
 
 // The name has this overload.
@@ -72,11 +81,9 @@ static_assert(Are<bool (*)(napi_env, const napi_value[], std::initializer_list<n
 // ---- The async frame ----
 
 static_assert(std::is_standard_layout_v<BaseContext> && std::is_trivially_destructible_v<BaseContext>);
-static_assert(Are<napi_async_work BaseContext::*>(&BaseContext::work));
-static_assert(Are<napi_deferred BaseContext::*>(&BaseContext::deferred));
-static_assert(Are<napi_ref BaseContext::*>(&BaseContext::callbackRef));
-static_assert(Are<bool BaseContext::*>(&BaseContext::resolved));
-static_assert(Are<int32_t BaseContext::*>(&BaseContext::errorCode));
+static_assert(AreMembers<BaseContext, napi_async_work, napi_deferred, napi_ref, bool, int32_t>(
+    &BaseContext::work, &BaseContext::deferred, &BaseContext::callbackRef, &BaseContext::resolved,
+    &BaseContext::errorCode));
 static_assert(offsetof(BaseContext, work) == 0 && offsetof(BaseContext, deferred) == sizeof(void*) &&
               offsetof(BaseContext, callbackRef) == 2 * sizeof(void*) &&
               offsetof(BaseContext, resolved) == 3 * sizeof(void*) &&
@@ -86,12 +93,13 @@ static_assert(BaseContext().errorCode == -1 && !BaseContext().resolved);
 template <typename... Contexts>
 constexpr bool AreContexts = (std::is_base_of_v<BaseContext, Contexts> && ...);
 static_assert(AreContexts<GetModemLogStatusContext, SwitchContext, GetConfigContext, ChangeConfigContext>);
-static_assert(Are<bool GetModemLogStatusContext::*>(&GetModemLogStatusContext::status));
-static_assert(Are<bool SwitchContext::*>(&SwitchContext::switchStatus, &SwitchContext::result));
-static_assert(Are<Items SwitchContext::*>(&SwitchContext::configs));
-static_assert(Are<Strings GetConfigContext::*>(&GetConfigContext::configKeys, &GetConfigContext::callbackConfigs));
-static_assert(Are<Items ChangeConfigContext::*>(&ChangeConfigContext::configs));
-static_assert(Are<bool ChangeConfigContext::*>(&ChangeConfigContext::result));
+static_assert(AreMembers<GetModemLogStatusContext, bool>(&GetModemLogStatusContext::status));
+static_assert(AreMembers<SwitchContext, bool, bool, Items>(&SwitchContext::switchStatus, &SwitchContext::result,
+                                                           &SwitchContext::configs));
+static_assert(AreMembers<GetConfigContext, Strings, Strings>(&GetConfigContext::configKeys,
+                                                             &GetConfigContext::callbackConfigs));
+static_assert(AreMembers<ChangeConfigContext, Items, bool>(&ChangeConfigContext::configs,
+                                                           &ChangeConfigContext::result));
 
 static_assert(Are<napi_value (*)(napi_env, BaseContext*, const std::string&, napi_async_execute_callback,
                                  napi_async_complete_callback)>(NapiUtil::HandleAsyncWork));
@@ -112,17 +120,12 @@ static_assert(std::is_abstract_v<NapiContext> && std::has_virtual_destructor_v<N
 static_assert(std::is_constructible_v<Context, napi_env, std::string>);
 static_assert(std::is_base_of_v<NapiContext, Executor>);
 static_assert(std::is_constructible_v<Executor, std::string, napi_env, Job, Converter>);
-static_assert(Are<napi_value (NapiContext::*)()>(&NapiContext::Execute));
-static_assert(Are<void (NapiContext::*)()>(&NapiContext::OnExecuteCallback));
-static_assert(Are<void (NapiContext::*)(napi_env, napi_status)>(&NapiContext::OnCompleteCallback));
-static_assert(Are<std::string NapiContext::*>(&NapiContext::name));
-static_assert(Are<napi_env NapiContext::*>(&NapiContext::env));
-static_assert(Are<napi_async_work NapiContext::*>(&NapiContext::work));
-static_assert(Are<napi_deferred NapiContext::*>(&NapiContext::deferred));
-static_assert(Are<int32_t NapiContext::*>(&NapiContext::errorCode));
-static_assert(Are<Job Executor::*>(&Executor::job));
-static_assert(Are<Converter Executor::*>(&Executor::converter));
-static_assert(Are<std::string Executor::*>(&Executor::result));
+static_assert(AreMembers<NapiContext, napi_value(), void(), void(napi_env, napi_status)>(
+    &NapiContext::Execute, &NapiContext::OnExecuteCallback, &NapiContext::OnCompleteCallback));
+static_assert(AreMembers<NapiContext, std::string, napi_env, napi_async_work, napi_deferred, int32_t>(
+    &NapiContext::name, &NapiContext::env, &NapiContext::work, &NapiContext::deferred, &NapiContext::errorCode));
+static_assert(AreMembers<Executor, Job, Converter, std::string>(&Executor::job, &Executor::converter,
+                                                                &Executor::result));
 
 // ---- Access to JavaScript values ----
 
@@ -155,60 +158,45 @@ static_assert(CountFromZero(PARAM_TYPES));
 
 using ParamValue = ConfigInfoParamValue;
 static_assert(std::is_copy_constructible_v<ParamValue> && !std::is_copy_assignable_v<ParamValue>);
-static_assert(Are<const ConfigInfoParamType ParamValue::*>(&ParamValue::type));
-static_assert(Are<bool ParamValue::*>(&ParamValue::boolValue));
-static_assert(Are<char ParamValue::*>(&ParamValue::charValue));
-static_assert(Are<int16_t ParamValue::*>(&ParamValue::shortValue));
-static_assert(Are<int32_t ParamValue::*>(&ParamValue::intValue));
-static_assert(Are<int64_t ParamValue::*>(&ParamValue::longValue));
-static_assert(Are<float ParamValue::*>(&ParamValue::floatValue));
-static_assert(Are<double ParamValue::*>(&ParamValue::doubleValue));
-static_assert(Are<std::string ParamValue::*>(&ParamValue::stringValue));
-static_assert(Are<std::vector<bool> ParamValue::*>(&ParamValue::boolVector));
-static_assert(Are<std::vector<char> ParamValue::*>(&ParamValue::charVector));
-static_assert(Are<std::vector<int16_t> ParamValue::*>(&ParamValue::shortVector));
-static_assert(Are<std::vector<int32_t> ParamValue::*>(&ParamValue::intVector));
-static_assert(Are<std::vector<int64_t> ParamValue::*>(&ParamValue::longVector));
-static_assert(Are<std::vector<float> ParamValue::*>(&ParamValue::floatVector));
-static_assert(Are<std::vector<double> ParamValue::*>(&ParamValue::doubleVector));
-static_assert(Are<Strings ParamValue::*>(&ParamValue::stringVector));
+static_assert(AreMembers<ParamValue, const ConfigInfoParamType, bool, char, int16_t, int32_t, int64_t, float, double,
+                         std::string>(&ParamValue::type, &ParamValue::boolValue, &ParamValue::charValue,
+                                      &ParamValue::shortValue, &ParamValue::intValue, &ParamValue::longValue,
+                                      &ParamValue::floatValue, &ParamValue::doubleValue, &ParamValue::stringValue));
+static_assert(AreMembers<ParamValue, List<bool>, List<char>, List<int16_t>, List<int32_t>, List<int64_t>, List<float>,
+                         List<double>, Strings>(&ParamValue::boolVector, &ParamValue::charVector,
+                                                &ParamValue::shortVector, &ParamValue::intVector,
+                                                &ParamValue::longVector, &ParamValue::floatVector,
+                                                &ParamValue::doubleVector, &ParamValue::stringVector));
 
 static_assert(std::is_constructible_v<ConfigInfoParam, std::string, ConfigInfoParamType>);
 static_assert(std::is_copy_constructible_v<ConfigInfoParam>);
-static_assert(Are<std::string ConfigInfoParam::*>(&ConfigInfoParam::name));
-static_assert(Are<const ConfigInfoParamType ConfigInfoParam::*>(&ConfigInfoParam::type));
+static_assert(AreMembers<ConfigInfoParam, std::string, const ConfigInfoParamType>(&ConfigInfoParam::name,
+                                                                                  &ConfigInfoParam::type));
 static_assert(Are<ParamValue ConfigInfoParam::*>(&ConfigInfoParam::value));
 
 static_assert(std::is_constructible_v<ConfigInfo, const std::string&> && !std::is_polymorphic_v<ConfigInfo>);
-static_assert(Are<std::string ConfigInfo::*>(&ConfigInfo::key));
-static_assert(Are<std::list<ConfigInfoParam> ConfigInfo::*>(&ConfigInfo::params));
-static_assert(Has<void (ConfigInfo::*)(const std::string&, bool)>(&ConfigInfo::AddParam));
-static_assert(Has<void (ConfigInfo::*)(const std::string&, int)>(&ConfigInfo::AddParam));
-static_assert(Has<void (ConfigInfo::*)(const std::string&, const std::string&)>(&ConfigInfo::AddParam));
-static_assert(Has<void (ConfigInfo::*)(const std::string&, const std::vector<bool>&)>(&ConfigInfo::AddParam));
-static_assert(Has<void (ConfigInfo::*)(const std::string&, const std::vector<int>&)>(&ConfigInfo::AddParam));
-static_assert(Has<void (ConfigInfo::*)(const std::string&, const Strings&)>(&ConfigInfo::AddParam));
-static_assert(Are<std::string (ConfigInfo::*)() const>(&ConfigInfo::GetJsonParams));
+static_assert(AreMembers<ConfigInfo, std::string, std::list<ConfigInfoParam>, std::string() const>(
+    &ConfigInfo::key, &ConfigInfo::params, &ConfigInfo::GetJsonParams));
+template <typename... Types>
+constexpr bool TAKES = (Has<void (ConfigInfo::*)(const std::string&, Types)>(&ConfigInfo::AddParam) && ...);
+static_assert(TAKES<bool, int, const std::string&, const List<bool>&, const List<int>&, const Strings&>);
 
 template <typename Values>
 using StreamWriter = void (ConfigInfo::*)(std::stringstream&, Values) const;
 static_assert(Are<StreamWriter<ConfigInfoParam>>(&ConfigInfo::AddVectorToJson));
-static_assert(Are<StreamWriter<const std::vector<bool>&>>(&ConfigInfo::ConvertBoolVectorToJson));
-static_assert(Are<StreamWriter<const std::vector<float>&>>(&ConfigInfo::ConvertFloatVectorToJson));
-static_assert(Are<StreamWriter<const std::vector<double>&>>(&ConfigInfo::ConvertDecimalsVectorToJson));
-static_assert(Are<StreamWriter<const std::vector<char>&>>(&ConfigInfo::ConvertVectorToJson<char>));
-static_assert(Are<StreamWriter<const std::vector<int16_t>&>>(&ConfigInfo::ConvertVectorToJson<int16_t>));
-static_assert(Are<StreamWriter<const std::vector<int32_t>&>>(&ConfigInfo::ConvertVectorToJson<int32_t>));
-static_assert(Are<StreamWriter<const std::vector<int64_t>&>>(&ConfigInfo::ConvertVectorToJson<int64_t>));
-static_assert(Are<StreamWriter<const Strings&>>(&ConfigInfo::ConvertVectorToJson<std::string>));
+static_assert(Are<StreamWriter<const List<bool>&>>(&ConfigInfo::ConvertBoolVectorToJson));
+static_assert(Are<StreamWriter<const List<float>&>>(&ConfigInfo::ConvertFloatVectorToJson));
+static_assert(Are<StreamWriter<const List<double>&>>(&ConfigInfo::ConvertDecimalsVectorToJson));
+template <typename... Types>
+constexpr bool WRITES = (Are<StreamWriter<const List<Types>&>>(&ConfigInfo::ConvertVectorToJson<Types>) && ...);
+static_assert(WRITES<char, int16_t, int32_t, int64_t, std::string>);
 
 using Build = NapiZelkConfigInfoBuild;
 static_assert(std::is_constructible_v<Build, const std::shared_ptr<ConfigInfo>&>);
-static_assert(Are<int32_t Build::*>(&Build::errorCode));
-static_assert(Are<std::shared_ptr<ConfigInfo> Build::*>(&Build::configInfo));
-static_assert(Are<std::shared_ptr<ConfigInfo> (Build::*)(napi_env, napi_value)>(&Build::BuildChangeConfig));
-static_assert(Are<void (Build::*)(napi_env, const std::string&, napi_value)>(&Build::AddParamToList,
-                                                                             &Build::AddArrayParamToList));
+using BuildStep = void(napi_env, const std::string&, napi_value);
+static_assert(AreMembers<Build, int32_t, std::shared_ptr<ConfigInfo>, std::shared_ptr<ConfigInfo>(napi_env, napi_value),
+                         BuildStep, BuildStep>(&Build::errorCode, &Build::configInfo, &Build::BuildChangeConfig,
+                                               &Build::AddParamToList, &Build::AddArrayParamToList));
 static_assert(Are<void (*)(napi_env, napi_value, Items&)>(FillConfigInfoVector));
 static_assert(Are<void (*)(napi_env, napi_value, Strings&)>(FillStringVector));
 static_assert(Are<void (*)(napi_env, std::string, napi_value)>(ConvertJsonToObject));
@@ -222,43 +210,35 @@ static_assert(Are<sptr<IZelkLogService> (Client::*)()>(&ServiceClient::GetProxy)
 static_assert(Are<void (Client::*)(const wptr<IRemoteObject>&)>(&ServiceClient::OnRemoteDied));
 static_assert(Are<void (Client::*)(std::string, std::function<void()>&)>(&ServiceClient::RegisterRemotedDied));
 
-static_assert(Are<int32_t (ServiceClient::*)(Strings&, Strings&)>(&ServiceClient::GetModemLogConfig));
-static_assert(Are<int32_t (ServiceClient::*)(std::string&)>(&ServiceClient::GetModemLogDirectPackConfig,
-                                                            &ServiceClient::GetRemoteDevicesList));
-static_assert(Are<int32_t (ServiceClient::*)(Strings&)>(&ServiceClient::GetModemLogLogMasks));
-static_assert(Are<int32_t (ServiceClient::*)(bool&)>(&ServiceClient::GetModemLogStatus,
-                                                     &ServiceClient::GetTcpdumpStatus));
-static_assert(Has<int32_t (ServiceClient::*)(bool, bool&)>(&ServiceClient::HandleModemLogSwitch));
-static_assert(Has<int32_t (ServiceClient::*)(bool, Items, bool&)>(&ServiceClient::HandleModemLogSwitch));
+// What the client and the service that it calls have in common.
+template <typename Class>
+constexpr bool HAS_OPERATIONS =
+    Are<int32_t (Class::*)(Strings&, Strings&)>(&Class::GetModemLogConfig) &&
+    Are<int32_t (Class::*)(Strings, Strings&)>(&Class::GetTcpdumpConfig) &&
+    Are<int32_t (Class::*)(Strings&)>(&Class::GetModemLogLogMasks) &&
+    Are<int32_t (Class::*)(bool&)>(&Class::GetModemLogStatus, &Class::GetTcpdumpStatus) &&
+    Are<int32_t (Class::*)(std::string&)>(&Class::GetModemLogDirectPackConfig, &Class::GetRemoteDevicesList) &&
+    Are<int32_t (Class::*)(const std::string&, std::string&, int64_t)>(&Class::FetchRemoteDevicesLogs) &&
+    Are<int32_t (Class::*)(const std::string&, std::string&)>(&Class::QueryRemoteDevicesLogs,
+                                                              &Class::QueryProtocolData) &&
+    Are<int32_t (Class::*)(bool)>(&Class::HandleBluetoothCallPcmLogSwitch) &&
+    Has<int32_t (Class::*)(bool, bool&)>(&Class::HandleModemLogSwitch) &&
+    Has<int32_t (Class::*)(bool, bool&)>(&Class::HandleTcpdumpSwitch);
+static_assert(HAS_OPERATIONS<ServiceClient> && HAS_OPERATIONS<IZelkLogService>);
+
+// And what only one of them has: the client takes items, the service their texts.
 static_assert(Are<int32_t (ServiceClient::*)(Items, bool&)>(&ServiceClient::ChangeModemLogConfig));
 static_assert(Are<int32_t (ServiceClient::*)(std::shared_ptr<ConfigInfo>, bool&)>(&ServiceClient::SendModemLogCommand));
-static_assert(Are<int32_t (ServiceClient::*)(Strings, Strings&)>(&ServiceClient::GetTcpdumpConfig));
 static_assert(Are<int32_t (ServiceClient::*)(Items&, bool&)>(&ServiceClient::ChangeTcpdumpConfig));
-static_assert(Has<int32_t (ServiceClient::*)(bool, bool&)>(&ServiceClient::HandleTcpdumpSwitch));
+static_assert(Has<int32_t (ServiceClient::*)(bool, Items, bool&)>(&ServiceClient::HandleModemLogSwitch));
 static_assert(Has<int32_t (ServiceClient::*)(bool, Items&, bool&)>(&ServiceClient::HandleTcpdumpSwitch));
-static_assert(Are<int32_t (ServiceClient::*)(bool)>(&ServiceClient::HandleBluetoothCallPcmLogSwitch));
-static_assert(
-    Are<int32_t (ServiceClient::*)(const std::string&, std::string&, int64_t)>(&ServiceClient::FetchRemoteDevicesLogs));
-static_assert(Are<int32_t (ServiceClient::*)(const std::string&, std::string&)>(&ServiceClient::QueryRemoteDevicesLogs,
-                                                                                &ServiceClient::QueryProtocolData));
-
-using Proxy = IZelkLogService;
-static_assert(std::is_base_of_v<RefBase, Proxy>);
-static_assert(Are<int32_t (Proxy::*)(Strings&, Strings&)>(&Proxy::GetModemLogConfig));
-static_assert(Are<int32_t (Proxy::*)(std::string&)>(&Proxy::GetModemLogDirectPackConfig, &Proxy::GetRemoteDevicesList));
-static_assert(Are<int32_t (Proxy::*)(Strings&)>(&Proxy::GetModemLogLogMasks));
-static_assert(Are<int32_t (Proxy::*)(bool&)>(&Proxy::GetModemLogStatus, &Proxy::GetTcpdumpStatus));
-static_assert(Has<int32_t (Proxy::*)(bool, bool&)>(&Proxy::HandleModemLogSwitch));
-static_assert(Has<int32_t (Proxy::*)(bool, Strings&, bool&)>(&Proxy::HandleModemLogSwitch));
-static_assert(Are<int32_t (Proxy::*)(std::string, bool&)>(&Proxy::SendModemLogCommand));
-static_assert(Are<int32_t (Proxy::*)(Strings&, bool&)>(&Proxy::ChangeModemLogConfig, &Proxy::ChangeTcpdumpConfig));
-static_assert(Are<int32_t (Proxy::*)(Strings, Strings&)>(&Proxy::GetTcpdumpConfig));
-static_assert(Has<int32_t (Proxy::*)(bool, bool&)>(&Proxy::HandleTcpdumpSwitch));
-static_assert(Has<int32_t (Proxy::*)(bool, Strings&, bool&)>(&Proxy::HandleTcpdumpSwitch));
-static_assert(Are<int32_t (Proxy::*)(bool)>(&Proxy::HandleBluetoothCallPcmLogSwitch));
-static_assert(Are<int32_t (Proxy::*)(const std::string&, std::string&, int64_t)>(&Proxy::FetchRemoteDevicesLogs));
-static_assert(Are<int32_t (Proxy::*)(const std::string&, std::string&)>(&Proxy::QueryRemoteDevicesLogs,
-                                                                        &Proxy::QueryProtocolData));
+using Service = IZelkLogService;
+static_assert(std::is_base_of_v<RefBase, Service>);
+static_assert(Are<int32_t (Service::*)(std::string, bool&)>(&Service::SendModemLogCommand));
+static_assert(Are<int32_t (Service::*)(Strings&, bool&)>(&Service::ChangeModemLogConfig,
+                                                         &Service::ChangeTcpdumpConfig));
+static_assert(Has<int32_t (Service::*)(bool, Strings&, bool&)>(&Service::HandleModemLogSwitch));
+static_assert(Has<int32_t (Service::*)(bool, Strings&, bool&)>(&Service::HandleTcpdumpSwitch));
 
 // ---- The payload writer ----
 
@@ -268,8 +248,7 @@ template <typename... Types>
 constexpr bool ARE_KINDS = CountFromZero<ValueType>({KIND_OF<Types>..., KIND_OF<std::vector<Types>>...});
 static_assert(ARE_KINDS<int8_t, int16_t, int32_t, int64_t, uint8_t, uint16_t, uint32_t, uint64_t, float, double,
                         std::string, Payload>);
-static_assert(Are<ValueType Value::*>(&Value::type));
-static_assert(Are<std::any Value::*>(&Value::holder));
+static_assert(AreMembers<Value, ValueType, std::any>(&Value::type, &Value::holder));
 
 template <typename... Types>
 constexpr bool HAVE_WRITERS = (Has<void (*)(std::ostream&, const Value&)>(WriteValue<Types>) && ...) &&
