@@ -38,6 +38,14 @@ std::string TextOf(const std::list<ConfigInfoParam>& params)
     return info.GetJsonParams();
 }
 
+template <typename Write, typename Values>
+std::string Streamed(Write write, const Values& values)
+{
+    std::stringstream stream("before", std::ios::in | std::ios::out | std::ios::ate);
+    (ConfigInfo("").*write)(stream, values);
+    return stream.str();
+}
+
 TEST(ConfigInfo, NothingIsEscapedMergedOrRepaired)
 {
     ConfigInfo info("k\"\\\n");
@@ -69,7 +77,9 @@ TEST(ConfigInfo, ValueTextByType)
         {Param(TYPE_SHORT_VECTOR, &Value::shortVector, {-1, 0, 32767}), "[-1,0,\"32767\"],"},
         {Param(TYPE_LONG_VECTOR, &Value::longVector, {1, INT64_MAX}), "[1,\"9223372036854775807\"],"},
         {Param(TYPE_FLOAT_VECTOR, &Value::floatVector, {0.1F, 2.5e-7F, 16777216}), "[0.1,0,16777216],"},
-        {Param(TYPE_DOUBLE_VECTOR, &Value::doubleVector, {-0.25}), "[-0.25],"},
+        {Param(TYPE_DOUBLE_VECTOR, &Value::doubleVector,
+               {1.5, 100, 0, -0.0, 2.5e-7, 0.0000005000001, 9.9999999, 10.010, 16777217, HUGE_VAL}),
+         "[1.5,100,0,-0,0,0.000001,10,10.01,16777217,inf],"},
         {Param(TYPE_STRING_VECTOR, &Value::stringVector, {"", "a,b", "\""}), "[,a,b,\"\"\"],"},
         // As constructed, and without a value.
         {Param(TYPE_STRING), "\"\","},
@@ -84,50 +94,29 @@ TEST(ConfigInfo, ValueTextByType)
         const std::string start = R"({"configKey":"k","value":{"v":)";
         EXPECT_EQ(TextOf({param}), start + text.substr(0, text.size() - 1) + "}}");
         EXPECT_EQ(TextOf({param, Param(TYPE_INT)}), start + text + R"("v":0}})");
+        const bool isScalar = param.type >= TYPE_BOOL && param.type <= TYPE_STRING;
+        EXPECT_EQ(Streamed(&ConfigInfo::AddVectorToJson, param), isScalar ? "before\"\"," : "before" + text);
     }
     std::locale::global(before);
 }
 
-template <typename Write, typename Values>
-std::string Streamed(Write write, const Values& values)
-{
-    std::stringstream stream("before", std::ios::in | std::ios::out | std::ios::ate);
-    (ConfigInfo("").*write)(stream, values);
-    return stream.str();
-}
-
+// What they write is what an item has.
 TEST(ConfigInfo, StreamWritersAppendToTheirStream)
 {
     using Info = ConfigInfo;
-    const ConfigInfoParam param = Param(TYPE_INT_VECTOR, &Value::intVector, {1, 2});
-    const struct {
-        const char* writer;
-        std::string streamed, text;
-    } rows[] = {
-        {"any", Streamed(&Info::AddVectorToJson, param), "[1,\"2\"],"},
-        {"any, of a scalar", Streamed(&Info::AddVectorToJson, Param(TYPE_INT)), "\"\","},
-        {"any, without elements", Streamed(&Info::AddVectorToJson, Param(TYPE_FLOAT_VECTOR)), "[]"},
-        {"bool", Streamed(&Info::ConvertBoolVectorToJson, std::vector<bool>{true, false}), "[true,\"0\"],"},
-        {"char", Streamed(&Info::ConvertVectorToJson<char>, std::vector<char>{'x', 'y'}), "[x,\"y\"],"},
-        {"short", Streamed(&Info::ConvertVectorToJson<int16_t>, std::vector<int16_t>{-1, 2}), "[-1,\"2\"],"},
-        {"int", Streamed(&Info::ConvertVectorToJson<int32_t>, std::vector<int32_t>{3}), "[\"3\"],"},
-        {"long", Streamed(&Info::ConvertVectorToJson<int64_t>, std::vector<int64_t>{4, INT64_MIN}),
-         "[4,\"-9223372036854775808\"],"},
-        {"string", Streamed(&Info::ConvertVectorToJson<std::string>, Strings{"a", "b"}), "[a,\"b\"],"},
-        {"float", Streamed(&Info::ConvertFloatVectorToJson, std::vector<float>{1.5F, 2}), "[1.5,2],"},
-        {"double", Streamed(&Info::ConvertDecimalsVectorToJson, std::vector<double>{0.1, -0.0}), "[0.1,-0],"},
+    const std::pair<std::string, std::string> cases[] = {
+        {Streamed(&Info::ConvertBoolVectorToJson, std::vector<bool>{true, false}), "[true,\"0\"],"},
+        {Streamed(&Info::ConvertVectorToJson<char>, std::vector<char>{'x', 'y'}), "[x,\"y\"],"},
+        {Streamed(&Info::ConvertVectorToJson<int16_t>, std::vector<int16_t>{-1, 2}), "[-1,\"2\"],"},
+        {Streamed(&Info::ConvertVectorToJson<int32_t>, std::vector<int32_t>{3}), "[\"3\"],"},
+        {Streamed(&Info::ConvertVectorToJson<int64_t>, std::vector<int64_t>{4, 5}), "[4,\"5\"],"},
+        {Streamed(&Info::ConvertVectorToJson<std::string>, Strings{"a", "b"}), "[a,\"b\"],"},
+        {Streamed(&Info::ConvertFloatVectorToJson, std::vector<float>{1.5F, 2}), "[1.5,2],"},
+        {Streamed(&Info::ConvertDecimalsVectorToJson, std::vector<double>{0.1, -0.0}), "[0.1,-0],"},
     };
-    for (const auto& [writer, streamed, text] : rows) {
-        EXPECT_EQ(streamed, "before" + text) << writer;
+    for (const auto& [streamed, text] : cases) {
+        EXPECT_EQ(streamed, "before" + text);
     }
-}
-
-TEST(ConfigInfo, DecimalsHaveNoZerosAtTheEnd)
-{
-    std::stringstream list;
-    ConfigInfo("").ConvertDecimalsVectorToJson(
-        list, {1.5, 100, 0, -0.0, 2.5e-7, 0.0000005000001, 9.9999999, 10.010, 16777217, HUGE_VAL});
-    EXPECT_EQ(list.str(), "[1.5,100,0,-0,0,0.000001,10,10.01,16777217,inf],");
 }
 
 TEST(ConfigInfoParam, CopyReportsATypeUpToZero)

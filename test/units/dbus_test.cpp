@@ -243,6 +243,7 @@ TEST(Dbus, ForeignAnswers)
         // And these are.
         {[](auto* call) { PlayedBus::ReplyError(call, BUS, SD_BUS_ERROR_NO_REPLY); }, Codes(4, GONE)},
         {[](auto* call) { PlayedBus::ReplyError(call, BUS, SD_BUS_ERROR_SERVICE_UNKNOWN); }, Codes(4, GONE)},
+        {[](auto* call) { PlayedBus::ReplyError(call, BUS, SD_BUS_ERROR_NAME_HAS_NO_OWNER); }, Codes(4, GONE)},
         {[](auto* call) { PlayedBus::ReplyError(call, BUS, SD_BUS_ERROR_TIMEOUT); }, Codes(4, IPC_TIMEOUT)},
         {[](auto* call) { PlayedBus::ReplyError(call, BUS, "org.freedesktop.DBus.Error.TimedOut"); },
          Codes(4, IPC_TIMEOUT)},
@@ -488,7 +489,9 @@ TEST_F(Service, HasItsExitStatus)
         EXPECT_EQ(Process(PROGRAM + " " + words).End(), status) << words;
     }
     EXPECT_EQ(process.End(SIGINT), 0);
-    EXPECT_EQ(bus.Find(), nullptr);
+    std::string whyNot;
+    EXPECT_EQ(LogServiceProxy::Find(bus.pool, 20s, whyNot), nullptr);
+    EXPECT_EQ(whyNot, std::string("nobody owns the name ") + SERVICE_NAME);
     for (const auto& [name, option] : {std::pair("SESSION", "--session"), {"SYSTEM", "--system"}}) {
         const std::string variable = "DBUS_" + std::string(name) + "_BUS_ADDRESS=";
         Process another("exec env " + variable + bus.address + " " + PROGRAM + " " + option);
