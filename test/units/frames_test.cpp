@@ -90,16 +90,16 @@ TEST(Frames, FreeACallThatCannotStart)
 {
     const struct {
         std::set<std::string> failing;
-        bool isPromiseReturned, isCallKept, isQueued;
+        bool isPromiseReturned, isCallKept;
     } rows[] = {
-        {{}, true, true, true},
-        {{"napi_create_promise"}, false, false, false},
-        {{"napi_create_string_utf8"}, false, false, false},
-        {{"napi_create_async_work"}, false, false, false},
-        {{"napi_queue_async_work"}, true, true, false},
-        {{"napi_queue_async_work", "napi_throw_error"}, false, false, false},
+        {{}, true, true},
+        {{"napi_create_promise"}, false, false},
+        {{"napi_create_string_utf8"}, false, false},
+        {{"napi_create_async_work"}, false, false},
+        {{"napi_queue_async_work"}, true, true},
+        {{"napi_queue_async_work", "napi_throw_error"}, false, false},
     };
-    for (const auto& [failing, isPromiseReturned, isCallKept, isQueued] : rows) {
+    for (const auto& [failing, isPromiseReturned, isCallKept] : rows) {
         SCOPED_TRACE(testing::PrintToString(failing));
         g_failing = failing;
         napi_value returned = isPromiseReturned ? Promise() : nullptr;
@@ -122,16 +122,10 @@ TEST(Frames, FreeACallThatCannotStart)
             delete call;
         }
 
-        auto context = std::make_unique<Context>();
-        EXPECT_EQ(context->Execute(), returned);
+        // A context of the other frame stays the caller's. Its own StartCall frees it with a line in the log.
+        Context context;
+        EXPECT_EQ(context.Execute(), returned);
         EXPECT_EQ(g_members, 1);
-
-        auto* queued = context.get();
-        EXPECT_EQ(NapiContext::StartCall(std::move(context)), returned);
-        EXPECT_EQ(g_members, int{isQueued});
-        if (isQueued) {
-            delete queued;
-        }
     }
     g_failing.clear();
 }
