@@ -10,7 +10,7 @@ import { inspect } from 'node:util';
 import { compileFunction, createContext, runInContext } from 'node:vm';
 import { Worker } from 'node:worker_threads';
 import zelk from 'zelklogservice';
-import { ServiceError, captureLog, logService, setCaller } from 'zelklogservice/testing';
+import { ServiceError, captureLog, logService, request, setCaller } from 'zelklogservice/testing';
 import { forms, operation } from '../support/forms.mjs';
 import { buildFolder, root, temporaryFolder } from '../support/system.mjs';
 
@@ -150,6 +150,11 @@ test('mistakes throw where they are made', () => {
     ...[0, NaN, 1.5, 2 ** 31].map((code) => [() => new ServiceError(code), 'RangeError']),
     ...[undefined, 1, {}].map((caller) => [() => setCaller(caller), 'TypeError']),
     ...[-1n, 2n ** 64n].map((caller) => [() => setCaller(caller), 'RangeError']),
+    [() => request('getModemLogStatus'), 'TypeError', /GetModemLogConfig, /],
+    [() => request('HandleTcpdumpSwitch', true, [], 5), 'TypeError', / takes 1 or 2 arguments, not 3$/],
+    [() => request('HandleTcpdumpSwitch', 1), 'TypeError', /^argument 1 of .* must be a boolean, not 1$/],
+    [() => request('GetTcpdumpConfig', ['k', 5]), 'TypeError', /must be an array of strings/],
+    [() => request('FetchRemoteDevicesLogs', '', 2n ** 63n), 'RangeError', /^argument 2 of .* 64 bits/],
   ]) {
     assert.throws(make, { name, message });
     service?.restore();
@@ -175,6 +180,16 @@ test('a service is put in front of the one before, each with its own reference s
   assert.equal(first.requests.length, 5);
   first.clear();
   assert.deepEqual(first.requests, []);
+});
+
+test('a request of the kit has the code and the answer of the service in force', async () => {
+  const refuse = () => Promise.reject(new ServiceError(7, true));
+  serve({ HandleTcpdumpSwitch: refuse, FetchRemoteDevicesLogs: (...args) => args.join() });
+  assert.deepEqual(await request('HandleTcpdumpSwitch', true, ['a']), { code: 7, answer: true });
+  assert.deepEqual(service.requests, [{ operation: 'HandleTcpdumpSwitch', args: [true, ['a']] }]);
+  assert.deepEqual(await request('FetchRemoteDevicesLogs', 'r', -5n), { code: 0, answer: 'r,-5' });
+  service.leave();
+  await assert.rejects(request('GetTcpdumpStatus'), { code: 'ERR_ZELK_NO_SERVICE', message: /has left$/ });
 });
 
 test('calls that wait go on while the service is away', async () => {
@@ -357,8 +372,9 @@ test('objects of the kit belong to the realm that loaded it', async () => {
   });
   assert.equal(await zelk.handleModemLogSwitch(true, items), true);
   assert.deepEqual(await outcome(zelk.getModemLogStatus()), ['rejected', true]);
+  const { answer } = await kit.request('GetModemLogLogMasks');
   log.stop();
   const [{ args }] = service.requests;
-  assert.ok([service.requests, args, args[1], log.lines].every((list) => list instanceof OwnArray));
+  assert.ok([service.requests, args, args[1], answer, log.lines].every((list) => list instanceof OwnArray));
   assert.throws(() => kit.setCaller(), OwnTypeError);
 });
