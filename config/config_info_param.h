@@ -37,8 +37,8 @@ public:
     // The member starts at zero, or empty.
     explicit ConfigInfoParamValue(ConfigInfoParamType valueType);
 
-    // Copies the tag and the live member. A tag of 0 or below has none, which writes an error line; a tag after the
-    // last one has none either, which is silent.
+    // Copies the tag and the live member. A tag of 0 or below has none, which is logged as an error; a tag past the
+    // last one has none either, which is not logged.
     ConfigInfoParamValue(const ConfigInfoParamValue& other);
     ConfigInfoParamValue& operator=(const ConfigInfoParamValue&) = delete;
     ~ConfigInfoParamValue();

@@ -9,7 +9,7 @@ namespace OHOS::HiviewDFX {
 bool ParseJson(const std::string& text, Json::Value& root)
 {
     // Comments are skipped. jsoncpp would look back from each of them to the last value, so that a text of many
-    // comments would take a time that grows with the square of its length.
+    // comments would take time quadratic in its length.
     constexpr bool COLLECT_COMMENTS = false;
     Json::Reader reader;
     return reader.parse(text, root, COLLECT_COMMENTS);

@@ -8,7 +8,7 @@
 
 namespace OHOS::HiviewDFX {
 
-// False when `text` cannot be parsed. Comments are skipped. Takes a time in proportion to the length of `text`.
+// False when `text` cannot be parsed. Comments are skipped. Takes time proportional to the length of `text`.
 // Throws what jsoncpp throws for a text that is nested too deeply.
 bool ParseJson(const std::string& text, Json::Value& root);
 

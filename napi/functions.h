@@ -3,8 +3,8 @@
 // Each of the first twelve has three steps. The function itself reads its arguments on the JavaScript thread and
 // returns a promise or, with a callback, `undefined`; it returns null, which is `undefined` in JavaScript, when it
 // refuses the call or a Node-API call fails. Its Native step makes the request, on a worker. Its Callback step answers,
-// on the JavaScript thread. The `data` of these two is the call's context; null is logged and otherwise ignored, but
-// for the Native steps of the two configuration queries, which throw too. `status` is not read.
+// on the JavaScript thread. The `data` of these two is the call's context; null is logged and otherwise ignored, except
+// by the Native steps of the two configuration queries, which also throw. `status` is not read.
 //
 // The first twelve serve system applications only: any other caller gets a log line and `undefined`. The last four
 // serve every caller, take no callback, and leave their other steps to NapiExecutor.

@@ -31,7 +31,7 @@ napi_value SendModemLogCommand(napi_env env, napi_callback_info info)
     if (!ReadType(env, arguments[0], type)) {
         return nullptr;
     }
-    // Any object is a command, an array too. Properties that are missing leave an empty key or no parameters.
+    // Any object is a command, even an array. Missing properties leave an empty key or no parameters.
     context->command = BuildConfigInfo(env, arguments[0]);
     // The second of two arguments is the callback, whatever its type.
     if (arguments.count == 2 && !KeepCallback(env, arguments[1], *context)) {

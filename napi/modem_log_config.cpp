@@ -63,7 +63,7 @@ void GetModemLogConfigCallback(napi_env env, napi_status, void* data)
         ZELK_ERROR("GetModemLogConfigCallback: data is null");
         return;
     }
-    // Not answered when one of these two returns: the promise stays pending and the context is kept.
+    // Not answered in either of these two cases: the promise stays pending and the context is kept.
     if (context->callbackConfigs.empty() || !context->resolved) {
         ZELK_ERROR("GetModemLogConfigCallback: callbackConfigs is null");
         return;

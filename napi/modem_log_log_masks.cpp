@@ -49,7 +49,7 @@ void GetModemLogLogMasksCallback(napi_env env, napi_status, void* data)
         ZELK_ERROR("GetModemLogLogMasksCallback: data is null");
         return;
     }
-    // Not answered when one of these two returns: the promise stays pending and the context is kept. The first text is
+    // Not answered in either of these two cases: the promise stays pending and the context is kept. The first text is
     // that of the configuration queries.
     if (context->logMasks.empty() || !context->resolved) {
         ZELK_ERROR("GetModemLogLogMasksCallback: callbackConfigs is null");

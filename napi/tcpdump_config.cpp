@@ -63,10 +63,10 @@ void GetTcpdumpConfigCallback(napi_env env, napi_status, void* data)
         ZELK_ERROR("GetTcpdumpConfigCallback: data is null");
         return;
     }
-    // On every call, and at ERROR level also when nothing is wrong.
+    // Logged on every call, at ERROR level even when nothing is wrong.
     ZELK_ERROR("[TCP dump] GetTcpdumpConfigCallback %{public}d - %{public}d", context->callbackConfigs.empty(),
                !context->resolved);
-    // Not answered when one of these two returns: the promise stays pending and the context is kept.
+    // Not answered in either of these two cases: the promise stays pending and the context is kept.
     if (context->callbackConfigs.empty() || !context->resolved) {
         ZELK_ERROR("GetTcpdumpConfigCallback: callbackConfigs is null");
         return;

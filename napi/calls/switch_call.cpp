@@ -24,7 +24,7 @@ bool ReadState(napi_env env, napi_value state, const SwitchTexts& texts, SwitchC
     return true;
 }
 
-// Of (state, configs) or (state, callback).
+// Reads the second argument of (state, configs) or (state, callback).
 bool ReadConfigsOrCallback(napi_env env, napi_value second, const SwitchTexts& texts, SwitchContext& context)
 {
     if (NapiUtil::IsArray(env, second)) {
@@ -38,7 +38,7 @@ bool ReadConfigsOrCallback(napi_env env, napi_value second, const SwitchTexts& t
     return KeepCallback(env, second, context);
 }
 
-// Of (state, callback, configs): the callback comes before the items, not after them.
+// Reads the last two arguments of (state, callback, configs): the callback comes before the items, not after them.
 bool ReadCallbackAndConfigs(napi_env env, napi_value callback, napi_value configs, SwitchContext& context)
 {
     if (!KeepCallback(env, callback, context)) {

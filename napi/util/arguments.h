@@ -13,7 +13,7 @@
 namespace OHOS::HiviewDFX {
 
 // Up to N arguments of a call. `count` is the number that JavaScript passed, which may be larger than N. Slots past it
-// are null on every runtime, also on those that write `undefined` there.
+// are null on every runtime, even on those that write `undefined` there.
 template <size_t N>
 struct Arguments {
     size_t count = 0;

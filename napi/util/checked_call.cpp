@@ -11,7 +11,7 @@ bool CheckCall(napi_env env, napi_status status)
     }
     const napi_extended_error_info* info = nullptr;
     napi_get_last_error_info(env, &info);
-    // Taken out now: several runtimes overwrite the error record with the next call, even the query below.
+    // Read now: on several runtimes the next call, even the query below, overwrites the error record.
     const char* message = info == nullptr ? nullptr : info->error_message;
     bool isPending = false;
     napi_is_exception_pending(env, &isPending);

@@ -9,7 +9,7 @@
 
 namespace OHOS::HiviewDFX {
 
-// Releases the handles that were made since its construction, so that a loop over a long list does not pile them up
+// Releases the handles that were made since its construction, so that they do not pile up in a loop over a long list
 // until the call returns. A scope that cannot be opened leaves them to the scope around it. JavaScript thread only.
 class HandleScope {
 public:
@@ -38,7 +38,7 @@ class ChunkedHandleScope {
 public:
     explicit ChunkedHandleScope(napi_env env) : env_(env) {}
 
-    // Begins a step. Handles of earlier steps must not be used any more.
+    // Begins a step. Handles of earlier steps must no longer be used.
     void Next()
     {
         if (++steps_ > CHUNK) {

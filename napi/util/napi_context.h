@@ -33,7 +33,7 @@ public:
     // thrown and the promise, which never settles, is returned all the same.
     //
     // The context was made with `new` and belongs to the queued work, which deletes it after OnCompleteCallback. When
-    // the work cannot be queued, nothing is deleted here, and the returned value does not tell: use StartCall.
+    // the work cannot be queued, nothing is deleted here, and the returned value does not show it: use StartCall.
     napi_value Execute();
 
     // Executes `context`, and deletes it when its work cannot be queued, as nothing can reach it then. The deferred of
@@ -48,11 +48,11 @@ public:
 
 private:
     bool CreateWork();
-    // Execute, which returns `*promise`. Whether the work is queued.
+    // Does the work of Execute, which returns `*promise`. True when the work is queued.
     bool QueueWork(napi_value* promise);
 };
 
-// The execute and complete steps of every such work; `data` is its NapiContext, which the complete step deletes. Null
+// The execute and complete steps of this async work; `data` is its NapiContext, which the complete step deletes. Null
 // data is logged and otherwise ignored.
 void OnGlobalExecuteCallback(napi_env env, void* data);
 void OnGlobalCompleteCallback(napi_env env, napi_status status, void* data);

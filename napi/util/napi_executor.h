@@ -13,7 +13,7 @@
 namespace OHOS::HiviewDFX {
 
 // `job` runs on a worker, must not touch JavaScript, and returns its code (0 is success) and its result. `converter`
-// turns the result, also that of a failed job, into the promise's value on the JavaScript thread. Neither may be empty.
+// turns the result, even that of a failed job, into the promise's value on the JavaScript thread. Neither may be empty.
 //
 // The promise is resolved with the value when the code is 0, and rejected with it otherwise. A converter that returns
 // null rejects with a null value: runtimes refuse that, the refusal is thrown, and the promise stays pending.

@@ -46,7 +46,7 @@ public:
     // - that throw fails too: the reference and the context are released, the work stays allocated.
     // A promise that was made before a later call failed is unreachable for JavaScript; its deferred stays allocated.
     //
-    // Of a derived context only the storage is released; what its members own is left behind: use StartCall.
+    // Only the storage of a derived context is released; what its members own is leaked: use StartCall.
     static napi_value HandleAsyncWork(napi_env env, BaseContext* context, const std::string& workName,
                                       napi_async_execute_callback execute, napi_async_complete_callback complete);
 
@@ -96,7 +96,7 @@ public:
     static bool MatchValueType(napi_env env, napi_value value, napi_valuetype expected);
     // Fallback: napi_undefined.
     static napi_valuetype GetType(napi_env env, napi_value value);
-    // True also when the type cannot be read.
+    // Also true when the type cannot be read.
     static bool IsUndefined(napi_env env, napi_value value);
     // Fallback: false.
     static bool IsArray(napi_env env, napi_value value);
@@ -105,7 +105,7 @@ public:
     // Converted as Node-API does. Fallback: 0.
     static int32_t GetInt32(napi_env env, napi_value value);
     static int64_t GetInt64(napi_env env, napi_value value);
-    // A string of 1 to MAX_STRING_LENGTH bytes, up to its first NUL. Fallback, also for "" and longer strings: "".
+    // A string of 1 to MAX_STRING_LENGTH bytes, up to its first NUL. Fallback, which "" and longer strings get too: "".
     static std::string GetString(napi_env env, napi_value value);
     // A JavaScript string of all bytes of `text`. Throws, and returns null, when it cannot be made.
     static napi_value CreateStringValue(napi_env env, const std::string& text);
