@@ -1,5 +1,5 @@
-// The checked vsnprintf ends the process for a numbered argument that the format leaves out. What it checks otherwise
-// is the size of the buffer, and that there is no %n.
+// The checked vsnprintf aborts the process when the format skips a numbered argument. Otherwise it checks only the size
+// of the buffer, and that there is no %n.
 #undef _FORTIFY_SOURCE
 
 #include "format.h"
@@ -25,7 +25,7 @@ const char* AfterMarker(const char* text)
     return text;
 }
 
-// Where flags, number of the argument, width, precision and length end, in whatever order. What an unusual order means
+// Where the flags, argument number, width, precision and length end, in whatever order. What an unusual order means
 // is up to the C library, and so is whether a percent sign after it ends this conversion or begins the next.
 const char* AfterLayout(const char* text)
 {
@@ -73,7 +73,7 @@ bool AppendFormat(std::string& out, const char* format, std::va_list args)
     va_end(first);
     const size_t end = start + static_cast<size_t>(std::max(size, 0));
     if (end > out.size()) {
-        out.reserve(end + 1); // With the end of the line, for which a long text should not move.
+        out.reserve(end + 1); // With room for the end of the line, so that a long text need not move.
         out.resize(end);
         errno = error;
         size = std::vsnprintf(&out[start], end - start + 1, plain.c_str(), args);

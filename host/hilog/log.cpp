@@ -46,7 +46,7 @@ int HiLogPrint(LogType /*type*/, LogLevel level, unsigned int domain, const char
     try {
         written =
             PrintLine(sink, known, domain, tag == nullptr ? "(null)" : tag, fmt == nullptr ? "(null)" : fmt, args);
-    } catch (const std::exception&) { // Memory is short, or the line is too long for a string.
+    } catch (const std::exception&) { // Out of memory, or the line is too long for a string.
         written = sink.Lose(known);
     }
     va_end(args);

@@ -17,7 +17,7 @@ namespace {
 constexpr const char* FILE_VARIABLE = "HILOG_FILE";
 constexpr mode_t FILE_MODE = 0644;
 
-// Makes "\n" of every line feed from `start` on. Works from the end, so that a long text is moved only once.
+// Turns every line feed from `start` on into "\n". Works from the end, so that a long text is moved only once.
 void EscapeLineFeeds(std::string& text, size_t start)
 {
     const auto count = std::count(text.begin() + static_cast<std::ptrdiff_t>(start), text.end(), '\n');
@@ -36,7 +36,7 @@ void EscapeLineFeeds(std::string& text, size_t start)
 
 LogOutput::LogOutput()
 {
-    tzset(); // After this localtime_r does not read TZ, which threads other than the first may not do.
+    tzset(); // After this localtime_r does not read TZ, which only the first thread may do.
     const std::string_view name = Setting(FILE_VARIABLE);
     if (name.empty()) {
         return;

@@ -35,7 +35,7 @@ private:
     std::string LossReport(size_t lost) ZELK_REQUIRES(mutex);
 
     int descriptor_ = STDERR_FILENO;
-    bool isRegularFile_ = false;  // Never so for standard error, which a program may replace.
+    bool isRegularFile_ = false;  // Always false for standard error, which a program may replace.
     std::atomic<size_t> lost_{0}; // Lines lost and not yet reported.
     // The last line written lacks its end.
     bool isBrokenOff_ ZELK_GUARDED_BY(mutex) = false;

@@ -12,12 +12,12 @@
 
 namespace OHOS::Host {
 
-// All lines of the process pass through it: it shows them to the capture and writes them, one after the other. Any
+// All lines of the process pass through it: it shows them to the capture and writes them, one at a time. Any
 // thread may call any method. It lives from the load of the library, when the settings are read, to the end.
 //
 // A program must not be held up by the reader of its log: a line waits at most 100 ms, for the lines before it and for
-// the reader together, and is then lost. After that no line waits until one is written again; a report of how many were
-// lost precedes it. This is why the sink is not spdlog, whose sinks wait as long as it takes.
+// the reader together, and is then lost. After that no line waits at all, until one is written again, preceded by a
+// report of how many were lost. This is why the sink is not spdlog, whose sinks wait as long as it takes.
 class LogSink {
 public:
     static LogSink& Instance();
@@ -48,7 +48,7 @@ private:
     const int level_; // The lowest one that is written.
 
     LogOutput output_;
-    std::atomic<bool> isStuck_{false}; // A line waited for the reader in vain, and none was written since.
+    std::atomic<bool> isStuck_{false}; // A line waited for the reader in vain; none was written since.
 
     std::mutex captureMutex_; // Taken after the output's where both are.
     LogCapture capture_ ZELK_GUARDED_BY(captureMutex_);

@@ -11,7 +11,7 @@
 
 namespace OHOS::Host {
 
-// Unlike std::timed_mutex, which some C++ libraries make of a mutex and a condition variable, it is one lock of the
+// Unlike std::timed_mutex, which some C++ libraries build from a mutex and a condition variable, it is one lock of the
 // system: a thread that holds it during a fork can release it in the child.
 class ZELK_LOCK TimedMutex {
 public:

@@ -15,7 +15,7 @@ namespace OHOS::Host {
 
 namespace {
 
-// Whether a terminal obeys the character in place of showing it.
+// Whether a terminal obeys the character instead of showing it.
 bool IsControl(uint32_t character)
 {
     const auto isIn = [character](uint32_t first, uint32_t last) {
@@ -31,7 +31,7 @@ struct Character {
     size_t size; // In bytes.
 };
 
-// The first character of a text in UTF-8. A byte that begins none is taken as one.
+// The first character of a text in UTF-8. A byte that begins no character counts as one.
 Character FirstOf(std::string_view text)
 {
     const auto lead = static_cast<uint8_t>(text.front());

@@ -25,8 +25,8 @@ public:
     {
         sigemptyset(&signal_);
         sigaddset(&signal_, SIGPIPE);
-        // A program that ignores or handles the signal is safe already. One that is pending already changes nothing
-        // when it is raised again, and is the program's own.
+        // A program that ignores or handles the signal is already safe. A signal that is already pending is the
+        // program's own, and raising it again changes nothing.
         struct sigaction action {};
         sigset_t pending;
         isBlocking_ = sigaction(SIGPIPE, nullptr, &action) == 0 && action.sa_handler == SIG_DFL &&
@@ -65,7 +65,7 @@ ssize_t TrySocket(int descriptor, std::string_view text)
     return send(descriptor, text.data(), text.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
 }
 
-// A pipe that has room has it for this much.
+// A pipe that has room has room for this much.
 ssize_t TryBlocking(int descriptor, std::string_view text)
 {
     pollfd room{descriptor, POLLOUT, 0};
@@ -102,7 +102,7 @@ size_t WriteBy(TryWrite tryWrite, int descriptor, std::string_view text, Deadlin
     return written;
 }
 
-// Opened anew each time: a descriptor that stays open would keep the pipe's reader from seeing the end of file.
+// Opened each time: a descriptor that stays open would keep the pipe's reader from seeing the end of file.
 size_t WriteToOwnDescription(int descriptor, std::string_view text, Deadline deadline)
 {
     const std::string path = "/proc/self/fd/" + std::to_string(descriptor);

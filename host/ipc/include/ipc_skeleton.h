@@ -9,7 +9,7 @@ namespace OHOS {
 class __attribute__((visibility("default"))) IPCSkeleton {
 public:
     // The full token id of the caller. On a desktop: the value of the environment variable OHOS_FULL_TOKEN_ID, a system
-    // application's id when it is unset or empty, and 0, which has no rights, when it is not a number of 64 bits. It is
+    // application's id when it is unset or empty, and 0, which has no rights, when it is not a 64-bit number. It is
     // read when the library is loaded and on every call on the process's first thread; other threads get what was read
     // last.
     static uint64_t GetCallingFullTokenID();

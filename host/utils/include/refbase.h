@@ -8,13 +8,13 @@
 
 namespace OHOS {
 
-// The counts of one object. It outlives the object for as long as a weak pointer looks at it.
+// The counts of one object. It outlives the object for as long as a weak pointer refers to it.
 class __attribute__((visibility("default"))) RefCounter {
 public:
     void IncStrong();
     // True when this was the last strong reference: the caller then destroys the object.
     bool DecStrong();
-    // Takes a strong reference unless the object is gone already.
+    // Takes a strong reference unless the object is already gone.
     bool TryIncStrong();
     int StrongCount() const;
     void IncWeak();
