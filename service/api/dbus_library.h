@@ -9,7 +9,7 @@
 namespace OHOS::Host {
 
 // The function that libzelk_dbus exports under this name sets `source` to the proxies of the log service on the bus
-// at `address`; it stays empty when memory is short. It does not connect. `onInvalid` is called, on any thread, each
+// at `address`; it stays empty when memory runs out. It does not connect. `onInvalid` is called, on any thread, each
 // time a proxy is asked for and libsystemd refuses the address.
 constexpr const char* DBUS_SOURCE_FUNCTION = "ZelkDbusProxySource";
 using DbusSourceFunction = void (*)(const std::string& address, void (*onInvalid)(), ProxySource& source);

@@ -1,4 +1,4 @@
-// The log service's operations as data: the one list for whatever handles all of them alike.
+// The log service's operations as data: the one list for all code that handles them alike.
 #ifndef SERVICE_API_OPERATIONS_H
 #define SERVICE_API_OPERATIONS_H
 
@@ -45,13 +45,13 @@ struct BreakOff {
 // What a call came to.
 struct Outcome {
     int32_t code = 0; // The service's, or an IpcCode.
-    Value answer;     // Of the operation's type; or nothing, where there is none.
+    Value answer;     // Of the operation's type; Nothing where there is none.
     std::optional<BreakOff> why;
 };
 
 struct Operation {
-    const char* method; // Its name on D-Bus, which no other has.
-    const char* name;   // Its name in C++, which a switch has without and with items.
+    const char* method; // Its name on D-Bus, which no other operation has.
+    const char* name;   // Its name in C++, which is the same for a switch with and without items.
     std::array<Type, MOST_ARGUMENTS> arguments;
     Type answer;
     // Calls it on `service` with arguments of these types, which it may change.
@@ -106,7 +106,7 @@ constexpr Operation Of(const char* name)
     return Of<OPERATION>(name, name);
 }
 
-// Two whose answer is not their last parameter.
+// Calls of the two operations whose answer is not their last parameter.
 inline int32_t SwitchBluetooth(Service& service, bool on, Nothing&)
 {
     return service.HandleBluetoothCallPcmLogSwitch(on);
@@ -181,7 +181,7 @@ public:
     virtual Outcome Call(const Operation& operation, const Arguments& arguments) = 0;
 };
 
-// A log service that handles all operations in one way: by Call.
+// A log service that handles all operations the same way: by Call.
 class __attribute__((visibility("default"))) ForwardedService : public LogService {
 public:
     int32_t GetModemLogConfig(Texts& keys, Texts& values) final

@@ -13,7 +13,7 @@ namespace OHOS::Host {
 using ProxySource = std::function<sptr<LogService>(std::string& whyNot)>;
 
 // From now on every Client::GetProxy of the process returns the result of `source`, even null, instead of following
-// ZELK_LOG_SERVICE. An empty function undoes this. `source` is called on any thread, also on several at once.
+// ZELK_LOG_SERVICE. An empty function undoes this. `source` is called on any thread, even on several at once.
 __attribute__((visibility("default"))) void SetProxySource(ProxySource source);
 
 // What Client::GetProxy returns, with the reason in `whyNot` when it is null. Any thread.

@@ -42,7 +42,7 @@ std::string Escaped(std::string_view path)
     return escaped;
 }
 
-// As libsystemd finds the buses.
+// Finds the bus as libsystemd does.
 BusSetting ReadBus(std::string_view service)
 {
     if (service == "session") {

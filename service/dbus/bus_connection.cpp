@@ -18,7 +18,7 @@ using std::chrono::steady_clock;
 
 constexpr const char* OWNER_NOTICE = "NameOwnerChanged";
 
-// How long an answer is awaited from a connection that does not own the service's name any more.
+// How long an answer is awaited from a connection that no longer owns the service's name.
 constexpr std::chrono::seconds PATIENCE_WITH_FORMER_OWNER(1);
 
 microseconds TimeUntil(Deadline deadline)
@@ -61,7 +61,7 @@ IpcCode CodeOf(const BusMessage& answer)
                                                                                          : IPC_ERROR_ANSWER;
 }
 
-// `answer` is the bus's to the request that it start the service, if there is one.
+// `answer` is what the bus answered, if anything, to the request to start the service.
 std::string WhyNotStarted(const BusMessage& answer)
 {
     if (!answer) {
@@ -230,7 +230,7 @@ void BusConnection::Wait(Deadline deadline)
     }
 }
 
-// Follows the notices first and asks afterwards, so that no change falls in between.
+// Follows the notices first and asks afterwards, so that no change is missed in between.
 int BusConnection::WatchService(Deadline deadline)
 {
     const std::string rule = std::string("type='signal',sender='") + BUS_NAME + "',interface='" + BUS_NAME +

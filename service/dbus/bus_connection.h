@@ -60,7 +60,7 @@ private:
     bool ProcessOne(BusMessage& message);
     // Updates the owner of the service's name if `message` is a notice about it.
     void FollowOwner(const BusMessage& message);
-    // Whether `call` went to an owner of the service's name after whom there is another one already.
+    // Whether `call` went to an owner of the service's name that another has since replaced.
     bool HasPassedFrom(const BusMessage& call) const;
     void Wait(Deadline deadline);
 

@@ -11,7 +11,7 @@ namespace {
 
 using std::chrono::steady_clock;
 
-// The usual number of a runtime's worker threads. So many connections may stay open.
+// The usual number of a runtime's worker threads. This many connections may stay open.
 constexpr size_t FEW = 4;
 
 } // namespace
@@ -49,11 +49,11 @@ void BusPool::Release(std::unique_ptr<BusConnection> connection) noexcept
             StartClosing();
         }
     } catch (const std::exception&) {
-        // Memory is short: the connection is closed at once, or the idle ones at a later time.
+        // Out of memory: the connection is closed at once, or the idle ones later.
     }
 }
 
-// The connection that was used last, so that calls one after the other leave the others alone.
+// The connection that was used last, so that successive calls leave the others idle.
 std::unique_ptr<BusConnection> BusPool::AcquireIdle()
 {
     const std::lock_guard<std::mutex> lock(mutex_);
@@ -81,7 +81,7 @@ void BusPool::StartClosing()
 bool BusPool::CloseIdle()
 {
     while (true) {
-        std::unique_ptr<BusConnection> closed; // When the lock has been released.
+        std::unique_ptr<BusConnection> closed; // Destroyed when the lock has been released.
         const std::lock_guard<std::mutex> lock(mutex_);
         if (idle_.size() <= FEW) {
             isClosing_ = false;

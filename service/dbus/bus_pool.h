@@ -14,15 +14,15 @@
 namespace OHOS::Host {
 
 // Every call has a connection to itself while it lasts, so that calls of several threads are in flight at once and no
-// extra thread has to read for all of them. There are as many connections as there have been calls at the same time;
-// none before the first call. A connection that was idle for a while is closed, but for a few. May be used from any
+// extra thread has to read for all of them. There are as many connections as there have been calls at the same time,
+// and none before the first call. All but a few are closed after being idle for a while. May be used from any
 // thread.
 class BusPool : public std::enable_shared_from_this<BusPool> {
 public:
     using Duration = std::chrono::steady_clock::duration;
 
-    // `onInvalid` is called, on any thread, each time libsystemd refuses the bus's address. A connection is closed when
-    // it was idle for `idleLimit`, or a little longer.
+    // `onInvalid` is called, on any thread, each time libsystemd refuses the bus's address. A connection is closed
+    // after being idle for `idleLimit`, or a little longer.
     BusPool(std::string address, void (*onInvalid)(), Duration idleLimit = std::chrono::seconds(10));
 
     // Lends the caller an open connection; or returns a negative errno when the bus cannot be reached in time.
@@ -39,8 +39,8 @@ private:
 
     std::unique_ptr<BusConnection> AcquireIdle();
 
-    // Closes what was idle for too long, in a thread that there is only while there are more than a few connections:
-    // the calls of a usual runtime never start it.
+    // Closes what was idle for too long, in a thread that exists only while there are more than a few connections: the
+    // calls of a usual runtime never start it.
     void StartClosing() ZELK_REQUIRES(mutex_);
     // False when only a few connections are left.
     bool CloseIdle();

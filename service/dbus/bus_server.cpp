@@ -21,11 +21,11 @@ using std::chrono::microseconds;
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
-// How long the bus may take to accept an answer, also when the end was requested.
+// How long the bus may take to accept an answer, before and after the end was requested.
 constexpr milliseconds PATIENCE(3000);
 constexpr milliseconds LAST_PATIENCE(200);
 
-// A probe finds answers that were sent this long ago at most; it has the rest of the time to be answered.
+// A probe finds answers that were sent at most this long ago; the rest of the time is for its own answer.
 constexpr milliseconds PROBE_INTERVAL(1000);
 constexpr milliseconds PROBE_PATIENCE = PATIENCE - PROBE_INTERVAL;
 
@@ -61,7 +61,7 @@ milliseconds TimeUntil(steady_clock::time_point time)
     return std::max(std::chrono::ceil<milliseconds>(time - steady_clock::now()), milliseconds::zero());
 }
 
-// As poll() does, for ever when `limit` is negative, but a signal is no failure.
+// Waits as poll() does, forever when `limit` is negative, but a signal is not a failure.
 void Poll(std::array<pollfd, 2>& descriptors, milliseconds limit)
 {
     if (poll(descriptors.data(), descriptors.size(), static_cast<int>(limit.count())) < 0) {
@@ -88,8 +88,8 @@ void BusServer::Connect(uint64_t flags)
     Checked(adaptor_.Export(bus.get()), "cannot export the service");
     const int result = sd_bus_request_name(bus.get(), SERVICE_NAME, flags | SD_BUS_NAME_ALLOW_REPLACEMENT);
     Checked(result, result == -EEXIST ? "another process serves it already" : "cannot own the name");
-    // Only now is the old connection closed. The bus, which reads nothing from it, does not notice that: the name would
-    // have stayed taken.
+    // The old connection is closed only now: the bus, which reads nothing from it, would not have noticed, and the name
+    // would have stayed taken.
     sign_.reset();
     hasServed_ = false;
     bus_ = std::move(bus);
@@ -104,7 +104,7 @@ void BusServer::TakeOver()
             if (error.code() != std::errc::timed_out) {
                 throw;
             }
-            // The whole bus is stopped. It may be continued.
+            // The whole bus is stopped. It may resume.
         }
     }
 }
@@ -133,7 +133,7 @@ void BusServer::ReleaseName()
 {
     sd_bus_set_method_call_timeout(bus_.get(), duration_cast<microseconds>(LAST_PATIENCE).count());
     if (sd_bus_release_name(bus_.get(), SERVICE_NAME) == -ETIMEDOUT) {
-        // Without this the bus would keep the name for as long as it does not notice that the process has ended.
+        // Without this the bus would keep the name until it notices that the process has ended.
         TakeOver();
         sd_bus_release_name(bus_.get(), SERVICE_NAME);
     }
@@ -144,7 +144,7 @@ bool BusServer::HasUnsent() const
     return (Checked(sd_bus_get_events(bus_.get()), BUS_LOST) & POLLOUT) != 0;
 }
 
-// sd_bus_flush() has no limit of time.
+// sd_bus_flush() has no time limit.
 bool BusServer::Flush(int end)
 {
     if (!HasUnsent()) {
@@ -170,7 +170,7 @@ bool BusServer::Flush(int end)
 
 // sd_bus_process() takes one step of several: it sends, tells tracking objects that they are empty, or reads and serves
 // a call, in this order. An answer of which only a part could be sent does not count as a step. A new tracking object
-// is empty, and so no call is read.
+// is empty, so no call is read.
 void BusServer::SendSome()
 {
     sd_bus_track* track = nullptr;
@@ -227,7 +227,7 @@ int BusServer::OnMessage(sd_bus_message* message, void* object, sd_bus_error*)
                std::string_view(name) == SERVICE_NAME) {
         server->isNameLost_ = true;
     }
-    return 0; // It goes on to whom it is for.
+    return 0; // The message goes on to its own handler.
 }
 
 } // namespace OHOS::Host

@@ -11,14 +11,14 @@
 
 namespace OHOS::Host {
 
-// Everything runs in the thread that calls these functions. They throw std::runtime_error when the service cannot be
-// served (any more), with the reason.
+// Everything runs in the thread that calls these functions. They throw std::runtime_error, with the reason, when the
+// service cannot, or can no longer, be served.
 //
 // The bus counts the answers that its clients have not read against the service's connection, and reads no more from
 // that connection once they reach a limit. A client that reads nothing could stop the service for all others in this
 // way. A connection from which the bus takes nothing for 3 s is therefore given up, with the answers in it: a new one
-// takes the name over, and the service's state is kept. For this the name is owned in such a way that it can be taken,
-// by anyone whom the bus lets own it. A server whose name was taken by somebody else stops.
+// takes the name over, and the service's state is kept. To allow this, the name is owned so that it can be taken, by
+// anyone whom the bus lets own it. A server whose name was taken by somebody else stops.
 class BusServer {
 public:
     // Connects to `bus`, which is "session", "system" or an address, and owns the name there if nobody else does.
@@ -26,8 +26,8 @@ public:
     BusServer(const BusServer&) = delete;
     BusServer& operator=(const BusServer&) = delete;
 
-    // Serves calls one after the other until `end`, a file descriptor, is readable, which callers that never pause, or
-    // that read no answers, cannot delay.
+    // Serves calls one at a time until `end`, a file descriptor, is readable. Callers that never pause, or that
+    // read no answers, cannot delay that.
     void ServeUntil(int end);
 
     // Gives the name back. Waits for the bus, so that the service cannot be found afterwards.
@@ -47,10 +47,10 @@ private:
     // Sends as much as the bus takes now, and serves no call.
     void SendSome();
 
-    // While calls are served the bus is asked for a sign of life now and then, which it gives after it has taken what
+    // While calls are served, the bus is asked for a sign of life now and then, which it gives after it has taken what
     // was sent before. To be called when nothing is left to read. Returns false when the sign is overdue.
     bool Probe();
-    // Until when nothing has to be done unless something arrives; negative for ever. As poll() takes it.
+    // How long nothing has to be done unless something arrives, in the form that poll() takes: negative is forever.
     std::chrono::milliseconds WaitTime() const;
 
     static int OnMessage(sd_bus_message* message, void* server, sd_bus_error* error);

@@ -34,7 +34,7 @@ public:
     // Offers the service at its path on `bus` for as long as this object lives. Returns a negative errno on failure.
     int Export(sd_bus* bus);
 
-    // Serves `call`, of a method that stands for the operation. Returns what a handler of sd-bus must return.
+    // Serves `call`, whose method stands for the operation. Returns what a handler of sd-bus must return.
     int Serve(const Operation& operation, sd_bus_message* call);
 
     // Appends the value of the property of this name to `reply`. Returns a negative errno on failure.

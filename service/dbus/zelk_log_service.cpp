@@ -36,7 +36,7 @@ int g_endRequested = -1;
 
 void OnEndSignal(int)
 {
-    // Another one neither prolongs the end nor interrupts it.
+    // A second signal neither delays the end nor interrupts it.
     std::signal(SIGTERM, SIG_IGN);
     std::signal(SIGINT, SIG_IGN);
     g_isEnding = 1;

@@ -19,7 +19,7 @@ struct Item {
 std::optional<Item> ParseItem(std::string_view text);
 
 // `text` as a JSON string with its quotes. Bytes that are not UTF-8 stay as they are. A string that becomes longer than
-// `most` is left off there.
+// `most` is cut off there.
 std::string JsonString(std::string_view text, size_t most = std::string::npos);
 
 } // namespace OHOS::Host

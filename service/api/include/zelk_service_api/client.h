@@ -17,8 +17,8 @@ namespace OHOS::HiviewDFX {
 // The order of the virtual operations is part of the binary interface. All of them may be called from any thread.
 class __attribute__((visibility("default"))) Client {
 public:
-    // The service, or null when it cannot be reached now. Where the service is looked for was decided by the
-    // environment variable ZELK_LOG_SERVICE when this library was loaded (see docs/desktop.md).
+    // The service, or null when it cannot be reached now. Where this looks was decided by the environment variable
+    // ZELK_LOG_SERVICE when this library was loaded (see docs/desktop.md).
     virtual sptr<IZelkLogService> GetProxy();
 
     // Calls the stored callbacks in the order of their names. Nothing else is needed, because every GetProxy looks for

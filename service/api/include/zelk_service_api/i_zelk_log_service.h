@@ -14,7 +14,7 @@ namespace OHOS::HiviewDFX {
 // interface: new ones go to the end, and the destructor is left implicit so that it follows them. Reserved slots are
 // operations of the service that this library does not offer.
 //
-// Every operation returns the service's code, 0 for success, and may be called from any thread, also from several at
+// Every operation returns the service's code, 0 for success, and may be called from any thread, even from several at
 // once. Lists of configuration items hold one text per item, of the form {"configKey":"KEY","value":VALUE}. What the
 // service answers is written to the reference arguments; a call that did not reach it leaves them untouched.
 class __attribute__((visibility("default"))) IZelkLogService : public virtual RefBase {
