@@ -1,4 +1,4 @@
-// The way of one call through the module, against the least that a call on Node-API can be.
+// The path of one call through the module, against the least that a call on Node-API can be.
 import { addon, compare, now } from './lib/rounds.mjs';
 
 const zelk = addon('zelklogservice');

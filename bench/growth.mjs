@@ -1,10 +1,11 @@
-// How long so many items, texts and replies take, from ten to a million: the columns that growth.gp draws, in
-// nanoseconds of the thread that does the work, the least of some rounds.
+// How long ten to a million items, texts and replies take: the columns that growth.gp draws, in nanoseconds
+// of the thread that does the work, the least of several rounds.
 import { execFileSync } from 'node:child_process';
 import { fileURLToPath } from 'node:url';
 import { addon } from './lib/rounds.mjs';
 
-// The module writes no lines, has the service in the process, and serves it, whatever the environment says.
+// The module writes no lines, has the service in the process, and serves this process, whatever the
+// environment says.
 Object.assign(process.env, {
   HILOG_LEVEL: 'X', HILOG_FILE: '', OHOS_FULL_TOKEN_ID: '', ZELK_LOG_SERVICE: 'embedded',
 });
@@ -16,7 +17,7 @@ const COUNTS = [10, 100, 1_000, 10_000, 100_000, 1_000_000];
 const BATCH = 20_000;
 const ROUNDS = 7;
 
-// The items are complete when the call returns; the rest of it is waited for and not counted.
+// The items are complete when the call returns; the rest of the call is awaited but not counted.
 function items(count) {
   const list = Array.from({ length: count }, (_, i) => ({
     configKey: `key${i}`,

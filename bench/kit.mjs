@@ -68,7 +68,7 @@ const sides = [
   () => withHandler(async () => true, (service) => keptOfMillion(() => service.clear())),
   () => keptOfMillion(() => {}),
 ];
-// The runtime's own pools grow with the calls in flight: here to more than are measured.
+// The runtime's own pools grow with the calls in flight: here more run at once than are measured.
 await withHandler(() => true,
   () => Promise.all(Array.from({ length: WARM_UP }, () => zelk.getModemLogStatus())));
 const kept = [];

@@ -1,5 +1,5 @@
-// The bytes of native memory that are left of a million calls.
-// Wants node --expose-gc and MALLOC_ARENA_MAX=1, so that all native memory is in the arena that is looked at.
+// The bytes of native memory that a million calls leave allocated. Needs node --expose-gc and
+// MALLOC_ARENA_MAX=1, so that all native memory is in the arena that is looked at.
 import { addon, report, roundsOf } from './lib/rounds.mjs';
 
 const zelk = addon('zelklogservice');
@@ -30,7 +30,7 @@ async function keptOfMillion(call) {
   return (allocatedBytes() - before) * BATCHES;
 }
 
-// The runtime's own pools grow with the calls in flight: here to more than are measured.
+// The runtime's own pools grow with the calls in flight: here more run at once than are measured.
 for (const call of sides) {
   await Promise.all(Array.from({ length: WARM_UP }, call));
   await callOften(call, 100_000);

@@ -3,8 +3,9 @@
 //   node bench/run.mjs [--json | --once] [GROUP…]
 //
 // Groups: calls bus values text log memory load command kit; all by default. With --json the table is a JSON
-// array. With --once each row is measured once and without its target, to see that it still can be measured.
-// Exit status: 1 when a target is missed by more than the noise of its own measuring, 0 otherwise.
+// array. With --once each row is measured once and without its target, to check that it can still be
+// measured.
+// Exit status: 1 when a target is missed by more than the measure's own noise, 0 otherwise.
 import { execFileSync } from 'node:child_process';
 import {
   copyFileSync, existsSync, mkdirSync, mkdtempSync, readFileSync, rmSync, statSync, writeFileSync,
@@ -71,7 +72,7 @@ const bus = () => withService(
   (address) => [program('zelk-log-service'), ['--address', address]], answersCalls,
   (address) => node('bus.mjs', { ZELK_LOG_SERVICE: address }));
 
-// Makes the package unless it is that of these sources already.
+// Makes the package unless there already is one of these sources.
 function pack() {
   const stamp = path.join(root, 'build/pack/commit');
   const wanted = run(path.join(root, 'scripts/prepack.sh'), ['--stamp']);
@@ -80,8 +81,8 @@ function pack() {
   }
 }
 
-// Puts the package as its user has it into `folder`, and beside it one of the same package.json with an empty
-// addon. Gives the paths of both.
+// Installs the package into `folder` as a user does, and beside it one with the same package.json and an
+// empty addon. Returns the paths of both.
 function installPackages(folder) {
   pack();
   const { name, version } = JSON.parse(readFileSync(path.join(root, 'package.json'), 'utf8'));

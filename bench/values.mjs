@@ -1,4 +1,4 @@
-// Arguments that become items, and replies that become objects. All of it happens on the JavaScript thread,
+// Arguments that become items, and replies that become objects. All of this happens on the JavaScript thread,
 // whose own time is measured.
 import assert from 'node:assert/strict';
 
@@ -38,7 +38,7 @@ const lists = (i) => ({
 });
 const itemsOf = (length, item) => Array.from({ length }, (_, i) => item(i));
 
-// The items are complete when the call returns; the rest of it is waited for and not counted.
+// The items are complete when the call returns; the rest of the call is awaited but not counted.
 const toItems = (items) => async () => {
   let answer;
   const time = timeOf(() => {
@@ -69,7 +69,7 @@ const reply = JSON.stringify(members);
 const toObject = (convert) => () => timeOf(() => convert(reply, {})) / SOME;
 await compare('reply', ROUNDS, toObject(parts.convertReply), toObject(bareReply.setMembers));
 
-// Parts of a reply that cost time without becoming properties, whose number is up to whoever stored the text.
+// Parts of a reply that cost time without becoming properties; whoever stored the text chose their number.
 const partsOf = (count) => {
   const list = (part) => `[${Array(count).fill(part)}]`;
   const depth = 500;

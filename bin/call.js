@@ -93,7 +93,7 @@ function callUnsupported(method, args, end) {
 function outcomeOf(method, { args, unsupported }, seconds) {
   return new Promise((resolve) => {
     const end = (kind, value) => resolve({ kind, value });
-    // Neither keeps the process alive. It ends by itself when nothing is under way any more.
+    // Neither keeps the process alive. It ends by itself when nothing is under way.
     process.once('beforeExit', () => end('silent'));
     setTimeout(() => end('late'), seconds * 1000).unref();
     try {

@@ -125,7 +125,7 @@ function collectItems(word, items = []) {
   return items;
 }
 
-// Loaded where it is wanted only: commands are to start quickly.
+// Loaded only where it is needed, so that commands start quickly.
 const help = () => require('./help.js');
 const itemsHelp = () => help().ITEMS;
 

@@ -51,7 +51,7 @@ install(CODE "
     set(link \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}/zelklog\")
     file(CREATE_LINK ../${folder}/bin/zelklog \"\$ENV{DESTDIR}\${link}\" SYMBOLIC)
     list(APPEND CMAKE_INSTALL_MANIFEST_FILES \"\${link}\")")
-# This is the last rule. scripts/install.sh needs no manifest, and whoever runs it may have no right to write one.
+# This is the last rule. scripts/install.sh needs no manifest, and the user who runs it may not be allowed to write one.
 install(CODE "
     if(DEFINED ENV{ZELK_DESTDIR})
         return()

@@ -2,7 +2,7 @@ import zelklogservice from './index.js';
 
 export default zelklogservice;
 
-// An ES module's exports cannot be made of an object's properties, so each function is named here.
+// An ES module's exports cannot be made from an object's properties, so each function is named here.
 export const {
   getModemLogConfig,
   getModemLogDirectPackConfig,

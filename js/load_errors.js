@@ -3,7 +3,7 @@
 // The requirements of this package, as errors that say in one line what is missing and what to do about it.
 // In a bundle, `require` and __dirname may be missing: only the functions that need them look for them.
 
-// An error that prints as its message alone: a stack trace does not help to install something.
+// An error that prints as its message alone: a stack trace does not help with installing something.
 function plainError(code, message, cause) {
   var error = new Error('zelklogservice: ' + message);
   error.code = code;

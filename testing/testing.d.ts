@@ -70,7 +70,7 @@ export interface ServiceRequest {
 /** A log service that a test uses in place of the process's own. */
 export interface LogService {
   /**
-   * The requests in the order of their arrival, also those without a handler. `requests.length = 0` empties it. A
+   * The requests in the order of their arrival, including those without a handler. `requests.length = 0` empties it. A
    * request that finds it frozen is answered like any other, and is missing there; {@link restore} says so.
    */
   readonly requests: ServiceRequest[];
@@ -108,8 +108,8 @@ declare global {
 }
 
 /**
- * Replaces the process's log service until {@link LogService.restore}. Calls from all threads reach it. A second one in
- * the same thread is in front of the first until it is restored.
+ * Replaces the process's log service until {@link LogService.restore}. Calls from all threads reach it. A second
+ * service in the same thread is in front of the first until it is restored.
  *
  * A call that waits for its handler holds one of the runtime's worker threads: four, unless `UV_THREADPOOL_SIZE` says
  * otherwise. A handler that itself needs such a thread, for example to read a file, while all of them wait for
@@ -161,13 +161,13 @@ export interface LogCapture {
 /**
  * Captures every line from now on, whatever the level in force and whichever thread logs it. Lines are still written as
  * before. Any number of captures may run at the same time. Each keeps every line, in memory, until it is stopped or its
- * environment ends: about 140 bytes for each line that was not read yet, and more for those that were.
+ * environment ends: about 140 bytes for each line that has not been read yet, and more for those that have.
  */
 export function captureLog(): LogCapture;
 
 /**
  * Sets the identity of the process, in all threads. The last call wins. What a worker thread has set ends with that
- * thread; then the latest call of the threads that live holds.
+ * thread; then the latest call of the remaining threads counts.
  *
  * @param caller Whether the process is a system application, or its full token id; null restores the environment's.
  * @throws {TypeError} `caller` is none of these.

@@ -13,7 +13,7 @@ const INT32 = { least: -(2 ** 31), most: 2 ** 31 - 1 };
 const SYSTEM_APPLICATION = BigInt(0x100000001);
 const OTHER_APPLICATION = BigInt(1);
 
-// By name, the type that an operation answers with.
+// The type of each operation's answer, by name.
 const OPERATIONS = Object.fromEntries(addon.operations.map(({ name, answer }) => [name, answer]));
 
 function codedError(code, message) {
@@ -34,7 +34,7 @@ function kindOf(value) {
 
 const isText = (value) => typeof value === 'string' || types.isUint8Array(value);
 
-// A text that no runtime could make a string of would never reach the caller.
+// A text that no runtime could turn into a string would never reach the caller.
 function checkLength(operation, text) {
   const size = typeof text === 'string' ? Buffer.byteLength(text) : text.length;
   if (size > constants.MAX_STRING_LENGTH) {
@@ -171,7 +171,7 @@ function logService(handlers = {}, options = {}) {
   const unlisted = [];
   let isRestored = false;
 
-  // Keeps a mistake for restore(), also when the test has frozen the list that shows it.
+  // Keeps a mistake for restore(), even when the test has frozen the list that shows it.
   function report(error) {
     try {
       errors.push(error);

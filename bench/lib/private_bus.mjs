@@ -1,4 +1,4 @@
-// A bus of its own with a log service on it, for as long as `use` runs.
+// A private bus with a log service on it, for as long as `use` runs.
 import { spawn } from 'node:child_process';
 import { once } from 'node:events';
 import { mkdtempSync, rmSync } from 'node:fs';

@@ -19,11 +19,11 @@ export function report(measure, rounds) {
   console.log(JSON.stringify({ measure, rounds }));
 }
 
-// `ours` and `theirs` each run one batch and give the time of it per unit of work.
+// `ours` and `theirs` each run one batch and give its time per unit of work.
 export async function compare(measure, rounds, ours, theirs) {
   const measured = [];
   for (let round = -WARM_UP; round < roundsOf(rounds); ++round) {
-    // In this order, what changes steadily meanwhile falls on both sides alike.
+    // In this order, a steady drift affects both sides alike.
     const sums = [await ours(), await theirs()];
     sums[1] += await theirs();
     sums[0] += await ours();
@@ -34,7 +34,7 @@ export async function compare(measure, rounds, ours, theirs) {
   report(measure, measured);
 }
 
-// Nanoseconds between two points of time, also while this thread waits.
+// A clock in nanoseconds, which runs even while this thread waits.
 export const now = () => Number(process.hrtime.bigint());
 
 export async function average(times, run) {

@@ -1,4 +1,4 @@
-// What is measured, and what each measure has to reach. In the order of the table.
+// What is measured, and the target of each measure, in the order of the table.
 //
 // A row's value is the median over its rounds [ours, theirs]: of ours / theirs, of ours - theirs where
 // `difference` is set, of ours alone where `alone` is set; in `unit`. `most` is the target.
@@ -69,7 +69,7 @@ export function evaluate(row, rounds) {
   return { ...result, verdict: judge(result) };
 }
 
-// Whether the rounds say too little. What should be nothing has no tenth.
+// Whether the noise is too large: more than a tenth of the value, unless the target is 0.
 export const isNoisy = ({ value, noise, most }) => most !== 0 && noise > Math.abs(value) / 10;
 
 // 'ok' within the target, 'MISS' beyond it by more than the noise, 'unsure' between.

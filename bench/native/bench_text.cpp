@@ -1,5 +1,5 @@
 // The text of a configuration item against a general JSON writer on the same content, and its growth. With the argument
-// "growth" only the figures that growth.mjs asks for.
+// "growth", prints only the figures that growth.mjs asks for.
 #include <algorithm>
 #include <cstdio>
 #include <string>
@@ -120,7 +120,7 @@ auto Writing(const ConfigInfo& item)
     };
 }
 
-// One line of JSON for each number of parameters: the nanoseconds of the text, the least of some batches.
+// One line of JSON for each number of parameters: the nanoseconds of the text, the least of several batches.
 void PrintGrowth()
 {
     constexpr int MOST = 1'000'000;

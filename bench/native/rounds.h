@@ -1,5 +1,5 @@
 // Interleaved measuring: both sides of a comparison take turns in short batches, so that whatever else the machine does
-// falls on both alike.
+// affects both alike.
 #ifndef BENCH_NATIVE_ROUNDS_H
 #define BENCH_NATIVE_ROUNDS_H
 
@@ -24,7 +24,7 @@ inline void Keep(const void* value)
     __asm__ volatile("" : : "r"(value) : "memory");
 }
 
-// Time that this thread has run, so that waiting for a processor does not count.
+// The time that this thread has run: waiting for a processor does not count.
 inline double ThreadNanoseconds()
 {
     timespec now{};
@@ -69,7 +69,7 @@ void Compare(const char* measure, Ours ours, double oursUnits, Theirs theirs, do
     };
     std::printf("{\"measure\":\"%s\",\"rounds\":[", measure);
     for (int round = 0, rounds = Rounds(); round < rounds; ++round) {
-        // In this order, what changes steadily meanwhile falls on both sides alike.
+        // In this order, a steady drift affects both sides alike.
         double sums[2] = {oursTime(), theirsTime()};
         sums[1] += theirsTime();
         sums[0] += oursTime();

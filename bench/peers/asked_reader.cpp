@@ -1,6 +1,6 @@
 // What the module's behaviour asks for when items are read from arguments, in one piece of code without wrappers, log
-// lines and looks at a status. Each property is looked for before it is read, by its name as a C string and only in
-// what is an object; each string is measured, and copied by way of a buffer of its length; all names of an object are
+// lines or status checks. Each property is looked for before it is read, by its name as a C string and only on what is
+// an object; each string is measured, and copied by way of a buffer of its length; all names of an object are
 // read before its values; the elements of a list are looked at twice; the items are kept.
 #include <memory>
 #include <string>
@@ -148,7 +148,7 @@ napi_value ReadItems(napi_env env, napi_callback_info info)
     return nullptr;
 }
 
-// To be called where the module has answered and dropped its items.
+// To be called once the module would have answered and dropped its items.
 napi_value DropItems(napi_env, napi_callback_info)
 {
     g_items = {};

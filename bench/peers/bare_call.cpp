@@ -1,4 +1,4 @@
-// The least that an asynchronous call can be on Node-API: a promise, a work, a boolean.
+// The least that an asynchronous call can be on Node-API: a promise, async work, a boolean.
 #include "addon.h"
 
 namespace {

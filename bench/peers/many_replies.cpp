@@ -27,7 +27,7 @@ public:
     }
 };
 
-// answerWith(count): from now on every query gets so many replies.
+// answerWith(count): from now on every query gets this many replies.
 napi_value AnswerWith(napi_env env, napi_callback_info info)
 {
     napi_value arguments[1] = {};

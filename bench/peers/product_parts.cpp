@@ -21,7 +21,7 @@ napi_value ConvertReply(napi_env env, napi_callback_info info)
     return nullptr;
 }
 
-// Bytes that the process's code in C and C++ has allocated and not freed.
+// The bytes that the process's C and C++ code has allocated and not freed.
 napi_value AllocatedBytes(napi_env env, napi_callback_info)
 {
     const struct mallinfo2 info = mallinfo2();
@@ -30,7 +30,7 @@ napi_value AllocatedBytes(napi_env env, napi_callback_info)
     return value;
 }
 
-// Time that this thread has run, so that waiting for a processor does not count.
+// The time that this thread has run: waiting for a processor does not count.
 napi_value ThreadNanoseconds(napi_env env, napi_callback_info)
 {
     timespec now{};

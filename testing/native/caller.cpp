@@ -20,7 +20,7 @@ struct Given {
 // Never destroyed: workers may outlive static objects.
 struct Callers {
     std::mutex mutex; // Guards the order of changes, too.
-    // The last call of each thread that lives, in the order of the calls.
+    // The last call of each live thread, in the order of the calls.
     std::vector<Given> given ZELK_GUARDED_BY(mutex);
 };
 

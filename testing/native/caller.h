@@ -11,7 +11,7 @@ namespace OHOS::Host {
 // wins, whichever thread made it.
 __attribute__((visibility("default"))) void SetCaller(std::optional<uint64_t> token);
 
-// This thread's calls do not count any more: the last call of the others holds, and without one OHOS_FULL_TOKEN_ID.
+// This thread's calls no longer count: the last call of another thread does, or OHOS_FULL_TOKEN_ID if there is none.
 __attribute__((visibility("default"))) void ForgetCallerOfThisThread();
 
 } // namespace OHOS::Host

@@ -19,7 +19,7 @@ class Environment {
 public:
     using Task = std::function<void(napi_env env)>;
 
-    // Null when the runtime refuses. `onEnd` is called once, on the JavaScript thread, when no task can run any more.
+    // Null when the runtime refuses. `onEnd` is called once, on the JavaScript thread, when no more tasks can run.
     __attribute__((visibility("default"))) static std::shared_ptr<Environment>
     Create(napi_env env, std::function<void(Environment&)> onEnd);
 

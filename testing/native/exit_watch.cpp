@@ -28,7 +28,7 @@ napi_value Get(napi_env env, napi_ref reference)
 bool IsExiting(napi_env env, napi_value process)
 {
     napi_value exiting = nullptr;
-    bool isExiting = true; // For a runtime that does not tell.
+    bool isExiting = true; // For a runtime that does not say.
     napi_get_named_property(env, process, "_exiting", &exiting);
     napi_get_value_bool(env, exiting, &isExiting);
     return isExiting;
@@ -42,7 +42,7 @@ bool IsExitEvent(napi_env env, napi_value event)
            std::string(name.data(), length) == "exit";
 }
 
-// emit(event, ...args) of whatever object: a test runner may have copied it from `process`.
+// emit(event, ...args) of any object: a test runner may have copied it from `process`.
 napi_value Emit(napi_env env, napi_callback_info info)
 {
     napi_value self = nullptr;
@@ -63,7 +63,7 @@ napi_value Emit(napi_env env, napi_callback_info info)
     return result;
 }
 
-// Listeners can be removed, or not be reached because an earlier one throws. So the event itself is seen.
+// Listeners can be removed, or be skipped because an earlier one throws, so the event itself is watched.
 void WatchEmit(napi_env env, napi_value process)
 {
     napi_value emit = nullptr;

@@ -7,7 +7,7 @@
 namespace OHOS::Host {
 
 // Ends all services as soon as the process exits, whatever its `exit` listeners do: Node.js then waits for its pool and
-// runs no JavaScript meanwhile. Does nothing in a worker thread, and when it was done in this process before.
+// runs no JavaScript meanwhile. Does nothing in a worker thread, or when it has already been done in this process.
 void WatchExit(napi_env env);
 
 } // namespace OHOS::Host

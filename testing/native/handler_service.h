@@ -17,7 +17,7 @@
 namespace OHOS::Host {
 
 // Every operation may be called from any thread but the JavaScript thread. It posts its request there and waits for the
-// answer, but not longer than the time limit.
+// answer, but no longer than the time limit.
 class __attribute__((visibility("default"))) HandlerService : public ForwardedService {
 public:
     struct Request {

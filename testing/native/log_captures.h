@@ -15,7 +15,7 @@ namespace OHOS::Host {
 // Any thread may call any method.
 class __attribute__((visibility("default"))) LogCaptures {
 public:
-    // The lines of one capture that have not been taken yet; ended by its owner's end at the latest.
+    // The lines of one capture that have not been taken yet. A capture ends with its owner at the latest.
     struct Capture {
         const void* owner;
         std::vector<LogRecord> lines;

@@ -32,7 +32,7 @@ public:
     // else.
     void EndAll();
 
-    // True once: for the one that makes the process call EndAll at its end.
+    // True once: for the caller that then makes the process call EndAll when it ends.
     bool ClaimExit();
 
 private:
