@@ -1,6 +1,6 @@
 # Every target first does its own set-up, which only checks when nothing is missing.
 SHELL := bash
-# Bash reads its start-up file where its input is a socket.
+# Bash reads its start-up file when its input is a socket.
 .SHELLFLAGS := --norc -euo pipefail -c
 .DEFAULT_GOAL := help
 
@@ -77,11 +77,11 @@ lint: ## check the format, build with Clang, run clang-tidy, eslint and shellche
 	@./scripts/format.sh --dry-run --Werror
 	@./scripts/lint.sh
 
-bench: ## measure, and compare with other ways to do the same
+bench: ## measure, and compare with other ways to do the same thing
 	@./scripts/setup.sh build bench
 	@./scripts/bench.sh
 
-bench-once: ## measure each row of the benchmarks once, to see that it still can be
+bench-once: ## measure each row of the benchmarks once, to check that it still can be measured
 	@./scripts/setup.sh build bench pack
 	@./scripts/bench.sh --once
 

@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
-# Builds for a processor of devices, and runs what was built in an emulator:
+# Builds for a device's processor, and runs what was built in an emulator:
 #
 #   scripts/arm.sh arm64 [FILE…]     all JavaScript tests of what is built, or those named
 #   scripts/arm.sh armhf [FILE…]     the tests of the sixteen functions, or those named; and the tour
 #
-# Debian's libraries and Node.js for that processor are fetched once, into build/. The machine does not learn to run
-# their programs: whatever starts one finds a script in its place, which starts the emulator.
+# Debian's libraries and Node.js for that processor are fetched once, into build/. The machine itself does not learn to
+# run their programs: in place of each is a script that starts the emulator.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

@@ -3,8 +3,8 @@
 #
 #   scripts/build.sh TARGET…
 #
-# Warnings are errors as in `make test`, which then has nothing to build again. But a compiler that warns where those of
-# the tests do not stops nobody: everything is built without, until `make test` sets this anew.
+# Warnings are errors, as in `make test`, which then has nothing to rebuild. Where a compiler warns of more than
+# those of the tests do, everything is built without this, until the next `make test`.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

@@ -36,7 +36,7 @@ function compare(what, found, expected) {
   problems.push(...wrong.map((name) => `${what}: ${name} is wrong`));
 }
 
-// Gives the module's sources, and its own headers, which are found from there.
+// Returns the module's sources, and its own headers that they include.
 function checkIncludes() {
   const files = new Set(gnStrings('sources'));
   for (const file of files) {
@@ -54,7 +54,7 @@ function checkIncludes() {
   return files;
 }
 
-// What a quotation mark may stand in: comments, characters, and texts, of which the content is captured.
+// Where a quotation mark may be: in comments, characters, and texts, of which the content is captured.
 const QUOTED = /\/\/.*|\/\*[^]*?\*\/|'(?:[^\\]|\\.)'|"((?:[^"\\\n]|\\.)*)"/g;
 const UNMARKED = /%(?!\{(?:public|private)\})/;
 

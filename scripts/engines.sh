@@ -17,7 +17,7 @@ fetch() {
     fi
 }
 
-# Runs a command, shows the end of what it prints, and notes how it went; `remarks` of its output go into the table.
+# Runs a command, shows the end of what it prints, and notes how it went, with its totals and notes, for the table.
 try() {
     local engine=$1 what=$2 log
     shift 2

@@ -6,9 +6,9 @@
 # When root runs it, the service is also available on the system bus: the service's user and the bus's policy take
 # effect at once, unless DESTDIR is set.
 #
-# All files are put together in a temporary folder and then copied. What was installed is in a list, one path a line and
-# without DESTDIR: files, and with a slash at their end the folders that were made for them. The list is written before
-# anything else, so that an install that broke off can be removed too.
+# All files are put together in a temporary folder and then copied. What was installed is in a list, one path per line
+# and without DESTDIR: files, and the folders that were made for them, with a slash at the end. The list is written
+# before anything else, so that an install that broke off can be removed too.
 set -euo pipefail
 umask 022
 export LC_ALL=C.UTF-8
@@ -52,8 +52,8 @@ make_user() {
     fi
 }
 
-# name_staged STAGE OLD: prints the list for what is in STAGE. A folder that was there before stays when all is removed,
-# unless it is the package's own or OLD, an earlier list, has it.
+# name_staged STAGE OLD: prints the list for what is in STAGE. A folder that was there before stays when everything is
+# removed, unless it is the package's own or OLD, an earlier list, has it.
 name_staged() {
     local path place
     find "$1" -mindepth 1 \( -type d -printf '/%P/\n' \) -o -printf '/%P\n' | sort | while IFS= read -r path; do
@@ -72,12 +72,12 @@ name_staged() {
 }
 
 # write_list FILE…: the list is what the files hold together. It is replaced as a whole, because one that was cut short
-# would not name all that is there.
+# would not name everything.
 write_list() {
     mkdir -p "${list%/*}" && sort -u "$@" >"$list.new" && mv -f "$list.new" "$list"
 }
 
-# put STAGE PATH: a program that runs keeps the file that it was started from.
+# put STAGE PATH: a running program keeps the file that it was started from.
 put() {
     case $2 in
         */) mkdir -p "$DESTDIR$2" ;;
@@ -93,7 +93,7 @@ remove_files() {
     done
 }
 
-# The innermost first. One in which there is something else stays.
+# The innermost first. One that contains something else stays.
 remove_folders() {
     local path
     sort -r | while IFS= read -r path; do

@@ -6,6 +6,6 @@
 # The options are Node.js's own.
 set -euo pipefail
 support=$(cd "$(dirname "$0")/../test/support" && pwd)
-export LIMIT=${LIMIT:-300} # The longest takes 20.
+export LIMIT=${LIMIT:-300} # The slowest file takes 20.
 
 exec "${NODE:-node}" --require "$support/limited_files.js" --test "$@"

@@ -24,7 +24,7 @@ fail() {
     exit 1
 }
 
-# build_for ARCHITECTURE TRIPLET SETTING...: Node.js and GNU each have a name for a processor.
+# build_for ARCHITECTURE TRIPLET SETTING...: Node.js and GNU have different names for a processor.
 build_for() {
     local build=$pack/$1 lib=$pack/lib/linux-$1 triplet=$2 file
     shift 2

@@ -13,7 +13,7 @@ cmake --build --preset "$preset"
 $usual_addresses ctest --preset "$preset"
 
 # The module is loaded into a Node.js that was built without the sanitizer, so the run-time library has to come first.
-# Reports about Node.js itself are suppressed: memory that it leaves allocated at its end, and races of its own threads.
+# Reports about Node.js itself are suppressed: memory that it leaves allocated on exit, and races of its own threads.
 case $preset in
     asan)
         runtime=libasan.so

@@ -10,7 +10,7 @@ const SOURCE = fileURLToPath(new URL('../js/index.d.ts', import.meta.url));
 export const TARGET = fileURLToPath(new URL('../api/@ohos.zelklogservice.d.ts', import.meta.url));
 
 const TAGS = ['@systemapi', '@since 11']; // Release 4.1, the oldest that has all the module needs.
-// The platform's own type for it, which index.d.ts declares for Node.js.
+// A type that the platform itself has, and that index.d.ts declares for Node.js.
 const CALLBACK = 'AnswerCallback';
 
 // What only the desktop has.

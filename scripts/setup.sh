@@ -52,7 +52,7 @@ missing_packages() {
     grep -vxF "${installed:- }" < <(printf '%s\n' "$@" | sort -u) || true
 }
 
-# Node.js and npm may have come from elsewhere than Debian, so the programs are asked rather than the packages.
+# Node.js and npm need not have come from Debian, so the programs are asked rather than the packages.
 has_node() {
     node -e "process.exit(parseInt(process.versions.node, 10) < $OLDEST_NODE ? 1 : 0)" 2>/dev/null
 }
@@ -107,7 +107,7 @@ if ! has_npm; then
     if $needs_npm; then
         wanted+=(npm)
     else
-        # Two Debian packages are enough to build and to run the module; npm would bring hundreds.
+        # Two Debian packages are enough to build and to run the module; npm would pull in hundreds.
         wanted+=(libnode-dev node-commander)
     fi
 fi

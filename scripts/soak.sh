@@ -1,7 +1,7 @@
 #!/bin/sh
-# The long tests of reliability on the release build: memory over many calls, a log service that is killed again and
-# again, a bus whose messages are malformed, and the sweeps of test/sweeps with all that they can try. With CI=true a short
-# version of the former; the sweeps' short versions are part of the tests.
+# The long reliability tests on the release build: memory over many calls, a log service that is killed again and
+# again, a bus whose messages are malformed, and the sweeps of test/sweeps in full. With CI=true, short versions of all
+# but the sweeps, whose short versions are part of the tests.
 #   scripts/soak.sh [answered calls]
 set -eu
 cd "$(dirname "$0")/.."

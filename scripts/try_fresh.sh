@@ -25,7 +25,7 @@ users=${2:-root user}
 [ "$(id -u)" -eq 0 ] || fail "run as root: it makes a Debian system in a folder"
 command -v debootstrap >/dev/null || fail "no debootstrap: run \`apt-get install debootstrap\`"
 
-# Everything that is mounted or started here ends with this process, however it ends.
+# Everything that is mounted or started here goes away with this process, however it ends.
 if [ -z "${ZELK_FRESH_INSIDE:-}" ]; then
     exec env ZELK_FRESH_INSIDE=1 unshare --mount --pid --fork --kill-child --mount-proc "$0" "$@"
 fi

@@ -12,7 +12,7 @@ export function start(command, ...args) {
   return child.on('exit', () => running.delete(child));
 }
 
-// Its exit status.
+// Waits until the process has ended, and gives its exit status.
 export const end = async (child) => (running.has(child) ? (await once(child, 'exit'))[0] : child.exitCode);
 
 export function stop(child, signal = 'SIGKILL') {
@@ -27,5 +27,5 @@ export async function startBus(address) {
   return bus;
 }
 
-// Does not wait until it serves.
+// Does not wait until the service is ready.
 export const launchService = (address) => start(`${buildFolder}zelk-log-service`, '--address', address);

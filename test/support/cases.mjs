@@ -44,7 +44,7 @@ export const RUNTIME = "the runtime's message";
 export const THROWS = { thrown: RUNTIME };
 export const UNCALLABLE = { uncaught: [RUNTIME], ...FORGOTTEN };
 
-// An item, its text for the service, and the lines that making it writes before and on the worker.
+// An item, its text for the service, and the lines logged as it is read and, on the worker, as it is written.
 export const ITEMS = [{ configKey: 'k', value: { on: true, level: 2.9 } }];
 export const TEXT = '{"configKey":"k","value":{"on":true,"level":2}}';
 export const READ = [I('BuildChangeConfig: key on'), I('BuildChangeConfig: key level')];

@@ -12,7 +12,7 @@ namespace ZelkTest {
 
 namespace {
 
-void (*g_probe)() = nullptr; // Known when the module has been loaded.
+void (*g_probe)() = nullptr; // Set when the module is loaded.
 
 Json::Value RunProbe(const Json::Value&)
 {

@@ -19,8 +19,8 @@ Json::Value g_trace ZELK_GUARDED_BY(g_mutex) = Json::arrayValue;
 std::map<std::string, int> g_counts ZELK_GUARDED_BY(g_mutex) = {{"contexts", 0},  {"references", 0}, {"works", 0},
                                                                 {"deferreds", 0}, {"inFlight", 0},   {"faults", 0}};
 
-// That of the last call, or null. As on runtimes that overwrite the error record with the next call: its message is
-// valid until then.
+// The fault of the last call, or null. Its message is valid until the next call, as on runtimes that then overwrite the
+// error record.
 thread_local Json::Value g_fault;
 
 // The calls that change what the module holds.

@@ -18,7 +18,7 @@ struct CallSite {
 // Whether this call is to fail.
 ZELK_TEST_EXPORT bool TakeFault(const CallSite& site);
 
-// Notes that a call ended with `status`, which it returns, and what the module holds since.
+// Notes that a call ended with `status`, which it returns, and what the module holds now.
 ZELK_TEST_EXPORT napi_status Ended(const CallSite& site, napi_status status);
 
 template <typename T>

@@ -1,5 +1,5 @@
-// Linked into the test build of the module: the helpers that write a line when their data is missing, which no function
-// of the module leaves out.
+// Linked into the test build of the module: calls the helpers that log a missing argument without one, as no function
+// of the module does.
 #include "napi/util/napi_util.h"
 #include "test/support/control.h"
 

@@ -10,7 +10,7 @@ export const buildFolder = `${root}build/${process.env.ZELKLOGSERVICE_BUILD || '
 export const { version } = JSON.parse(readFileSync(`${root}package.json`));
 export const libraryName = (name) => `lib${name}-${version}.so`;
 
-// Its path; it is removed with all that is in it when the process ends.
+// Gives its path; it is removed with everything in it when the process ends.
 export function temporaryFolder() {
   const folder = mkdtempSync(`${tmpdir()}/zelk-test-`);
   process.on('exit', () => rmSync(folder, { recursive: true }));
