@@ -9,19 +9,19 @@
  * - **Refused**: the reason is logged, nothing is thrown, no request is made, and the function returns `undefined`.
  *   This is why the promise forms of the first twelve may return `undefined`.
  * - **Failed**: the service answered with a code other than 0, or could not be reached. The code is not delivered.
- * - **Unreadable as JSON**: a text that jsoncpp's reader does not take. It takes comments, leading zeros and whatever
- *   follows the value; a number beyond a double's range anywhere makes the whole text unreadable.
+ * - **Unreadable as JSON**: a text that jsoncpp's reader does not accept. It accepts comments, leading zeros and
+ *   whatever follows the value; a number beyond a double's range anywhere makes the whole text unreadable.
  * - **Never settles**: the promise stays pending, or the callback is never called. Set your own time limit.
  *   `zelklogservice/testing` provides a log service that never answers, for tests; see docs/testing.md.
  *
  * A callback gets the answer as its only argument; there is no error argument. An exception that it throws is uncaught.
- * Unless an entry says otherwise, a function throws only what a getter of the caller's own objects throws, or when the
- * runtime itself fails. A getter that throws does not stop the call: it goes on with what could be read until then, a
- * callback still gets the answer, and the promise is lost with the exception. Without a callback a device then makes no
- * request.
+ * Unless an entry says otherwise, a function throws only when the runtime itself fails or a getter of the caller's own
+ * objects throws. A getter that throws does not stop the call: it goes on with what had been read by then, a callback
+ * still gets the answer, and the promise is lost with the exception. Without a callback a device then makes
+ * no request.
  *
- * An array is read to its `length`, holes included, while JavaScript waits. There is no limit but the memory, of which
- * even an empty item takes about 200 bytes: look at the length of an array that comes from somebody else.
+ * An array is read to its `length`, holes included, while JavaScript waits. The only limit is memory, of which even an
+ * empty item takes about 200 bytes: check the length of an array that comes from somebody else.
  */
 
 /**
@@ -253,9 +253,10 @@ export function changeModemLogConfig(configs: readonly ConfigItem[]): Promise<bo
  *
  * - Rights: system application.
  * - Refused (the reason is logged, the callback is never called): any other caller; a command that is not an object.
- * - Never calls back: the request failed. That the service cannot be reached is logged; no other failure is.
+ * - Never calls back: the request failed. Only an unreachable service is logged.
  *
- * @param command Sent even when incomplete: without a usable `configKey` as `""`, without `value` with no parameters.
+ * @param command Sent even when incomplete: with the key `""` if it has no usable `configKey`, with no parameters if it
+ * has no `value`.
  * @param callback The second of two arguments, whatever its type: one that cannot be called ends in an uncaught
  * exception. With three or more arguments the call answers by promise.
  */
@@ -265,11 +266,12 @@ export function sendModemLogCommand(command: ModemLogCommand, callback: AnswerCa
  *
  * - Rights: system application.
  * - Refused (returns `undefined`, the reason is logged): any other caller; a command that is not an object.
- * - Never settles (the promise stays pending: set a time limit): the request failed. That the service cannot be reached
- *   is logged; no other failure is.
+ * - Never settles (the promise stays pending: set a time limit): the request failed. Only an unreachable service is
+ *   logged.
  * - Throws: an Error with the runtime's own text, when called without arguments.
  *
- * @param command Sent even when incomplete: without a usable `configKey` as `""`, without `value` with no parameters.
+ * @param command Sent even when incomplete: with the key `""` if it has no usable `configKey`, with no parameters if it
+ * has no `value`.
  */
 export function sendModemLogCommand(command: ModemLogCommand): Promise<boolean> | undefined;
 
@@ -334,8 +336,7 @@ export function getTcpdumpConfig(keys: readonly string[]): Promise<ConfigEntry[]
  *
  * - Rights: system application.
  * - Refused (the reason is logged, the callback is never called): any other caller; items that are not an array.
- * - Never calls back: the request failed; `configs` is empty. That the service cannot be reached is logged; no other
- *   failure is, nor an empty list.
+ * - Never calls back: the request failed; `configs` is empty. Only an unreachable service is logged.
  *
  * @param callback Used only when it is a function and there are exactly two arguments; otherwise the call answers by
  * promise.
@@ -347,8 +348,8 @@ export function changeTcpdumpConfig(configs: readonly ConfigItem[], callback: An
  *
  * - Rights: system application.
  * - Refused (returns `undefined`, the reason is logged): any other caller; items that are not an array.
- * - Never settles (the promise stays pending: set a time limit): the request failed; `configs` is empty. That the
- *   service cannot be reached is logged; no other failure is, nor an empty list.
+ * - Never settles (the promise stays pending: set a time limit): the request failed; `configs` is empty. Only an
+ *   unreachable service is logged.
  * - Throws: an Error with the runtime's own text, when called without arguments.
  */
 export function changeTcpdumpConfig(configs: readonly ConfigItem[]): Promise<boolean> | undefined;
@@ -466,8 +467,8 @@ export function queryRemoteDevicesLogs(request: string): Promise<string>;
 export function getRemoteDevicesList(): Promise<string>;
 
 /**
- * Sends a request for protocol data. The request and the reply are logged, each up to its first NUL; with the service
- * away, no request is. A device cuts long lines.
+ * Sends a request for protocol data. The request and the reply are logged, each up to its first NUL; when the service
+ * cannot be reached, the request is not. A device cuts long lines.
  *
  * - Rights: none.
  * - Answer: the reply text of the service's `QueryProtocolData`, unchanged.
