@@ -17,8 +17,8 @@
  * A callback gets the answer as its only argument; there is no error argument. An exception that it throws is uncaught.
  * Unless an entry says otherwise, a function throws only when the runtime itself fails or a getter of the caller's own
  * objects throws. A getter that throws does not stop the call: it goes on with what had been read by then, a callback
- * still gets the answer, and the promise is lost with the exception. Without a callback a device then makes
- * no request.
+ * still gets the answer, and the promise is lost with the exception. Without a callback a device then makes no
+ * request.
  *
  * An array is read to its `length`, holes included, while JavaScript waits. The only limit is memory, of which even an
  * empty item takes about 200 bytes: check the length of an array that comes from somebody else.
