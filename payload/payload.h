@@ -113,8 +113,8 @@ struct Value {
 
     explicit Value(std::string_view text) : Value(std::string(text)) {}
 
-    // Takes both as they are. Content whose type is not the kind's is not written at all, so that an entry is only its
-    // key and a colon; a number that is not a kind is written as "null".
+    // Takes both as they are. Content whose type does not match the kind is not written at all, so that an entry is
+    // only its key and a colon; a number that is not a kind is written as "null".
     Value(ValueType kind, std::any content) : type(kind), holder(std::move(content)) {}
 
     bool IsWritable() const

@@ -3,8 +3,8 @@
 #
 #   scripts/with_service.sh COMMAND [ARGUMENT…]
 #
-# The service is that of the release build, or of the one in ZELKLOGSERVICE_BUILD, or the program ZELK_SERVICE_PROGRAM.
-# The command finds its process in ZELK_SERVICE_PID.
+# The service is that of the release build, or of the build that ZELKLOGSERVICE_BUILD names, or the program
+# ZELK_SERVICE_PROGRAM. The command finds the service's process id in ZELK_SERVICE_PID.
 set -euo pipefail
 
 if [ -z "${ZELK_PRIVATE_BUS:-}" ]; then

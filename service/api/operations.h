@@ -38,7 +38,7 @@ using Arguments = std::array<Argument, MOST_ARGUMENTS>;
 struct BreakOff {
     std::string text;     // In words, as the log has it.
     std::string error;    // The name of the D-Bus error, where the service answered with one.
-    std::string received; // The types of an answer that has others than those expected.
+    std::string received; // The types of the answer, where they are not those expected.
     std::string expected;
 };
 

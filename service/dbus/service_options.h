@@ -27,8 +27,8 @@ Exit status: 0 after SIGTERM, SIGINT or --help; 1 when the bus cannot be reached
 already, or when another process takes the name; 2 for a wrong command line.
 )";
 
-// Reads the words of the command line, without the program's own name. If they are wrong, `error` says why; of several
-// buses the last one counts.
+// Reads the words of the command line, without the program's own name. If they are wrong, `error` says why; if several
+// buses are given, the last one counts.
 ServiceOptions ParseServiceOptions(const std::vector<std::string>& words, std::string& error);
 
 } // namespace OHOS::Host

@@ -1,7 +1,7 @@
 // Calls as rows of tables. A row says what goes into a call and all that can be seen of it; what it does not
 // name must not happen. Each row becomes a test of its own.
 //
-// args     the arguments; CALLBACK stands for a function that notes its calls
+// args     the arguments; CALLBACK stands for a function that records its calls
 // service  what the service does, see below; YES unless the row says otherwise
 // faults   the Node-API calls that fail, see faults.h
 // request  the arguments of the only request

@@ -31,7 +31,7 @@ const std::map<std::string, std::pair<const char*, int>> HOLDINGS = {
     {"napi_delete_reference", {"references", -1}}, {"napi_queue_async_work", {"inFlight", 1}},
 };
 
-// Async work of the module. Without data both of its steps run on the JavaScript thread, as a step may throw then.
+// Async work of the module. Without data both of its steps run on the JavaScript thread, because a step may then throw.
 struct Work {
     napi_async_execute_callback execute;
     napi_async_complete_callback complete;

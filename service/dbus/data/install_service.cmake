@@ -1,4 +1,4 @@
-# Installs the files by which D-Bus and systemd start the service. In: SOURCE, BINDIR, DATADIR.
+# Installs the files by which D-Bus and systemd start the service. Inputs: SOURCE, BINDIR, DATADIR.
 cmake_path(ABSOLUTE_PATH CMAKE_INSTALL_PREFIX NORMALIZE OUTPUT_VARIABLE PREFIX)
 set(PROGRAM "${PREFIX}/${BINDIR}/zelk-log-service")
 

@@ -1,5 +1,5 @@
-# Writes the rows of an sd-bus vtable, one per method and property of a D-Bus interface. In: XML, ROWS (the file to
-# write). The handler of each method is OnCall, the getter of each property is OnGet.
+# Writes the rows of an sd-bus vtable, one per method and property of a D-Bus interface. Inputs: XML, ROWS (the file
+# to write). The handler of each method is OnCall, the getter of each property is OnGet.
 file(READ "${XML}" CONTENT)
 string(REGEX REPLACE "<!--([^-]|-[^-])*-->" "" CONTENT "${CONTENT}")
 string(REGEX MATCHALL "<[^>]*>?" TAGS "${CONTENT}")
