@@ -8,6 +8,7 @@
 #include <stdexcept>
 #include <string_view>
 #include <system_error>
+#include <thread>
 #include <utility>
 
 #include "dbus_names.h"
@@ -24,6 +25,9 @@ using std::chrono::steady_clock;
 // How long the bus may take to accept an answer, before and after the end was requested.
 constexpr milliseconds PATIENCE(3000);
 constexpr milliseconds LAST_PATIENCE(200);
+
+// Between attempts to reach a bus that does not react.
+constexpr milliseconds RETRY_INTERVAL(100);
 
 // A probe finds answers that were sent at most this long ago; the rest of the time is for its own answer.
 constexpr milliseconds PROBE_INTERVAL(1000);
@@ -101,11 +105,13 @@ void BusServer::TakeOver()
         try {
             return Connect(SD_BUS_NAME_REPLACE_EXISTING);
         } catch (const std::system_error& error) {
-            if (error.code() != std::errc::timed_out) {
+            // A bus that is stopped may be continued: it takes a connection, and then lets it wait or break off.
+            if (error.code() != std::errc::timed_out && error.code() != std::errc::not_connected &&
+                error.code() != std::errc::connection_reset) {
                 throw;
             }
-            // The whole bus is stopped. It may resume.
         }
+        std::this_thread::sleep_for(RETRY_INTERVAL);
     }
 }
 

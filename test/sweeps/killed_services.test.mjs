@@ -90,11 +90,18 @@ for (const [what, victim, recover] of [
   });
 }
 
-// Until no call waits any more.
-test('stopped for long, and continued', { skip: ROUNDS <= 2 }, async () => {
-  const service = await startService();
-  await freeze(service);
-  assert.deepEqual(await during(async () => {}, 4), { [LATE]: 4 });
-  service.kill('SIGCONT');
-  assert.ok(await isServed());
-});
+// Until no call waits any more, and the service has tried in vain to reach a stopped bus anew.
+for (const [what, victim] of [['service', (service) => service], ['bus', () => bus]]) {
+  test(`${what} stopped for long, and continued`, { skip: ROUNDS <= 2 }, async () => {
+    const service = await startService();
+    assert.ok(await isServed());
+    await freeze(victim(service));
+    const codes = await during(async () => {}, 4);
+    assert.equal((codes[LATE] ?? 0) + (codes[UNREACHABLE] ?? 0), 4);
+    await sleep(75_000);
+    victim(service).kill('SIGCONT');
+    while (!(await isServed())) {
+      assert.equal(service.exitCode, null);
+    }
+  });
+}
