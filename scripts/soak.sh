@@ -30,3 +30,4 @@ export ZELK_FAULT_PAIR_REACH=1000 ZELK_HOSTILE_RUNS=5000 ZELK_ENVIRONMENT_ROUNDS
 for test in test/sweeps/*.test.mjs; do
   LIMIT=21600 scripts/js_tests.sh "$test"
 done
+build/release/dbus_test --gtest_filter=Program.ServesOnWhenClientsReadNothing
