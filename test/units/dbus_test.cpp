@@ -607,7 +607,7 @@ TEST(Program, EndsWhenClientsReadNothing)
     for (const int answers : {10, 12}) { // A part of the eleventh is left.
         LimitedBus bus;
         const BusHandle client = AskAndReadNothing(bus, answers, 14);
-        EXPECT_TRUE(Eventually([&] { return bus.daemon.Peak() > 135; })) << answers;
+        EXPECT_TRUE(Eventually([&] { return bus.daemon.Peak() > 135; }, 6000)) << answers;
         std::this_thread::sleep_for(1s);
         const steady_clock::time_point start = steady_clock::now();
         EXPECT_EQ(bus.service.End(SIGTERM), 0) << answers;

@@ -39,9 +39,8 @@ inline std::string Quoted(const std::string& path)
     return "'" + std::regex_replace(path, std::regex("'"), R"('"'"')") + "'";
 }
 
-inline bool Eventually(const std::function<bool()>& condition)
+inline bool Eventually(const std::function<bool()>& condition, int tries = 2000)
 {
-    int tries = 2000;
     while (!condition() && --tries > 0) {
         std::this_thread::sleep_for(10ms);
     }
