@@ -52,7 +52,7 @@ function libraryFile(name) {
   return packed;
 }
 
-// Whether this code runs as a part of another file. Webpack can tell it where it was in the project.
+// Whether this code runs as part of another file. Webpack can tell it where it was in the project.
 function isBundled() {
   return !path.isAbsolute(__dirname) || !fs.existsSync(path.join(__dirname, 'load_library.js'));
 }

@@ -3,7 +3,7 @@
 // The testing kit; testing.d.ts is its manual. Every object that a test gets is created here and so belongs
 // to the realm that loaded this file: some test runners give each test file its own realm.
 
-// First, because it says what is wrong where a bundler has put something else in the place of `require`.
+// First, because it says what is wrong where a bundler has put something else in place of `require`.
 const addon = require('../js/load_library.js').load('zelk_testing.node');
 const { Buffer, constants } = require('buffer');
 const { inspect, types } = require('util');
