@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Tries the npm package in a project that has it from its tarball: with Jest and Vitest, whose examples it runs, and with
-# the compilers and bundlers of test/runners/package.json. The tarball is that of `make pack` if it has been made from
-# these sources, otherwise one of the release build, for this machine alone.
+# Tries the npm package in a project that has it from its tarball: runs the tests in examples/ with Jest and Vitest, and
+# uses the compilers and bundlers of test/runners/package.json. The tarball is that of `make pack` if it has these sources,
+# otherwise one of the release build, for this machine alone.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
