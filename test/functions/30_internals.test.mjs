@@ -1,9 +1,10 @@
-// Lines about data that is missing, which no runtime of today leaves out.
+// What no function shows: lines about data that is missing, which no runtime of today leaves out, and what
+// the frames free of a call that cannot start.
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
 import { describe, E, I, W } from '../support/cases.mjs';
 import { forms, operation } from '../support/forms.mjs';
-import { callWithoutData, fail, gatedNames, names, run, zelk } from '../support/zelk.mjs';
+import { counts, fail, gatedNames, names, probe, run, zelk } from '../support/zelk.mjs';
 
 // The name in the line of a step, where it is not its own.
 const BORROWED = {
@@ -42,10 +43,39 @@ for (const name of names) {
 }
 
 test('helpers without data write lines and do nothing', async () => {
-  const { lines } = await run(() => callWithoutData());
+  const { lines } = await run(() => probe(''));
   assert.deepEqual(lines, [
     I('HandleAsyncWork: workName = [Nothing]'), E('HandleAsyncWork: error baseContext'),
     I('Handle2ValueCallback serious error baseContext nullptr'),
     E('GetElement: array is null'),
   ]);
 });
+
+// Each: what fails, and whether a promise is returned for the work that could not be queued.
+for (const [isQueueError, ...faults] of [
+  [false, 'napi_create_promise'],
+  [false, 'napi_create_string_utf8'],
+  [false, 'napi_create_async_work'],
+  [true, 'napi_queue_async_work'],
+  [false, 'napi_queue_async_work', 'napi_throw_error'],
+]) {
+  const kept = Number(isQueueError);
+  for (const [way, contexts, members] of [
+    ['HandleAsyncWork', kept, 1], // The frame does not know the members.
+    ['StartCall', kept, kept],
+    ['Execute', 0, 1], // The context stays the caller's. It is none of those that are counted.
+  ]) {
+    test(`${way} frees what it must when ${faults.join(' and ')} fails`, () => {
+      fail(...faults);
+      const before = counts();
+      try {
+        probe(way);
+      } catch {
+        // The failure is thrown.
+      }
+      const after = counts();
+      const left = ['contexts', 'members', 'returned'].map((what) => after[what] - before[what]);
+      assert.deepEqual(left, [contexts, members, kept]);
+    });
+  }
+}

@@ -202,6 +202,12 @@ test('calls that wait go on while the service is away', async () => {
   assert.equal(service.requests.length, 1);
   finish(true);
   assert.equal(await waiting, true);
+  service.join();
+  const late = outcome(zelk.getModemLogStatus());
+  Atomics.wait(new Int32Array(new SharedArrayBuffer(4)), 0, 0, 200); // Its request is on its way.
+  service.restore();
+  assert.deepEqual(await late, ['rejected', false]);
+  assert.equal(service.requests.length, 1);
 });
 
 // The least of three, because the machine may be busy with something else.

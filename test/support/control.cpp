@@ -12,11 +12,12 @@ namespace ZelkTest {
 
 namespace {
 
-void (*g_probe)() = nullptr; // Set when the module is loaded.
+void (*g_probe)(napi_env env, const std::string& name) = nullptr; // Known when the module has been loaded.
+napi_env g_env = nullptr;                                         // The only one.
 
-Json::Value RunProbe(const Json::Value&)
+Json::Value RunProbe(const Json::Value& name)
 {
-    g_probe();
+    g_probe(g_env, name.asString());
     return {};
 }
 
@@ -47,7 +48,7 @@ napi_property_descriptor Function(const char* name, Control control)
 
 } // namespace
 
-void SetProbe(void (*probe)())
+void SetProbe(void (*probe)(napi_env env, const std::string& name))
 {
     g_probe = probe;
 }
@@ -57,6 +58,7 @@ void SetProbe(void (*probe)())
 extern "C" ZELK_TEST_EXPORT napi_value napi_register_module_v1(napi_env env, napi_value exports)
 {
     using namespace ZelkTest;
+    g_env = env;
     const napi_property_descriptor functions[] = {
         Function("planFaults", PlanFaults),
         Function("trace", ReadTrace),

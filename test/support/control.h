@@ -2,6 +2,8 @@
 #ifndef TEST_SUPPORT_CONTROL_H
 #define TEST_SUPPORT_CONTROL_H
 
+#include <string>
+
 #include <node_api.h>
 
 namespace ZelkTest {
@@ -11,8 +13,8 @@ namespace ZelkTest {
 // Counts what the module holds, and the faults since they were planned.
 ZELK_TEST_EXPORT void Count(const char* what, int change);
 
-// Lets JavaScript call `probe`, which takes and returns nothing.
-ZELK_TEST_EXPORT void SetProbe(void (*probe)());
+// Lets JavaScript call `probe` with a name.
+ZELK_TEST_EXPORT void SetProbe(void (*probe)(napi_env env, const std::string& name));
 
 } // namespace ZelkTest
 

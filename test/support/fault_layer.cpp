@@ -17,7 +17,8 @@ Json::Value g_plan ZELK_GUARDED_BY(g_mutex);                      // See PlanFau
 std::map<std::string, int> g_usesByName ZELK_GUARDED_BY(g_mutex); // Since the plan was made; "" counts all.
 Json::Value g_trace ZELK_GUARDED_BY(g_mutex) = Json::arrayValue;
 std::map<std::string, int> g_counts ZELK_GUARDED_BY(g_mutex) = {{"contexts", 0},  {"references", 0}, {"works", 0},
-                                                                {"deferreds", 0}, {"inFlight", 0},   {"faults", 0}};
+                                                                {"deferreds", 0}, {"inFlight", 0},   {"faults", 0},
+                                                                {"members", 0},   {"returned", 0}};
 
 // The fault of the last call, or null. Its message is valid until the next call, as on runtimes that then overwrite the
 // error record.

@@ -14,7 +14,7 @@ Json::Value PlanFaults(const Json::Value& plan);
 Json::Value ReadTrace(const Json::Value&);
 
 // {"contexts", "references", "works", "deferreds"}: what the module holds; "inFlight": async work queued and not
-// completed; "faults": calls that were made to fail since the plan was made.
+// completed; "faults": calls that were made to fail since the plan was made; "members", "returned": see probes.cpp.
 Json::Value ReadCounts(const Json::Value&);
 
 } // namespace ZelkTest

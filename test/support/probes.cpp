@@ -1,5 +1,8 @@
-// Linked into the test build of the module: calls the helpers that log a missing argument without one, as no function
-// of the module does.
+// Linked into the test build of the module: what no function of the module does, but a caller of its helpers may.
+#include <memory>
+#include <string>
+
+#include "napi/util/napi_context.h"
 #include "napi/util/napi_util.h"
 #include "test/support/control.h"
 
@@ -7,6 +10,30 @@ namespace {
 
 using namespace OHOS::HiviewDFX;
 
+// A counted member of a context.
+struct Member {
+    Member()
+    {
+        ZelkTest::Count("members", 1);
+    }
+    ~Member()
+    {
+        ZelkTest::Count("members", -1);
+    }
+};
+
+struct Call : BaseContext {
+    Member member;
+};
+
+struct Context : NapiContext {
+    using NapiContext::NapiContext;
+    void OnExecuteCallback() override {}
+    void OnCompleteCallback(napi_env, napi_status) override {}
+    Member member;
+};
+
+// The helpers that write a line when their data is missing.
 void CallWithoutData()
 {
     NapiUtil::HandleAsyncWork(nullptr, static_cast<BaseContext*>(nullptr), "Nothing", nullptr, nullptr);
@@ -14,9 +41,30 @@ void CallWithoutData()
     NapiUtil::GetElement(nullptr, nullptr, 0);
 }
 
+// Starts a call in this way, and counts what is returned.
+napi_value Start(napi_env env, const std::string& way)
+{
+    if (way == "HandleAsyncWork") {
+        return NapiUtil::HandleAsyncWork(env, new Call(), "Test", nullptr, nullptr);
+    }
+    if (way == "StartCall") {
+        return NapiUtil::StartCall(env, std::make_unique<Call>(), "Test", nullptr, nullptr);
+    }
+    return (new Context(env, "Test"))->Execute();
+}
+
+void Probe(napi_env env, const std::string& name)
+{
+    if (name.empty()) {
+        CallWithoutData();
+    } else {
+        ZelkTest::Count("returned", Start(env, name) == nullptr ? 0 : 1);
+    }
+}
+
 __attribute__((constructor)) void RegisterProbe()
 {
-    ZelkTest::SetProbe(CallWithoutData);
+    ZelkTest::SetProbe(Probe);
 }
 
 } // namespace

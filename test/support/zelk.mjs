@@ -22,8 +22,8 @@ export const fail = (...faults) => planFaults(faults.map((fault) => (
   typeof fault === 'string' ? { name: fault, nth: 1 } : { nth: 1, ...fault })));
 // The module's Node-API calls since the last plan that was not empty: [[name, status, function that calls]].
 export const trace = asking('trace');
-// Calls the helpers of the module that no function calls without data: see probes.cpp.
-export const callWithoutData = asking('runProbe');
+// Calls helpers of the module: see probes.cpp.
+export const probe = asking('runProbe');
 
 const logServiceInForce = logService();
 const log = captureLog();

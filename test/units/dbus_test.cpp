@@ -341,10 +341,11 @@ TEST(Dbus, CallsOfSeveralThreadsHaveConnectionsUntilTheseAreIdle)
         }
     });
     const Proxy proxy = FindOver(std::make_shared<BusPool>(
-                                     bus.address, [] {}, 1s),
+                                     bus.address, [] {}, 2s),
                                  20s);
     for (int round = 0; round < 2; ++round) {
         ZelkTest::InThreads<THREADS>([&proxy](size_t) { EXPECT_EQ(StatusBy(proxy), "0 on"); });
+        std::this_thread::sleep_for(700ms); // They were looked through once, and are kept.
     }
     EXPECT_EQ(bus.connections, THREADS);
     EXPECT_TRUE(Eventually([&] { return bus.open < THREADS / 2; })) << bus.open;

@@ -214,6 +214,10 @@ const std::map<std::string, void (*)()> SCENARIOS = {
          }
          std::cout << TimeOfFour("x");
      }},
+    {"child",
+     [] {
+         execl("/bin/sh", "", "-c", "readlink /proc/$$/fd/* | grep -c /hilog_test[.]", nullptr);
+     }},
     {"unread", PrintUnread<10'000>},      // Above what a pipe takes as a whole.
     {"unread-short", PrintUnread<1'000>}, // Nothing is broken off.
     {"unread-by-another-user",
@@ -311,6 +315,7 @@ std::vector<Case> HeaderCases()
          "for i in 1 2 3 4 5 6 7 8; do HILOG_LEVEL=F $P levels 2>&1; done | cut -c1-18 | sort -c && echo sorted",
          "sorted\n"},
         {"FileMode", "umask 0; HILOG_FILE=$F $P levels; stat -c %a $F", "644\n"},
+        {"FileOfNoChild", "HILOG_FILE=$F $P child", "0\n"},
     };
 }
 
