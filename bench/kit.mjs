@@ -4,7 +4,7 @@ import { addon, compare, now, report, roundsOf } from './lib/rounds.mjs';
 
 const { allocatedBytes } = addon('product_parts');
 const zelk = addon('zelklogservice');
-const { logService } = createRequire(import.meta.url)('../testing/testing.js');
+const { logService, request } = createRequire(import.meta.url)('../testing/testing.js');
 
 const ROUNDS = 61;
 const CALLS = 100;
@@ -13,13 +13,15 @@ const BATCHES = 8;
 const AT_A_TIME = 64;
 const WARM_UP = 5_000;
 
-async function perCall() {
+async function perCallOf(call) {
   const start = now();
   for (let i = 0; i < CALLS; ++i) {
-    await zelk.getModemLogStatus();
+    await call();
   }
   return (now() - start) / CALLS;
 }
+const perCall = () => perCallOf(() => zelk.getModemLogStatus());
+const perRequest = () => perCallOf(() => request('GetModemLogStatus'));
 
 async function withHandler(handler, run) {
   const service = logService({ GetModemLogStatus: handler });
@@ -29,6 +31,7 @@ async function withHandler(handler, run) {
 }
 
 await compare('handler', ROUNDS, () => withHandler(() => true, perCall), perCall);
+await compare('request', ROUNDS, perRequest, perCall);
 
 // 1,000 handlers of a millisecond each on four worker threads: the whole time, and a fourth of their own.
 async function manyHandlers() {

@@ -18,7 +18,8 @@ const brief = (text) => text.replace(ERROR, (all, name, message) => `${name}: ${
 const WORDS = [
   [/^the (service is gone)$/, (method, text, isGone) => `the log ${isGone}`],
   [/^no answer in time$/, (method) => `the log service did not answer ${method} in time`],
-  [/^the answer has (the types .*)$/, (method, text, types) => `the log service answers ${method} with ${types}`],
+  [/^the answer has (the types .*)$/, (method, text, types) =>
+    `the log service answers ${method} with ${types}`],
   [ERROR, (method, text, name) => (MISSING.includes(name)
     ? `the log service has no method ${method} (${brief(text)})`
     : `the log service answers ${method} with an error (${brief(text)})`)],

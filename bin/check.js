@@ -16,7 +16,7 @@ const PROGRESS_AFTER_MS = 1000;
 const LATE = 'ERR_ZELKLOG_LATE';
 const NO_SERVICE = 'ERR_ZELK_NO_SERVICE';
 const CODE_GONE = 1001;
-const GONE = wrong('the service is gone', 'an answer');
+const GONE = { ...wrong('the service is gone', 'an answer'), code: CODE_GONE };
 
 // The arguments of the queries.
 const QUERIES = {
@@ -32,8 +32,12 @@ const QUERIES = {
   QueryProtocolData: ({ request }) => [request],
 };
 
-const MODEM = { status: 'GetModemLogStatus', config: 'GetModemLogConfig', plainSwitch: 'HandleModemLogSwitch' };
-const TCPDUMP = { status: 'GetTcpdumpStatus', config: 'GetTcpdumpConfig', plainSwitch: 'HandleTcpdumpSwitch' };
+const MODEM = {
+  status: 'GetModemLogStatus', config: 'GetModemLogConfig', plainSwitch: 'HandleModemLogSwitch',
+};
+const TCPDUMP = {
+  status: 'GetTcpdumpStatus', config: 'GetTcpdumpConfig', plainSwitch: 'HandleTcpdumpSwitch',
+};
 const NO_LOG = {};
 
 // How the other methods are tried, and on which log.
@@ -109,7 +113,8 @@ class Check {
 
   // Tries all methods in the order of the interface, in which the queries of a log precede its changes.
   async run() {
-    const methods = [...this.#operations.keys()].filter((method) => this.#options.changes || method in QUERIES);
+    const methods = [...this.#operations.keys()]
+      .filter((method) => this.#options.changes || method in QUERIES);
     for (const [index, method] of methods.entries()) {
       try {
         await this.#try(method);
@@ -137,8 +142,8 @@ class Check {
     Object.assign(this.#results.get(method), fault);
   }
 
-  // Makes a request, and gives its answer: true where there is none. Undefined when something is wrong with it, or was
-  // before: then it is not made.
+  // Makes a request and gives its answer, true where there is none; undefined when something is wrong with it.
+  // Where something was wrong with the method before, it is not asked again.
   async #ask(method, ...args) {
     const result = this.#results.get(method);
     if (result.verdict === 'wrong' || result.verdict === 'missing') {
@@ -153,7 +158,7 @@ class Check {
     const fault = late ?? faultOf(operation, { code, answer, why });
     const received = operation.answer === 'nothing' ? `code ${code}` : shown(answer);
     const milliseconds = Math.max(result.milliseconds ?? 0, Math.round(performance.now() - start));
-    this.#judge(method, { verdict: 'ok', received, expected: undefined, ...fault, code, milliseconds });
+    this.#judge(method, { verdict: 'ok', received, ...fault, code, milliseconds });
     return fault ? undefined : answer ?? true;
   }
 
@@ -197,7 +202,9 @@ class Check {
     }
     // This is the last switch of its log.
     const wasOn = this.#wasOn[log.status];
-    await this.#ask(log.plainSwitch, wasOn) ?? await this.#ask(method, wasOn, [this.#newItem().text]);
+    if (!await this.#ask(log.plainSwitch, wasOn)) {
+      await this.#ask(method, wasOn, [this.#newItem().text]);
+    }
   }
 
   tryCommand(method) {
@@ -279,7 +286,7 @@ function report(results, json) {
 }
 
 function finish(results, isWaiting, json) {
-  const isClean = results.length > 0 && results.every(({ verdict }) => verdict === 'ok' || verdict === 'skipped');
+  const isClean = results.length > 0 && results.every(({ verdict }) => ['ok', 'skipped'].includes(verdict));
   process.exitCode = isClean ? 0 : EXIT_FAILED;
   if (results.length > 0 || json) {
     report(results, json);
@@ -289,8 +296,8 @@ function finish(results, isWaiting, json) {
   }
 }
 
-// Checks the log service, prints what it found, and sets the exit status. Ends the process where a call that was never
-// answered would keep it.
+// Checks the log service, prints what it found, and sets the exit status. Ends the process where a call that
+// was never answered would keep it.
 async function check(options) {
   process.env.UV_THREADPOOL_SIZE = String(WORKER_THREADS); // Before the first thread is made.
   const takeLines = prepare(options);

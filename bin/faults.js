@@ -34,7 +34,9 @@ function expectedOfItem(text, isSetting) {
   if (typeof item.configKey !== 'string' || typeof item.value !== 'string') {
     return 'a "configKey" and a "value", both strings';
   }
-  return isSetting && !isObject(parsed(item.value)) ? 'a "value" that is the JSON text of an object' : undefined;
+  return isSetting && !isObject(parsed(item.value))
+    ? 'a "value" that is the JSON text of an object'
+    : undefined;
 }
 
 function ofItems(texts, isSetting) {

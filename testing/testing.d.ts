@@ -174,3 +174,58 @@ export function captureLog(): LogCapture;
  * @throws {RangeError} A token id that does not fit 64 bits.
  */
 export function setCaller(caller: { readonly systemApplication: boolean } | bigint | null): void;
+
+/** Why a call over D-Bus broke off. */
+export interface BreakOff {
+  /** In words, as the log has it. */
+  text: string;
+  /** The name of the D-Bus error with which the service answered. */
+  error?: string;
+  /** The types of an answer that had others than {@link expected}. */
+  received?: string;
+  expected?: string;
+}
+
+/** What a request came to. */
+export interface Outcome<T> {
+  /** The service's own code; or, with {@link why}, 1001 to 1004. */
+  code: number;
+  /** `undefined` where the operation has none, or the service gave none. */
+  answer: T | undefined;
+  /** Only where the call broke off. A service that itself answers such a code has none. */
+  why?: BreakOff;
+}
+
+/** The arguments of each operation, and its answer. */
+export interface Operations {
+  GetModemLogConfig: [args: [keys: readonly string[]], answer: string[]];
+  GetModemLogDirectPackConfig: [args: [], answer: string];
+  GetModemLogLogMasks: [args: [], answer: string[]];
+  GetModemLogStatus: [args: [], answer: boolean];
+  HandleModemLogSwitch: [args: [on: boolean] | [on: boolean, configs: readonly string[]], answer: boolean];
+  SendModemLogCommand: [args: [command: string], answer: boolean];
+  ChangeModemLogConfig: [args: [configs: readonly string[]], answer: boolean];
+  GetTcpdumpStatus: [args: [], answer: boolean];
+  GetTcpdumpConfig: [args: [keys: readonly string[]], answer: string[]];
+  ChangeTcpdumpConfig: [args: [configs: readonly string[]], answer: boolean];
+  HandleTcpdumpSwitch: [args: [on: boolean] | [on: boolean, configs: readonly string[]], answer: boolean];
+  HandleBluetoothCallPcmLogSwitch: [args: [on: boolean], answer: undefined];
+  FetchRemoteDevicesLogs: [args: [request: string, value: bigint], answer: string];
+  QueryRemoteDevicesLogs: [args: [request: string], answer: string];
+  GetRemoteDevicesList: [args: [], answer: string];
+  QueryProtocolData: [args: [request: string], answer: string];
+}
+
+/**
+ * Asks the log service that is in force, without the module in between: what does it really answer? For authors of a
+ * log service.
+ *
+ * The request runs on a worker thread and takes no longer than any call. Bytes of an answer that are not UTF-8 arrive
+ * as U+FFFD. It is rejected with an `Error`, `code` `ERR_ZELK_NO_SERVICE`, when there is no log service; the message
+ * says why.
+ *
+ * @throws {TypeError} An unknown operation, or a wrong number or type of arguments. Nothing is sent.
+ * @throws {RangeError} A bigint that does not fit 64 bits with a sign.
+ */
+export function request<Name extends keyof Operations>(
+  operation: Name, ...args: Operations[Name][0]): Promise<Outcome<Operations[Name][1]>>;

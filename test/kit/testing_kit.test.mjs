@@ -153,13 +153,41 @@ test('mistakes throw where they are made', () => {
     [() => request('getModemLogStatus'), 'TypeError', /GetModemLogConfig, /],
     [() => request('HandleTcpdumpSwitch', true, [], 5), 'TypeError', / takes 1 or 2 arguments, not 3$/],
     [() => request('HandleTcpdumpSwitch', 1), 'TypeError', /^argument 1 of .* must be a boolean, not 1$/],
-    [() => request('GetTcpdumpConfig', ['k', 5]), 'TypeError', /must be an array of strings/],
+    [() => request('GetTcpdumpConfig', [, 'k']), 'TypeError', /must be an array of strings/],
+    [() => request('QueryProtocolData', 5), 'TypeError', /must be a string/],
     [() => request('FetchRemoteDevicesLogs', '', 2n ** 63n), 'RangeError', /^argument 2 of .* 64 bits/],
   ]) {
     assert.throws(make, { name, message });
     service?.restore();
   }
   assert.equal(String(new ServiceError(7)), 'ServiceError: the log service answers with code 7');
+});
+
+test('a request gets what the service answers, whole', async () => {
+  const value = -(2n ** 63n);
+  serve({
+    GetTcpdumpConfig: ([key]) => [Buffer.from([0xff]), key],
+    ChangeTcpdumpConfig: () => Promise.reject(new ServiceError(1004)),
+    HandleTcpdumpSwitch: (...args) => Promise.reject(new ServiceError(-5, args.length > 1)),
+    HandleModemLogSwitch: () => {},
+  });
+  for (const [args, code, answer] of [
+    [['GetTcpdumpConfig', ['ß\0']], 0, ['\ufffd', 'ß\0']],
+    [['ChangeTcpdumpConfig', []], 1004, undefined],
+    [['HandleTcpdumpSwitch', true], -5, false],
+    [['HandleTcpdumpSwitch', true, ['']], -5, true],
+    [['HandleModemLogSwitch', true], 0, undefined],
+    [['SendModemLogCommand', ''], 2, false],
+    [['HandleBluetoothCallPcmLogSwitch', true], 0, undefined],
+    [['FetchRemoteDevicesLogs', 'r', value], 0, `{"request":"r","value":${value},"logs":[]}`],
+  ]) {
+    service.clear();
+    assert.deepEqual(await request(...args), { code, answer }, args[0]);
+    const [operation, ...rest] = args;
+    assert.deepEqual(service.requests, [{ operation, args: rest }]);
+  }
+  service.leave();
+  await assert.rejects(request('GetModemLogStatus'), { code: 'ERR_ZELK_NO_SERVICE', message: /has left/ });
 });
 
 test('a service is put in front of the one before, each with its own reference service', async () => {

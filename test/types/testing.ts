@@ -22,7 +22,12 @@ service[Symbol.dispose]();
 const domains: number[] = testing.captureLog().lines.map(({ domain }) => domain);
 testing.setCaller({ systemApplication: domains.length > 0 });
 testing.setCaller(2n ** 32n);
-testing.setCaller(null); // @ts-expect-error
+testing.setCaller(null);
+testing.request('HandleModemLogSwitch', true, ['text']).then(({ answer = false, why }) => !answer || why?.error);
+testing.request('FetchRemoteDevicesLogs', 'text', 5n).then(({ code, answer }) => answer?.at(code)); // @ts-expect-error
+
+testing.request('FetchRemoteDevicesLogs', 'text', 5); // @ts-expect-error
+testing.request('GetModemLogStatus', true); // @ts-expect-error
 
 testing.logService({ getModemLogStatus: () => true }); // @ts-expect-error
 testing.logService({ GetModemLogStatus: () => 'on' }); // @ts-expect-error
