@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Builds with Clang, where a warning is an error, runs clang-tidy on all C++ sources, eslint on all JavaScript and
-# shellcheck on all shell scripts.
+# Builds with Clang, where a warning is an error, and runs shellcheck on all shell scripts, clang-tidy on all C++ sources
+# and eslint on all JavaScript.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

@@ -45,7 +45,7 @@ int main(int argc, char**)
          {"ZELK_LOG_SERVICE", "DBUS_SESSION_BUS_ADDRESS", "DBUS_SYSTEM_BUS_ADDRESS", "XDG_RUNTIME_DIR"}) {
         setenv(name, "changed", 1);
     }
-    OHOS::HiviewDFX::Client().OnRemoteDied(nullptr); // A sanitizer needs descriptors to check a class the first time.
+    OHOS::HiviewDFX::Client().OnRemoteDied({}); // A sanitizer needs descriptors to check a class the first time.
     bool isServed = false;
     std::thread([&] {
         t_isWorker = true;

@@ -162,7 +162,7 @@ TEST(Client, CallsTheCallbacksWhenTheServiceDies)
     }
     std::function<void()> nothing;
     client.RegisterRemotedDied("c", nothing);
-    client.OnRemoteDied(nullptr);
+    client.OnRemoteDied({});
     EXPECT_EQ(called, "12");
 }
 

@@ -1,4 +1,4 @@
-// Reference-counted objects and their strong and weak pointers, as on the platform.
+// Reference-counted objects and their strong pointers, as on the platform; and the name of its weak pointers.
 #ifndef HOST_UTILS_REFBASE_H
 #define HOST_UTILS_REFBASE_H
 
@@ -8,43 +8,18 @@
 
 namespace OHOS {
 
-// The counts of one object. It outlives the object for as long as a weak pointer refers to it.
-class __attribute__((visibility("default"))) RefCounter {
-public:
-    void IncStrong();
-    // True when this was the last strong reference: the caller then destroys the object.
-    bool DecStrong();
-    // Takes a strong reference unless the object is already gone.
-    bool TryIncStrong();
-    int StrongCount() const;
-    void IncWeak();
-    // Destroys the counter with the last reference of either kind.
-    void DecWeak();
-
-private:
-    ~RefCounter() = default;
-
-    std::atomic<int> strong_{0};
-    // All strong references together hold one weak one, held by the object itself.
-    std::atomic<int> weak_{1};
-};
-
-// Base of everything that sptr and wptr point to; usually a virtual base. An object is made with `new`, handed to an
-// sptr at once, and destroyed by the last sptr. Counts may be changed from any thread.
+// Base of everything that sptr points to; usually a virtual base. An object is made with `new`, handed to an sptr at
+// once, and destroyed by the last sptr. The count may be changed from any thread.
 class __attribute__((visibility("default"))) RefBase {
 public:
-    RefBase();
-    RefBase(const RefBase&);
-    RefBase& operator=(const RefBase&);
+    RefBase() = default;
     virtual ~RefBase();
 
     void IncStrongRef(const void* owner);
     void DecStrongRef(const void* owner);
-    int GetSptrRefCount() const;
-    RefCounter* GetRefCounter() const;
 
 private:
-    RefCounter* counter_;
+    std::atomic<int> strong_{0};
 };
 
 // Strong pointer: keeps its object alive.
@@ -76,12 +51,6 @@ public:
     {
         std::swap(object_, other.object_);
         return *this;
-    }
-
-    template <typename... Args>
-    static sptr<T> MakeSptr(Args&&... args)
-    {
-        return sptr<T>(new T(std::forward<Args>(args)...));
     }
 
     T* GetRefPtr() const
@@ -118,13 +87,6 @@ public:
     }
 
 private:
-    template <typename U>
-    friend class wptr;
-
-    // Takes over a reference that has been counted already.
-    struct Counted {};
-    sptr(T* object, Counted) : object_(object) {}
-
     void Acquire() const
     {
         if (object_ != nullptr) {
@@ -141,54 +103,9 @@ private:
     T* object_ = nullptr;
 };
 
-// Weak pointer: promote() gives a strong pointer while the object lives, null afterwards.
+// Weak pointer: Client::OnRemoteDied takes one. Nothing on a desktop looks through it, so it points to nothing.
 template <typename T>
 class wptr {
-public:
-    wptr() = default;
-    wptr(const sptr<T>& strong) : wptr(strong.GetRefPtr()) {} // NOLINT(google-explicit-constructor)
-    wptr(T* object) : object_(object)                         // NOLINT(google-explicit-constructor)
-    {
-        if (object != nullptr) {
-            counter_ = object->GetRefCounter();
-            counter_->IncWeak();
-        }
-    }
-    wptr(const wptr& other) : object_(other.object_), counter_(other.counter_)
-    {
-        if (counter_ != nullptr) {
-            counter_->IncWeak();
-        }
-    }
-    wptr(wptr&& other) noexcept
-        : object_(std::exchange(other.object_, nullptr)), counter_(std::exchange(other.counter_, nullptr))
-    {
-    }
-    ~wptr()
-    {
-        if (counter_ != nullptr) {
-            counter_->DecWeak();
-        }
-    }
-
-    wptr& operator=(wptr other) noexcept
-    {
-        std::swap(object_, other.object_);
-        std::swap(counter_, other.counter_);
-        return *this;
-    }
-
-    sptr<T> promote() const
-    {
-        if (counter_ == nullptr || !counter_->TryIncStrong()) {
-            return nullptr;
-        }
-        return sptr<T>(object_, typename sptr<T>::Counted());
-    }
-
-private:
-    T* object_ = nullptr;
-    RefCounter* counter_ = nullptr;
 };
 
 } // namespace OHOS
