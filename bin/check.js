@@ -142,7 +142,7 @@ class Check {
     Object.assign(this.#results.get(method), fault);
   }
 
-  // Makes a request and gives its answer, true where there is none; undefined when something is wrong with it.
+  // Makes a request and gives its answer, true where there is none; undefined when something is wrong.
   // Where something was wrong with the method before, it is not asked again.
   async #ask(method, ...args) {
     const result = this.#results.get(method);

@@ -58,7 +58,8 @@ async function during(harm, count = CALLS) {
   for (const [, code] of lines.join('\n').matchAll(/\[OnExecuteCallback\].*errorcode=(\d+)/g)) {
     codes[code] = (codes[code] ?? 0) + 1;
   }
-  const broken = lines.filter((line) => line === 'E DBUS: GetRemoteDevicesList: code 1001: the service is gone');
+  const GONE_LINE = 'E DBUS: GetRemoteDevicesList: code 1001: the service is gone';
+  const broken = lines.filter((line) => line === GONE_LINE);
   assert.equal(broken.length, codes[GONE] ?? 0);
   return codes;
 }
