@@ -65,13 +65,13 @@ struct Counted : IRemoteObject {
 
 TEST(RefBase, IsDestroyedOnceWhateverTheThreads)
 {
-    for (int round = 0; round < 200; ++round) {
+    for (int round = 0; round < 10; ++round) {
         const auto held = std::make_shared<int>();
         sptr<Counted> strong(new Counted);
         strong->held = held;
         std::array<sptr<Counted>, 4> copies{strong, strong, strong, std::move(strong)};
         ZelkTest::InThreads([&copies](size_t index) {
-            for (int i = 0; i < 100; ++i) {
+            for (int i = 0; i < 100'000; ++i) {
                 const sptr<Counted> another = copies[index];
             }
             copies[index] = nullptr;
