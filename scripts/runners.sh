@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Tries the npm package in a project that has it from its tarball: runs the tests in examples/ with Jest and Vitest, and
-# uses the compilers and bundlers of test/runners/package.json. The tarball is that of `make pack` if it has these sources,
-# otherwise one of the release build, for this machine alone.
+# uses the compilers and bundlers of test/runners/package.json. The tarball is that of `make pack` if it is of these
+# sources, otherwise one of the release build, for this machine alone.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -37,5 +37,6 @@ if ! cmp -s ../../../test/runners/package-lock.json node_modules/.installed-lock
     npm install --ignore-scripts --loglevel=error
     cp ../../../test/runners/package-lock.json node_modules/.installed-lock.json
 fi
+rm -rf node_modules/zelklogservice
 npm install --no-save --ignore-scripts --offline --loglevel=error ../*.tgz
 node run.mjs
