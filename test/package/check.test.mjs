@@ -5,7 +5,7 @@ import { existsSync, writeFileSync } from 'node:fs';
 import { createServer } from 'node:net';
 import { after, test } from 'node:test';
 import { running, start, startBus, stop } from '../support/bus.mjs';
-import { buildFolder, root, run, temporaryFolder } from '../support/system.mjs';
+import { buildFolder, root, run, runCode, temporaryFolder } from '../support/system.mjs';
 
 const folder = temporaryFolder();
 after(() => running.forEach((child) => stop(child)));
@@ -118,6 +118,16 @@ test('a foreign service is told what is missing, wrong and late', { skip: !hasPy
     assert.deepEqual([seen.status, seen.stdout], [status, ''], words);
     assert.match(seen.stderr.trimEnd(), message);
   }
+  const asked = runCode(`const { request } = require(${JSON.stringify(`${root}testing/testing.js`)});
+    Promise.all(['GetModemLogStatus', 'GetTcpdumpStatus', 'GetModemLogLogMasks'].map((name) => request(name)))
+      .then((outcomes) => console.log(JSON.stringify(outcomes)));`, { env });
+  const [wrong, right, absent] = JSON.parse(asked.stdout);
+  assert.deepEqual([wrong, right], [{ code: 1004, why: {
+    text: 'the answer has the types "ii", not "ib"', received: 'ii', expected: 'ib',
+  } }, { code: 0, answer: true }]);
+  assert.deepEqual([absent.code, Object.keys(absent.why), absent.why.text.startsWith(UNKNOWN)],
+    [1003, ['text', 'error'], true]);
+
   const { status, stdout } = zelklog('check --json --timeout 5', env);
   const results = JSON.parse(stdout);
   const { GetModemLogConfig: missing, QueryRemoteDevicesLogs: failed, ...faults } = faultsIn(results);
