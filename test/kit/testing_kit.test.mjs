@@ -220,12 +220,6 @@ test('calls that wait go on while the service is away', async () => {
   assert.equal(service.requests.length, 1);
   finish(true);
   assert.equal(await waiting, true);
-  service.join();
-  const late = outcome(zelk.getModemLogStatus());
-  Atomics.wait(new Int32Array(new SharedArrayBuffer(4)), 0, 0, 200); // Its request is on its way.
-  service.restore();
-  assert.deepEqual(await late, ['rejected', false]);
-  assert.equal(service.requests.length, 1);
 });
 
 // The least of three, because the machine may be busy with something else.
@@ -244,6 +238,7 @@ test('a waiting call ends within 100 ms when its service is restored or its envi
       await once(worker, 'message');
       const calls = [call(), once(worker, 'exit').then(() => ['rejected', false])];
       await once(worker, 'message');
+      await sleep(60); // It is not the first look at the worker that sees its end.
       return [() => worker.terminate(), calls];
     },
   };

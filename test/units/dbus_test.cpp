@@ -351,14 +351,18 @@ TEST(Dbus, CallsOfSeveralThreadsHaveConnectionsUntilTheseAreIdle)
     EXPECT_TRUE(Eventually([&] { return bus.open < THREADS / 2; })) << bus.open;
 }
 
-// Without its limit, a call lasts as long as the flood.
-TEST(Dbus, AFloodDoesNotHoldACall)
+// Without its limit, a call lasts as long as the silence or the flood.
+TEST(Dbus, NeitherSilenceNorAFloodHoldsACall)
 {
+    steady_clock::time_point start = steady_clock::now();
+    EXPECT_EQ(SilentBus().Find(500ms), nullptr);
+    EXPECT_LT(steady_clock::now() - start, 5s);
+
     const PlayedBus bus(PlayedBus::Flood);
     // With a pool of its own, whose connections end, and with them the flood, before the bus does.
     const Proxy proxy = FindOver(std::make_shared<BusPool>(bus.address, [] {}), 500ms);
     for (int round = 0; round < 2; ++round) { // The second starts while the flood of the first goes on.
-        const steady_clock::time_point start = steady_clock::now();
+        start = steady_clock::now();
         EXPECT_EQ(StatusBy(proxy), "1002 off");
         EXPECT_LT(steady_clock::now() - start, 5s) << round;
     }
@@ -625,6 +629,12 @@ TEST_F(Service, EndsWhenItsNameIsTaken)
     bus.WaitForService();
     BusHandle another;
     ASSERT_GE(OpenBus(bus.address, 20s, another), 0);
+    sd_bus_message* raw = nullptr;
+    ASSERT_GE(sd_bus_message_new_signal(another.get(), &raw, "/", BUS, "NameLost"), 0);
+    const BusMessage lie(raw); // Only the bus itself is believed.
+    ASSERT_TRUE(sd_bus_message_append(raw, "s", SERVICE_NAME) >= 0 &&
+                sd_bus_send_to(another.get(), raw, SERVICE_NAME, nullptr) >= 0 && sd_bus_flush(another.get()) >= 0);
+    EXPECT_EQ(StatusBy(bus.Find()), "0 off");
     ASSERT_GE(sd_bus_request_name(another.get(), SERVICE_NAME, SD_BUS_NAME_REPLACE_EXISTING), 0);
     EXPECT_EQ(service.End(), 1);
     EXPECT_EQ(Process("grep -q 'another process has taken the name' " + errors).End(), 0);

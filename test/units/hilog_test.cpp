@@ -209,10 +209,11 @@ const std::map<std::string, void (*)()> SCENARIOS = {
     {"behind",
      [] {
          // Its many line feeds are escaped while the other lines wait for it.
-         const auto longLine = std::async(std::launch::async, Print, std::string().append(80'000'000, '\n'));
+         const auto longLine = std::async(std::launch::async, Print, std::string().append(160'000'000, '\n'));
          while (Print("x") > 0 && longLine.wait_for(std::chrono::seconds(0)) == std::future_status::timeout) {
          }
-         std::cout << TimeOfFour("x");
+         std::cout << TimeOfFour("x")
+                   << (longLine.wait_for(std::chrono::seconds(0)) == std::future_status::timeout ? "" : ", too late");
      }},
     {"child",
      [] {

@@ -142,27 +142,39 @@ struct PrivateBus : Bus {
     const Process daemon;
 };
 
+// A bus that lets clients connect, and says nothing.
+struct SilentBus : Bus {
+    SilentBus()
+    {
+        sockaddr_un name = {AF_UNIX, {}};
+        (folder / "bus").string().copy(name.sun_path, sizeof(name.sun_path) - 1);
+        EXPECT_EQ(bind(listening, reinterpret_cast<const sockaddr*>(&name), sizeof(name)), 0);
+        EXPECT_EQ(listen(listening, SOMAXCONN), 0);
+    }
+    ~SilentBus()
+    {
+        close(listening);
+    }
+
+    const int listening = socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+};
+
 // A bus simulated by the test: the other end of the connections of its clients. It answers the calls that clients make
 // to the bus at the start, and leaves all others to the test.
-class PlayedBus : public Bus {
+class PlayedBus : public SilentBus {
 public:
     static constexpr const char* BUS = "org.freedesktop.DBus";
     static constexpr const char* OWNER = ":1.1"; // Of the service's name.
 
     // `onCall` is called in the thread of this object.
-    explicit PlayedBus(std::function<void(sd_bus_message* call)> onCall) : onCall_(std::move(onCall))
+    explicit PlayedBus(std::function<void(sd_bus_message* call)> onCall)
+        : onCall_(std::move(onCall)), thread_([this] { Serve(); })
     {
-        sockaddr_un name = {AF_UNIX, {}};
-        (folder / "bus").string().copy(name.sun_path, sizeof(name.sun_path) - 1);
-        EXPECT_EQ(bind(listening_, reinterpret_cast<const sockaddr*>(&name), sizeof(name)), 0);
-        EXPECT_EQ(listen(listening_, SOMAXCONN), 0);
-        thread_ = std::thread([this] { Serve(); });
     }
     ~PlayedBus()
     {
         isEnding_ = true;
         thread_.join();
-        close(listening_);
     }
 
     // Answers `call` as if the answer came from `sender`.
@@ -216,7 +228,7 @@ private:
     {
         std::vector<BusHandle> clients;
         while (!isEnding_) {
-            const int socket = accept4(listening_, nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC);
+            const int socket = accept4(listening, nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC);
             if (socket >= 0) {
                 clients.push_back(Greet(socket));
                 ++connections;
@@ -267,7 +279,6 @@ private:
     }
 
     const std::function<void(sd_bus_message* call)> onCall_;
-    const int listening_ = socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
     std::atomic<bool> isEnding_ = false;
     std::thread thread_;
 };
