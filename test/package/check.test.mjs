@@ -11,7 +11,8 @@ const folder = temporaryFolder();
 after(() => running.forEach((child) => stop(child)));
 const program = `${root}bin/zelklog`;
 const zelklog = (words, env) =>
-  run(process.execPath, [program, ...words.split(' ')], { env: { ZELK_LOG_SERVICE: '', ...env } });
+  run(process.execPath, [program, ...words.split(' ')],
+    { env: { ZELK_LOG_SERVICE: '', ...env }, timeout: 22_000 });
 
 // The methods that are not ok or skipped, as { method: [verdict, received, expected] }.
 const faultsIn = (results) => Object.fromEntries(results.filter(({ verdict }) => !/ok|skipped/.test(verdict))
