@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Tries the npm package in a project that has it from its tarball: runs the tests in examples/ with Jest and Vitest, and
-# uses the compilers and bundlers of test/runners/package.json. The tarball is that of `make pack` if it is of these
+# uses the compilers and bundlers of scripts/runners/package.json. The tarball is that of `make pack` if it is of these
 # sources, otherwise one of the release build, for this machine alone.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -29,13 +29,13 @@ else
     pack_release_build
 fi
 
-cp test/runners/{.npmrc,*} examples/* "$project"
+cp scripts/runners/{.npmrc,*} examples/*.*s "$project"
 cd "$project"
 # As `npm ci`, which also asks for the builds of esbuild and others for every other system.
-if ! cmp -s ../../../test/runners/package-lock.json node_modules/.installed-lock.json; then
+if ! cmp -s ../../../scripts/runners/package-lock.json node_modules/.installed-lock.json; then
     rm -rf node_modules
     npm install --ignore-scripts --loglevel=error
-    cp ../../../test/runners/package-lock.json node_modules/.installed-lock.json
+    cp ../../../scripts/runners/package-lock.json node_modules/.installed-lock.json
 fi
 rm -rf node_modules/zelklogservice
 npm install --no-save --ignore-scripts --offline --loglevel=error ../*.tgz
