@@ -243,10 +243,10 @@ class Check {
       const isHidden = (method) => hidden.some((effect) => effect.method === method);
       if (effects.every(({ method }) => isHidden(method))) {
         const { method, received, expected } = hidden[0];
-        this.#judgeIfOk(query, wrong(`${received}, after ${method}`, expected));
+        this.#judgeIfOk(query, wrong(`after ${method}: ${received}`, expected));
       } else {
         hidden.forEach(({ method, received, expected }) =>
-          this.#judgeIfOk(method, wrong(`${received}, from ${query} after it`, expected)));
+          this.#judgeIfOk(method, wrong(`${query} then answers ${received}`, expected)));
       }
     }
   }

@@ -154,6 +154,7 @@ test('mistakes throw where they are made', () => {
     [() => request('HandleTcpdumpSwitch', true, [], 5), 'TypeError', / takes 1 or 2 arguments, not 3$/],
     [() => request('HandleTcpdumpSwitch', 1), 'TypeError', /^argument 1 of .* must be a boolean, not 1$/],
     [() => request('GetTcpdumpConfig', ['k', 5]), 'TypeError', /must be an array of strings/],
+    [() => request('GetTcpdumpConfig', new Array(1)), 'TypeError', /must be an array of strings/],
     [() => request('QueryProtocolData', 5), 'TypeError', /must be a string/],
     [() => request('FetchRemoteDevicesLogs', '', 2n ** 63n), 'RangeError', /^argument 2 of .* 64 bits/],
   ]) {

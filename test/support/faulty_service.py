@@ -1,46 +1,43 @@
-"""A log service with a fault in each method, on the bus of the given address. Those it lacks are missing."""
+"""A log service with faults, on the bus of the given address."""
 
 import os
 import sys
 
 import dbus.bus
 import dbus.mainloop.glib
-import dbus.service
+from dbus.service import BusName, Object, method
 from gi.repository import GLib
 
-
-def method(types_in, types_out, **options):
-    return dbus.service.method("dev.zelk.LogService1", in_signature=types_in, out_signature=types_out, **options)
+INTERFACE = "dev.zelk.LogService1"
 
 
-class LogService(dbus.service.Object):
-    @method("", "ii")
+class LogService(Object):
+    @method(INTERFACE, out_signature="ii")
     def GetModemLogStatus(self):
         return 0, 1
 
-    @method("", "ib")
+    @method(INTERFACE, out_signature="ib")
     def GetTcpdumpStatus(self):
         return 0, True
 
-    @method("as", "ias", async_callbacks=("answer", "fail"))
+    @method(INTERFACE, in_signature="as", async_callbacks=("answer", "fail"))
     def GetTcpdumpConfig(self, keys, answer, fail):
         pass
 
-    @method("sx", "is")
+    @method(INTERFACE, in_signature="sx", out_signature="is")
     def FetchRemoteDevicesLogs(self, request, value):
         return 0, "\x1b" * 16_000_000
 
-    @method("s", "is")
+    @method(INTERFACE, in_signature="s")
     def QueryRemoteDevicesLogs(self, request):
         raise TypeError("first line\nlast line")
 
-    @method("", "is")
+    @method(INTERFACE)
     def GetRemoteDevicesList(self):
         os._exit(0)
 
 
-loop = dbus.mainloop.glib.DBusGMainLoop()
-bus = dbus.bus.BusConnection(sys.argv[1], mainloop=loop)
-service = LogService(dbus.service.BusName("dev.zelk.LogService", bus), "/dev/zelk/LogService")
+bus = dbus.bus.BusConnection(sys.argv[1], mainloop=dbus.mainloop.glib.DBusGMainLoop())
+service = LogService(BusName("dev.zelk.LogService", bus), "/dev/zelk/LogService")
 print("ready", flush=True)
 GLib.MainLoop().run()
