@@ -29,6 +29,11 @@ function optionEntries(command) {
   return options.map((option) => entry(option.flags, help.optionDescription(option))).join('');
 }
 
+function ownOptions(command) {
+  const entries = optionEntries(command);
+  return entries && `.RS\n${entries}.RE\n`;
+}
+
 function manualPage() {
   const leaves = commandsBelow(program).filter(({ command }) => command.commands.length === 0);
   const [environment, exitStatus] = ENVIRONMENT.split('\n\n');
@@ -40,7 +45,7 @@ function manualPage() {
     `.SH COMMANDS\n`,
     ...leaves.map(({ command, path }) =>
       entry([...path, command.usage().replace('[options] ', '').replace('[options]', '')].join(' ').trim(),
-        command.description())),
+        command.description()) + ownOptions(command)),
     `.SH OPTIONS\n${optionEntries(program)}`,
     `.SH ITEMS\nItems are typed as NAME key=value ...\n${asItIs(ITEMS)}`,
     `.SH ENVIRONMENT\n${asItIs(environment)}`,

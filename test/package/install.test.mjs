@@ -31,7 +31,7 @@ test('the installed files work, and are where D-Bus, systemd and the shell look 
     ['lib/systemd/system/dev.zelk.LogService.service',
       'ExecStart=/usr/bin/env "/opt/it\'s $$5 für 100%%/bin/zelk-log-service" --system'],
     ['lib/sysusers.d/zelklog.conf', 'u zelklog - "Zelk log service"'],
-    ['share/man/man1/zelklog.1', 'show whether the modem log is on'],
+    ['share/man/man1/zelklog.1', 'also switch each log on and off, and change an item of each configuration'],
     ['../../etc/dbus-1/system.d/dev.zelk.LogService.conf', '<policy group="zelklog">'],
   ]) {
     assert.ok(readFileSync(installed(path), 'utf8').split('\n').some((text) => text.trim() === line), path);
