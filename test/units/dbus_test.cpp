@@ -2,11 +2,13 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <new>
+#include <set>
 #include <sstream>
 #include <sys/stat.h>
 #include <tuple>
 #include <type_traits>
 
+#include "host/hilog/capture.h"
 #include "in_threads.h"
 #include "private_bus.h"
 #include "service/dbus/message_values.h"
@@ -157,13 +159,17 @@ TEST_F(Service, EveryOperationAnswersTheSameEmbeddedAndOverDbus)
     }
 }
 
+// And stays on its connection although it asks the bus whether answers arrive.
 TEST_F(Service, DescribesItselfAsItsFileDoes)
 {
     const std::string script =
-        "rows() { grep -oE '<(method|property|arg)[^/>]*'; }; described=$(dbus-send --bus=" + bus.address +
-        " --print-reply=literal --dest=" + SERVICE_NAME + " " + SERVICE_PATH +
+        "owner() { dbus-send --bus=" + bus.address + " --print-reply=literal --dest=" + BUS + " / " + BUS +
+        ".GetNameOwner string:" + SERVICE_NAME +
+        "; }; before=$(owner); rows() { grep -oE '<(method|property|arg)[^/>]*'; }; described=$(dbus-send --bus=" +
+        bus.address + " --print-reply=literal --dest=" + SERVICE_NAME + " " + SERVICE_PATH +
         " org.freedesktop.DBus.Introspectable.Introspect | sed '1,/" + SERVICE_INTERFACE + "/d' | rows); " +
-        "test \"$described\" = \"$(rows <" + Quoted(ZELK_LOG_SERVICE_INTERFACE) + ")\"";
+        "test \"$described\" = \"$(rows <" + Quoted(ZELK_LOG_SERVICE_INTERFACE) +
+        ")\" && sleep 4 && test \"$before\" && test \"$before\" = \"$(owner)\"";
     EXPECT_EQ(Process(script).End(), 0);
 }
 
@@ -249,6 +255,12 @@ TEST(Dbus, ForeignAnswers)
          Codes(4, IPC_TIMEOUT)},
         {[](auto* call) { PlayedBus::ReplyError(call, BUS, SD_BUS_ERROR_ACCESS_DENIED); }, Codes(4, IPC_ERROR_ANSWER)},
     };
+    std::set<std::string> said; // Of the calls that expect only a code.
+    SetLogCapture([&said](const LogRecord& record) {
+        if (record.message.find("PcmLog") != std::string::npos) {
+            said.insert(record.message.substr(record.message.find(": ") + 2));
+        }
+    });
     std::atomic<size_t> row = 0;
     const PlayedBus bus([&](sd_bus_message* call) {
         EXPECT_STREQ(sd_bus_message_get_destination(call), OWNER);
@@ -272,6 +284,13 @@ TEST(Dbus, ForeignAnswers)
         EXPECT_EQ(text, codes[1] == -7 ? "seen" : "kept") << row;
         EXPECT_EQ(list, Texts{codes[2] == -7 ? "seen" : "kept"}) << row;
     }
+    SetLogCapture(nullptr);
+    const std::string wrong = "code 1004: the answer has the types ";
+    const std::string refused = "code 1003: org.freedesktop.DBus.Error.";
+    EXPECT_EQ(said, (std::set<std::string>{wrong + R"("ib", not "i")", wrong + R"("is", not "i")",
+                                           wrong + R"("ias", not "i")", wrong + R"("ibb", not "i")",
+                                           refused + "NoReply: -", refused + "AccessDenied: -",
+                                           "code 1001: the service is gone", "code 1002: no answer in time"}));
     EXPECT_EQ(bus.connections, 1); // Calls one after the other need no more.
 }
 
