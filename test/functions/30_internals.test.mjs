@@ -1,10 +1,11 @@
-// What no function shows: lines about data that is missing, which no runtime of today leaves out, and what
-// the frames free of a call that cannot start.
+// What no function shows: lines about data that is missing, which no runtime of today leaves out, what the
+// frames free of a call that cannot start, and what references keep.
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
+import { inspect } from 'node:util';
 import { describe, E, I, W } from '../support/cases.mjs';
 import { forms, operation } from '../support/forms.mjs';
-import { counts, fail, gatedNames, names, probe, run, zelk } from '../support/zelk.mjs';
+import { counts, fail, gatedNames, keep, names, probe, run, zelk } from '../support/zelk.mjs';
 
 // The name in the line of a step, where it is not its own.
 const BORROWED = {
@@ -78,4 +79,11 @@ for (const [isQueueError, ...faults] of [
       assert.deepEqual(left, [contexts, members, kept]);
     });
   }
+}
+
+for (const value of [5, 'x', null, undefined, true, 1n, Symbol('s'), { value: 1 }, [1], run]) {
+  test(`a reference keeps ${inspect(value)}, also while an exception is pending`, () => {
+    assert.deepEqual(keep(value), [value, value]);
+    assert.equal(counts().references, 0);
+  });
 }

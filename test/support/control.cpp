@@ -1,4 +1,5 @@
-// zelk_test.node: lets JavaScript tests control and observe the module. Every function takes and returns JSON text.
+// zelk_test.node: lets JavaScript tests control and observe the module. Every function but one takes and returns JSON
+// text.
 #include "control.h"
 
 #include <sstream>
@@ -12,13 +13,22 @@ namespace ZelkTest {
 
 namespace {
 
-void (*g_probe)(napi_env env, const std::string& name) = nullptr; // Known when the module has been loaded.
-napi_env g_env = nullptr;                                         // The only one.
+Probes g_probes{};        // Known when the module has been loaded.
+napi_env g_env = nullptr; // The only one.
 
 Json::Value RunProbe(const Json::Value& name)
 {
-    g_probe(g_env, name.asString());
+    g_probes.run(g_env, name.asString());
     return {};
+}
+
+// The one function that takes and returns plain values.
+napi_value Keep(napi_env env, napi_callback_info info)
+{
+    size_t count = 1;
+    napi_value value = nullptr;
+    napi_get_cb_info(env, info, &count, &value, nullptr, nullptr);
+    return g_probes.keep(env, value);
 }
 
 using Control = Json::Value (*)(const Json::Value& argument);
@@ -48,9 +58,9 @@ napi_property_descriptor Function(const char* name, Control control)
 
 } // namespace
 
-void SetProbe(void (*probe)(napi_env env, const std::string& name))
+void SetProbes(const Probes& probes)
 {
-    g_probe = probe;
+    g_probes = probes;
 }
 
 } // namespace ZelkTest
@@ -64,6 +74,7 @@ extern "C" ZELK_TEST_EXPORT napi_value napi_register_module_v1(napi_env env, nap
         Function("trace", ReadTrace),
         Function("counts", ReadCounts),
         Function("runProbe", RunProbe),
+        {"keep", nullptr, Keep, nullptr, nullptr, nullptr, napi_default, nullptr},
     };
     napi_define_properties(env, exports, std::size(functions), functions);
     return exports;

@@ -13,8 +13,12 @@ namespace ZelkTest {
 // Counts what the module holds, and the faults since they were planned.
 ZELK_TEST_EXPORT void Count(const char* what, int change);
 
-// Lets JavaScript call `probe` with a name.
-ZELK_TEST_EXPORT void SetProbe(void (*probe)(napi_env env, const std::string& name));
+// What JavaScript can call of the module beside its functions.
+struct Probes {
+    void (*run)(napi_env env, const std::string& name);
+    napi_value (*keep)(napi_env env, napi_value value);
+};
+ZELK_TEST_EXPORT void SetProbes(const Probes& probes);
 
 } // namespace ZelkTest
 

@@ -1,4 +1,5 @@
 // Linked into the test build of the module: what no function of the module does, but a caller of its helpers may.
+#include <array>
 #include <memory>
 #include <string>
 
@@ -62,9 +63,27 @@ void Probe(napi_env env, const std::string& name)
     }
 }
 
-__attribute__((constructor)) void RegisterProbe()
+// What a reference to the value gives back while the value is a pending exception, and that exception afterwards.
+napi_value Keep(napi_env env, napi_value value)
 {
-    ZelkTest::SetProbe(Probe);
+    std::array<napi_value, 2> seen{};
+    napi_ref reference = nullptr;
+    napi_throw(env, value);
+    napi_create_reference(env, value, 1, &reference);
+    napi_get_reference_value(env, reference, &seen[0]);
+    napi_delete_reference(env, reference);
+    napi_get_and_clear_last_exception(env, &seen[1]);
+    napi_value list = nullptr;
+    napi_create_array(env, &list);
+    for (uint32_t index = 0; index < seen.size(); ++index) {
+        napi_set_element(env, list, index, seen[index]);
+    }
+    return list;
+}
+
+__attribute__((constructor)) void RegisterProbes()
+{
+    ZelkTest::SetProbes({Probe, Keep});
 }
 
 } // namespace

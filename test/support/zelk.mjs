@@ -24,6 +24,7 @@ export const fail = (...faults) => planFaults(faults.map((fault) => (
 export const trace = asking('trace');
 // Calls helpers of the module: see probes.cpp.
 export const probe = asking('runProbe');
+export const keep = control.keep;
 
 const logServiceInForce = logService();
 const log = captureLog();
