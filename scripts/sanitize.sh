@@ -25,5 +25,5 @@ case $preset in
         ;;
 esac
 
-ZELKLOGSERVICE_BUILD=$preset LD_PRELOAD=$(g++ -print-file-name="$runtime") \
+ZELKLOGSERVICE_BUILD=$preset PRELOAD=$(g++ -print-file-name="$runtime") \
     LIMIT=1500 $usual_addresses scripts/js_tests.sh test/{functions,sweeps,kit}/*.test.mjs

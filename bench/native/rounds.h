@@ -14,7 +14,7 @@ constexpr double BATCH_NANOSECONDS = 2e6;
 // One where `run.mjs --once` asks for it.
 inline int Rounds()
 {
-    const char* once = std::getenv("ZELK_BENCH_ONCE");
+    const char* once = std::getenv("ZELK_BENCH_ONCE"); // NOLINT(concurrency-mt-unsafe): there is one thread.
     return once == nullptr || *once == '\0' ? 41 : 1;
 }
 
