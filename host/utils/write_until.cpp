@@ -76,14 +76,13 @@ ssize_t TryBlocking(int descriptor, std::string_view text)
     return write(descriptor, text.data(), std::min<size_t>(text.size(), PIPE_BUF));
 }
 
-// Whether a write that failed may be tried again: after a signal, and when there is room before the deadline. The time
-// left is rounded up, so that a loop never spins without waiting.
+// Whether a write that failed may be tried again: after a signal, and when there is room before the deadline.
 bool MayRetry(int error, int descriptor, Deadline deadline)
 {
     if (error != EAGAIN) {
         return error == EINTR;
     }
-    const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+    const auto left = TimeUntil<std::chrono::milliseconds>(deadline);
     pollfd room{descriptor, POLLOUT, 0};
     return left.count() > 0 && poll(&room, 1, static_cast<int>(left.count())) != 0;
 }

@@ -12,7 +12,6 @@ namespace OHOS::Host {
 
 namespace {
 
-using std::chrono::duration_cast;
 using std::chrono::microseconds;
 using std::chrono::steady_clock;
 
@@ -20,11 +19,6 @@ constexpr const char* OWNER_NOTICE = "NameOwnerChanged";
 
 // How long an answer is awaited from a connection that no longer owns the service's name.
 constexpr std::chrono::seconds PATIENCE_WITH_FORMER_OWNER(1);
-
-microseconds TimeUntil(Deadline deadline)
-{
-    return std::max(duration_cast<microseconds>(deadline - steady_clock::now()), microseconds::zero());
-}
 
 // The bus ensures that no peer sends in another's name.
 bool IsSentBy(const BusMessage& message, const char* name)
@@ -88,7 +82,7 @@ IpcCode CodeOfError(int error)
 int BusConnection::Open(const std::string& address, Deadline deadline, std::unique_ptr<BusConnection>& connection)
 {
     BusHandle bus;
-    int result = OpenBus(address, TimeUntil(deadline), bus);
+    int result = OpenBus(address, TimeUntil<microseconds>(deadline), bus);
     if (result < 0) {
         return result;
     }
@@ -224,7 +218,7 @@ void BusConnection::FollowOwner(const BusMessage& message)
 
 void BusConnection::Wait(Deadline deadline)
 {
-    const microseconds left = TimeUntil(deadline);
+    const microseconds left = TimeUntil<microseconds>(deadline);
     if (left > microseconds::zero()) {
         sd_bus_wait(bus_.get(), static_cast<uint64_t>(left.count()));
     }

@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "dbus_names.h"
+#include "host/utils/deadline.h"
 
 namespace OHOS::Host {
 
@@ -58,11 +59,6 @@ BusHandle Open(const std::string& name)
     }
     Checked(result, "cannot reach the bus");
     return bus;
-}
-
-milliseconds TimeUntil(steady_clock::time_point time)
-{
-    return std::max(std::chrono::ceil<milliseconds>(time - steady_clock::now()), milliseconds::zero());
 }
 
 // Waits as poll() does, forever when `limit` is negative, but a signal is not a failure.
@@ -156,13 +152,13 @@ bool BusServer::Flush(int end)
     if (!HasUnsent()) {
         return true;
     }
-    Time deadline = steady_clock::now() + PATIENCE;
+    Deadline deadline = steady_clock::now() + PATIENCE;
     std::array<pollfd, 2> descriptors = {pollfd{sd_bus_get_fd(bus_.get()), POLLOUT, 0}, pollfd{end, POLLIN, 0}};
     while (HasUnsent()) {
         if (steady_clock::now() >= deadline) {
             return false;
         }
-        Poll(descriptors, TimeUntil(deadline));
+        Poll(descriptors, TimeUntil<milliseconds>(deadline));
         if (descriptors[1].revents != 0) {
             deadline = std::min(deadline, steady_clock::now() + LAST_PATIENCE);
             descriptors[1] = {-1, 0, 0};
@@ -191,7 +187,7 @@ void BusServer::SendSome()
 
 bool BusServer::Probe()
 {
-    const Time now = steady_clock::now();
+    const auto now = steady_clock::now();
     if (sign_ != nullptr) {
         return now < probed_ + PROBE_PATIENCE;
     }
@@ -210,9 +206,9 @@ bool BusServer::Probe()
 milliseconds BusServer::WaitTime() const
 {
     if (sign_ != nullptr) {
-        return TimeUntil(probed_ + PROBE_PATIENCE);
+        return TimeUntil<milliseconds>(probed_ + PROBE_PATIENCE);
     }
-    return hasServed_ ? TimeUntil(probed_ + PROBE_INTERVAL) : milliseconds(-1);
+    return hasServed_ ? TimeUntil<milliseconds>(probed_ + PROBE_INTERVAL) : milliseconds(-1);
 }
 
 int BusServer::OnSign(sd_bus_message*, void* server, sd_bus_error*)

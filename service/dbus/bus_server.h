@@ -34,8 +34,6 @@ public:
     void ReleaseName();
 
 private:
-    using Time = std::chrono::steady_clock::time_point;
-
     // Connects and owns the name. `flags` are those of sd_bus_request_name.
     void Connect(uint64_t flags);
     // The same over a new connection, in place of the one from which the bus takes nothing.
@@ -61,9 +59,9 @@ private:
     BusSlot messages_; // Calls OnMessage.
     LogServiceAdaptor adaptor_;
     bool isNameLost_ = false;
-    BusSlot sign_;           // Calls OnSign; null while no sign is awaited.
-    Time probed_;            // When the last one was asked for.
-    bool hasServed_ = false; // Since then.
+    BusSlot sign_;                                 // Calls OnSign; null while no sign is awaited.
+    std::chrono::steady_clock::time_point probed_; // When the last one was asked for.
+    bool hasServed_ = false;                       // Since then.
 };
 
 } // namespace OHOS::Host
