@@ -15,6 +15,7 @@
 #include "handler_service.h"
 #include "js_value.h"
 #include "log_captures.h"
+#include "napi/util/handle_scope.h"
 #include "operation_list.h"
 #include "service/api/ipc_code.h"
 #include "service/api/proxy_source.h"
@@ -197,8 +198,7 @@ napi_value TakeLines(napi_env env, napi_callback_info info)
     napi_value undefined = nullptr;
     napi_get_undefined(env, &undefined);
     for (const LogRecord& line : LogCaptures::Instance().Take(*External<SharedCapture>(env, external))) {
-        napi_handle_scope scope = nullptr;
-        napi_open_handle_scope(env, &scope);
+        const HiviewDFX::HandleScope scope(env);
         std::array<napi_value, 5> arguments{};
         napi_create_uint32(env, static_cast<uint32_t>(line.level), &arguments[0]);
         napi_create_uint32(env, line.domain, &arguments[1]);
@@ -206,7 +206,6 @@ napi_value TakeLines(napi_env env, napi_callback_info info)
         arguments[3] = ToJs(env, line.message);
         arguments[4] = ToJs(env, line.header);
         napi_call_function(env, undefined, function, arguments.size(), arguments.data(), nullptr);
-        napi_close_handle_scope(env, scope);
     }
     return nullptr;
 }

@@ -1,25 +1,10 @@
 #include "js_value.h"
 
+#include "napi/util/handle_scope.h"
+
 namespace OHOS::Host {
 
 namespace {
-
-struct Scope {
-    explicit Scope(napi_env env) : env_(env)
-    {
-        napi_open_handle_scope(env, &scope_);
-    }
-    ~Scope()
-    {
-        napi_close_handle_scope(env_, scope_);
-    }
-    Scope(const Scope&) = delete;
-    Scope& operator=(const Scope&) = delete;
-
-private:
-    napi_env env_;
-    napi_handle_scope scope_ = nullptr;
-};
 
 struct Maker {
     napi_env env;
@@ -45,7 +30,7 @@ struct Maker {
     {
         napi_create_array_with_length(env, texts.size(), &made);
         for (size_t i = 0; i < texts.size(); ++i) {
-            const Scope scope(env);
+            const HiviewDFX::HandleScope scope(env);
             napi_set_element(env, made, static_cast<uint32_t>(i), ToJs(env, texts[i]));
         }
     }
@@ -75,7 +60,7 @@ std::vector<std::string> TextsFromJs(napi_env env, napi_value array)
     std::vector<std::string> texts;
     texts.reserve(length);
     for (uint32_t i = 0; i < length; ++i) {
-        const Scope scope(env);
+        const HiviewDFX::HandleScope scope(env);
         napi_value element = nullptr;
         napi_get_element(env, array, i, &element);
         texts.push_back(TextFromJs(env, element));
