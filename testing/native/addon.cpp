@@ -17,6 +17,7 @@
 #include "log_captures.h"
 #include "napi/util/handle_scope.h"
 #include "operation_list.h"
+#include "request.h"
 #include "service/api/ipc_code.h"
 #include "service/api/proxy_source.h"
 #include "service_stack.h"
@@ -35,15 +36,6 @@ struct OpenService {
     sptr<HandlerService> service;
     napi_ref function;
 };
-
-template <size_t COUNT>
-std::array<napi_value, COUNT> Arguments(napi_env env, napi_callback_info info)
-{
-    std::array<napi_value, COUNT> arguments{};
-    size_t count = COUNT;
-    napi_get_cb_info(env, info, &count, arguments.data(), nullptr, nullptr);
-    return arguments;
-}
 
 template <typename T>
 napi_value MakeExternal(napi_env env, T value)
@@ -117,7 +109,7 @@ void CallHandler(napi_env env, napi_ref function, uint64_t id, const HandlerServ
 // open(function, milliseconds): the service; undefined when one of another environment is in force.
 napi_value Open(napi_env env, napi_callback_info info)
 {
-    const auto [function, milliseconds] = Arguments<2>(env, info);
+    const auto [function, milliseconds] = ReadArguments<2>(env, info);
     const std::shared_ptr<Environment> environment = TheEnvironment(env);
     if (!environment) {
         napi_throw_error(env, nullptr, "the runtime refuses to make a thread-safe function");
@@ -140,7 +132,7 @@ napi_value Open(napi_env env, napi_callback_info info)
 // close(service): false when another one is in front of it. Not to be called again after true.
 napi_value Close(napi_env env, napi_callback_info info)
 {
-    const auto [external] = Arguments<1>(env, info);
+    const auto [external] = ReadArguments<1>(env, info);
     auto& open = External<OpenService>(env, external);
     const bool isClosed = ServiceStack::Instance().Remove(open.service);
     if (isClosed) {
@@ -152,7 +144,7 @@ napi_value Close(napi_env env, napi_callback_info info)
 // setPresent(service, isPresent)
 napi_value SetPresent(napi_env env, napi_callback_info info)
 {
-    const auto [external, isPresent] = Arguments<2>(env, info);
+    const auto [external, isPresent] = ReadArguments<2>(env, info);
     ServiceStack::Instance().SetPresent(External<OpenService>(env, external).service, Boolean(env, isPresent));
     return nullptr;
 }
@@ -160,7 +152,7 @@ napi_value SetPresent(napi_env env, napi_callback_info info)
 // answer(service, id, code, answer)
 napi_value Answer(napi_env env, napi_callback_info info)
 {
-    const auto [external, id, code, answer] = Arguments<4>(env, info);
+    const auto [external, id, code, answer] = ReadArguments<4>(env, info);
     HandlerService::Reply reply;
     napi_get_value_int32(env, code, &reply.code);
     reply.answer = FromJs(env, answer);
@@ -171,7 +163,7 @@ napi_value Answer(napi_env env, napi_callback_info info)
 // passOn(service, id): the reference service answers.
 napi_value PassOn(napi_env env, napi_callback_info info)
 {
-    const auto [external, id] = Arguments<2>(env, info);
+    const auto [external, id] = ReadArguments<2>(env, info);
     External<OpenService>(env, external).service->Answer(static_cast<uint64_t>(Number(env, id)), {0, {}, true});
     return nullptr;
 }
@@ -186,7 +178,7 @@ napi_value StartCapture(napi_env env, napi_callback_info /*info*/)
 
 napi_value StopCapture(napi_env env, napi_callback_info info)
 {
-    const auto [external] = Arguments<1>(env, info);
+    const auto [external] = ReadArguments<1>(env, info);
     LogCaptures::Instance().Stop(External<SharedCapture>(env, external));
     return nullptr;
 }
@@ -194,7 +186,7 @@ napi_value StopCapture(napi_env env, napi_callback_info info)
 // takeLines(capture, function): calls function(level, domain, tag, message, header) for each line since the last time.
 napi_value TakeLines(napi_env env, napi_callback_info info)
 {
-    const auto [external, function] = Arguments<2>(env, info);
+    const auto [external, function] = ReadArguments<2>(env, info);
     napi_value undefined = nullptr;
     napi_get_undefined(env, &undefined);
     for (const LogRecord& line : LogCaptures::Instance().Take(*External<SharedCapture>(env, external))) {
@@ -213,7 +205,7 @@ napi_value TakeLines(napi_env env, napi_callback_info info)
 // setCaller(bigint), or setCaller() for the environment's
 napi_value SetCallerOfProcess(napi_env env, napi_callback_info info)
 {
-    const auto [token] = Arguments<1>(env, info);
+    const auto [token] = ReadArguments<1>(env, info);
     uint64_t number = 0;
     bool isLossless = false;
     const bool isGiven = napi_get_value_bigint_uint64(env, token, &number, &isLossless) == napi_ok;
@@ -224,7 +216,7 @@ napi_value SetCallerOfProcess(napi_env env, napi_callback_info info)
 // exit(status): ends the process now. Node.js would wait for its pool, where a worker may wait for the log service.
 napi_value Exit(napi_env env, napi_callback_info info)
 {
-    const auto [status] = Arguments<1>(env, info);
+    const auto [status] = ReadArguments<1>(env, info);
     _exit(static_cast<int>(Number(env, status)));
 }
 

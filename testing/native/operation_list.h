@@ -10,14 +10,6 @@ namespace OHOS::Host {
 // types of the arguments and of the answer, in words such as "an array of strings".
 napi_value MakeOperationList(napi_env env);
 
-// Makes a request of the log service on a worker thread: request(index, callback, ...args), with the operation's index
-// in the list and arguments of its types. Without an index it only looks for the log service. Later calls one of
-//
-//   callback(whyNot)                     there is no log service
-//   callback(undefined, code, answer)
-//   callback(undefined, code, undefined, text, error, received, expected)    a call over D-Bus broke off
-napi_value Request(napi_env env, napi_callback_info info);
-
 } // namespace OHOS::Host
 
 #endif // TESTING_NATIVE_OPERATION_LIST_H
