@@ -3,6 +3,7 @@
 import { execFileSync } from 'node:child_process';
 import { fileURLToPath } from 'node:url';
 import { addon } from './lib/rounds.mjs';
+import { threadNanoseconds } from './lib/thread_time.mjs';
 
 // The module writes no lines, has the service in the process, and serves this process, whatever the
 // environment says.
@@ -10,7 +11,6 @@ Object.assign(process.env, {
   HILOG_LEVEL: 'X', HILOG_FILE: '', OHOS_FULL_TOKEN_ID: '', ZELK_LOG_SERVICE: 'embedded',
 });
 const zelk = addon('zelklogservice');
-const { threadNanoseconds } = addon('product_parts');
 const { answerWith } = addon('many_replies');
 
 const COUNTS = [10, 100, 1_000, 10_000, 100_000, 1_000_000];

@@ -1,11 +1,10 @@
-// Arguments that become items, and replies that become objects. All of this happens on the JavaScript thread,
-// whose own time is measured.
+// Replies that become objects. All of this happens on the JavaScript thread, whose own time is measured.
 import assert from 'node:assert/strict';
 
 import { addon, average, compare } from './lib/rounds.mjs';
+import { threadNanoseconds, threadTime } from './lib/thread_time.mjs';
 
 const zelk = addon('zelklogservice');
-const askedReader = addon('asked_reader');
 const bareReply = addon('bare_reply');
 const parts = addon('product_parts');
 const { answerWith } = addon('many_replies');
@@ -17,56 +16,10 @@ const MANY = 100_000;
 // Batches of few are as long as one of many.
 const REPEATS = MANY / FEW;
 
-const turn = () => new Promise((resolve) => setImmediate(resolve));
-
-function timeOf(run) {
-  const start = parts.threadNanoseconds();
-  run();
-  return parts.threadNanoseconds() - start;
-}
-
-const scalars = (i) => ({
-  configKey: `key${i}`,
-  value: { enable: i % 2 === 0, level: i, path: '/data/log/modem', size: 4096, name: 'modem', loop: false },
-});
-const lists = (i) => ({
-  configKey: `key${i}`,
-  value: {
-    enable: i % 2 === 0, level: i, path: '/data/log/modem',
-    masks: [1, 2, 3], flags: [true, false, true], names: ['ap', 'cp'],
-  },
-});
-const itemsOf = (length, item) => Array.from({ length }, (_, i) => item(i));
-
-// The items are complete when the call returns; the rest of the call is awaited but not counted.
-const toItems = (items) => async () => {
-  let answer;
-  const time = timeOf(() => {
-    answer = zelk.changeModemLogConfig(items);
-  });
-  await answer.catch(() => {}); // The service refuses more items than it keeps.
-  await turn();
-  return time / items.length;
-};
-const toItemsAsAsked = (items) => () => {
-  const time = timeOf(() => askedReader.readItems(items));
-  askedReader.dropItems();
-  return time / items.length;
-};
-
-for (const [name, item] of [['items', scalars], ['items-lists', lists]]) {
-  const items = itemsOf(SOME, item);
-  await compare(name, ROUNDS, toItems(items), toItemsAsAsked(items));
-}
-
-const fewItems = itemsOf(FEW, scalars);
-const manyItems = itemsOf(MANY, scalars);
-await compare('items-growth', 5, toItems(manyItems), () => average(REPEATS, toItems(fewItems)));
-
 const members = Object.fromEntries(Array.from({ length: SOME }, (_, i) =>
   [`member${i}`, [i, `text ${i}`, i % 3 === 0, i + 0.5, null][i % 5]]));
 const reply = JSON.stringify(members);
-const toObject = (convert) => () => timeOf(() => convert(reply, {})) / SOME;
+const toObject = (convert) => () => threadTime(() => convert(reply, {})) / SOME;
 await compare('reply', ROUNDS, toObject(parts.convertReply), toObject(bareReply.setMembers));
 
 // Parts of a reply that cost time without becoming properties; whoever stored the text chose their number.
@@ -84,7 +37,7 @@ const parsed = (count) => {
   const object = {};
   parts.convertReply(text, object);
   assert.deepEqual(Object.keys(object), ['equal', 'long', 'text']);
-  return () => timeOf(() => parts.convertReply(text, {})) / count;
+  return () => threadTime(() => parts.convertReply(text, {})) / count;
 };
 const parsedFew = parsed(FEW);
 await compare('reply-growth', 5, parsed(MANY), () => average(REPEATS, parsedFew));
@@ -93,9 +46,9 @@ await compare('reply-growth', 5, parsed(MANY), () => average(REPEATS, parsedFew)
 const answered = (count) => async () => {
   answerWith(count);
   const answer = zelk.getModemLogConfig(['key']);
-  const start = parts.threadNanoseconds();
+  const start = threadNanoseconds();
   await answer;
-  return (parts.threadNanoseconds() - start) / count;
+  return (threadNanoseconds() - start) / count;
 };
 await compare('replies-growth', 5, answered(MANY), () => average(REPEATS, answered(FEW)));
 await compare('replies-million', 3, answered(1_000_000), () => average(10, answered(SOME)));
