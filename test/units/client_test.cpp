@@ -25,28 +25,25 @@ size_t SlotOf(Operation operation)
     return pointer / sizeof(void*) + 1;
 }
 
-template <auto... OPERATIONS>
-std::vector<size_t> SlotsOf()
+template <typename... Operations>
+std::vector<size_t> SlotsOf(Operations... operations)
 {
-    return {SlotOf(OPERATIONS)...};
+    return {SlotOf(operations)...};
 }
 
 TEST(Client, HasThePlatformsBinaryInterface)
 {
-    using S = IZelkLogService;
-    constexpr int32_t (S::*modemSwitch)(bool, bool&) = &S::HandleModemLogSwitch;
-    constexpr int32_t (S::*modemItems)(bool, Texts&, bool&) = &S::HandleModemLogSwitch;
-    constexpr int32_t (S::*tcpdumpSwitch)(bool, bool&) = &S::HandleTcpdumpSwitch;
-    constexpr int32_t (S::*tcpdumpItems)(bool, Texts&, bool&) = &S::HandleTcpdumpSwitch;
+    using namespace Host::OperationRow;
     const std::vector<size_t> slots =
-        SlotsOf<&S::GetModemLogConfig, &S::GetModemLogDirectPackConfig, &S::GetModemLogLogMasks, &S::GetModemLogStatus,
-                modemSwitch, modemItems, &S::SendModemLogCommand, &S::ChangeModemLogConfig, &S::GetTcpdumpStatus,
-                &S::GetTcpdumpConfig, &S::ChangeTcpdumpConfig, tcpdumpSwitch, tcpdumpItems,
-                &S::HandleBluetoothCallPcmLogSwitch, &S::FetchRemoteDevicesLogs, &S::QueryRemoteDevicesLogs,
-                &S::GetRemoteDevicesList, &S::QueryProtocolData>();
+        SlotsOf(&Service::GetModemLogConfig, &Service::GetModemLogDirectPackConfig, &Service::GetModemLogLogMasks,
+                &Service::GetModemLogStatus, MODEM_SWITCH, MODEM_SWITCH_WITH_ITEMS, &Service::SendModemLogCommand,
+                &Service::ChangeModemLogConfig, &Service::GetTcpdumpStatus, &Service::GetTcpdumpConfig,
+                &Service::ChangeTcpdumpConfig, TCPDUMP_SWITCH, TCPDUMP_SWITCH_WITH_ITEMS,
+                &Service::HandleBluetoothCallPcmLogSwitch, &Service::FetchRemoteDevicesLogs,
+                &Service::QueryRemoteDevicesLogs, &Service::GetRemoteDevicesList, &Service::QueryProtocolData);
     EXPECT_EQ(slots, (std::vector<size_t>{4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 21, 22, 23, 24, 25}));
-    const std::vector<size_t> own = SlotsOf<&Client::GetProxy, &Client::OnRemoteDied, &Client::RegisterRemotedDied>();
-    EXPECT_EQ(own, (std::vector<size_t>{1, 2, 5}));
+    EXPECT_EQ(SlotsOf(&Client::GetProxy, &Client::OnRemoteDied, &Client::RegisterRemotedDied),
+              (std::vector<size_t>{1, 2, 5}));
     // Destroys the client through either base.
     EXPECT_TRUE(std::has_virtual_destructor_v<Client>);
     EXPECT_TRUE(std::has_virtual_destructor_v<DelayedSingleton<ZelkLogServiceClient>>);
@@ -56,59 +53,56 @@ TEST(Client, HasThePlatformsBinaryInterface)
 TEST(Client, HasItsOwnCodesForAnEmptyListAndForNoService)
 {
     int proxies = 0;
-    Texts lines;
+    Texts refusals;
     Host::SetProxySource([&proxies](std::string&) {
         ++proxies;
         return sptr<Host::LogService>();
     });
-    Host::SetLogCapture([&lines](const Host::LogRecord& record) {
-        if (record.tag == "FRAMEWORK") {
-            lines.push_back(std::to_string(record.level) + ' ' + record.message);
+    Host::SetLogCapture([&refusals](const Host::LogRecord& record) {
+        if (record.message.find("empty") != std::string::npos) {
+            refusals.push_back(std::to_string(record.level) + ' ' + record.tag + ' ' + record.message);
         }
     });
     ZelkLogServiceClient client;
+    const auto item = std::make_shared<ConfigInfo>("key");
+    Texts keys;
+    std::vector<std::shared_ptr<ConfigInfo>> configs;
     Texts values = {"kept"};
     std::string text = "kept";
     bool flag = true;
-
-    Texts keys;
-    std::vector<std::shared_ptr<ConfigInfo>> configs;
-    const Codes emptyCodes = {
-        client.GetModemLogConfig(keys, values),          client.GetTcpdumpConfig(keys, values),
-        client.ChangeModemLogConfig(configs, flag),      client.HandleModemLogSwitch(true, configs, flag),
-        client.HandleTcpdumpSwitch(true, configs, flag), client.ChangeTcpdumpConfig(configs, flag),
+    const auto codes = [&] {
+        return Codes{client.GetModemLogConfig(keys, values),
+                     client.GetTcpdumpConfig(keys, values),
+                     client.ChangeModemLogConfig(configs, flag),
+                     client.HandleModemLogSwitch(true, configs, flag),
+                     client.HandleTcpdumpSwitch(true, configs, flag),
+                     client.ChangeTcpdumpConfig(configs, flag),
+                     client.GetModemLogDirectPackConfig(text),
+                     client.GetModemLogLogMasks(values),
+                     client.GetModemLogStatus(flag),
+                     client.HandleModemLogSwitch(true, flag),
+                     client.SendModemLogCommand(item, flag),
+                     client.GetTcpdumpStatus(flag),
+                     client.HandleTcpdumpSwitch(true, flag),
+                     client.HandleBluetoothCallPcmLogSwitch(true),
+                     client.FetchRemoteDevicesLogs(text, text, 1),
+                     client.QueryRemoteDevicesLogs(text, text),
+                     client.GetRemoteDevicesList(text),
+                     client.QueryProtocolData(text, text)};
     };
-    EXPECT_EQ(emptyCodes, Codes(6, 7));
-    EXPECT_EQ(proxies, 0); // The list is looked at first.
+    EXPECT_EQ(codes(), (Codes{7, 7, 7, 7, 7, 7, 3, 3, 3, 3, 3, 3, 3, 3, 1, 1, 1, 1}));
+    EXPECT_EQ(proxies, 12); // The list is looked at first.
     const auto line = [](const char* method) {
-        return "5 [" + std::string(method) + "]\"configs is empty.\"";
+        return "5 FRAMEWORK [" + std::string(method) + "]\"configs is empty.\"";
     };
-    // The last method logs nothing.
-    EXPECT_EQ(lines, (Texts{line("GetModemLogConfig"), line("GetTcpdumpConfig"), line("ChangeModemLogConfig"),
-                            line("HandleModemLogSwitch"), line("HandleTcpdumpSwitch")}));
+    // The last of the six logs nothing.
+    EXPECT_EQ(refusals, (Texts{line("GetModemLogConfig"), line("GetTcpdumpConfig"), line("ChangeModemLogConfig"),
+                               line("HandleModemLogSwitch"), line("HandleTcpdumpSwitch")}));
 
     keys = {"key"};
-    configs = {std::make_shared<ConfigInfo>("key")};
-    const Codes codes = {client.GetModemLogConfig(keys, values),
-                         client.GetModemLogDirectPackConfig(text),
-                         client.GetModemLogLogMasks(values),
-                         client.GetModemLogStatus(flag),
-                         client.HandleModemLogSwitch(true, flag),
-                         client.HandleModemLogSwitch(true, configs, flag),
-                         client.SendModemLogCommand(configs[0], flag),
-                         client.ChangeModemLogConfig(configs, flag),
-                         client.GetTcpdumpStatus(flag),
-                         client.GetTcpdumpConfig(keys, values),
-                         client.ChangeTcpdumpConfig(configs, flag),
-                         client.HandleTcpdumpSwitch(true, flag),
-                         client.HandleTcpdumpSwitch(true, configs, flag),
-                         client.HandleBluetoothCallPcmLogSwitch(true)};
-    EXPECT_EQ(codes, Codes(14, 3));
-    const Codes remoteCodes = {client.FetchRemoteDevicesLogs(text, text, 1), client.QueryRemoteDevicesLogs(text, text),
-                               client.GetRemoteDevicesList(text), client.QueryProtocolData(text, text)};
-    EXPECT_EQ(remoteCodes, Codes(4, 1));
-    EXPECT_EQ(proxies, 18);
-
+    configs = {item};
+    EXPECT_EQ(codes(), (Codes{3, 3, 3, 3, 3, 3, 3, 3, 3, 3, 3, 3, 3, 3, 1, 1, 1, 1}));
+    EXPECT_EQ(proxies, 12 + 18);
     EXPECT_TRUE(values == Texts{"kept"} && text == "kept" && flag);
     Host::SetLogCapture({});
     Host::SetProxySource({});
