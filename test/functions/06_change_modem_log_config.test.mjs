@@ -1,7 +1,7 @@
 // All that a change does with its arguments; the capture's has its own lines, and never answers a failure.
 import {
   AWAY, CALLBACK, E, emptyList, FAILS, FAILS_NO, ITEMS, MISMATCH, NO, NO_FUNCTIONS, NO_OBJECTS,
-  noService, READ, testCalls, TEXT, THROWS, WRITTEN,
+  noService, READ, testCalls, TEXT, THROWS, UNTYPED, WRITTEN,
 } from '../support/cases.mjs';
 
 const name = 'changeModemLogConfig';
@@ -18,6 +18,7 @@ testCalls(name, [
   { args: [], ...THROWS, lines: MISMATCHES },
   ...NO_OBJECTS.map((value) => ({ args: [value, CALLBACK], lines: MISMATCHES })),
   { args: [{ a: 1 }, CALLBACK], lines: [E('ChangeModemLogConfig: error array type')] },
+  { args: [ITEMS], faults: [UNTYPED], lines: [E('ChangeModemLogConfig: error object type')] },
 ]);
 
 // The boolean of a failure is delivered, and of an empty list, which is not sent.

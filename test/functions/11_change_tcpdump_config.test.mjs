@@ -2,7 +2,7 @@ import assert from 'node:assert/strict';
 import { test } from 'node:test';
 import {
   AWAY, CALLBACK, E, FAILS, I, ITEMS, MISMATCH, NO, noService, PENDING, READ, testCalls, TEXT, THROWS,
-  WRITTEN,
+  UNTYPED, WRITTEN,
 } from '../support/cases.mjs';
 import { run, zelk } from '../support/zelk.mjs';
 
@@ -21,6 +21,8 @@ testCalls(name, [
   { args: [], ...THROWS, lines: MISMATCHES },
   { args: ['a', CALLBACK], lines: MISMATCHES },
   { args: [{ a: 1 }], lines: [ENTER, E('[TCP dump] napi ChangeTcpdumpConfig: error array type')] },
+  { args: [ITEMS], faults: [UNTYPED],
+    lines: [ENTER, E('[TCP dump] napi ChangeTcpdumpConfig: error object type')] },
   // A failure or an empty list is never answered, nor logged.
   { args: [ITEMS], service: FAILS, ...PENDING, request: [[TEXT]], lines: SENT },
   { args: [ITEMS], service: AWAY, ...PENDING, lines: [...READ_ALL, noService('ChangeTcpdumpConfig')] },

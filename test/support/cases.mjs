@@ -50,6 +50,9 @@ export const TEXT = '{"configKey":"k","value":{"on":true,"level":2}}';
 export const READ = [I('BuildChangeConfig: key on'), I('BuildChangeConfig: key level')];
 export const WRITTEN = E(`GetJsonParams ostringstream ${TEXT}`);
 
+// The first argument has no type when it is looked at for the second time.
+export const UNTYPED = { name: 'napi_typeof', nth: 2, dataless: true };
+
 export const NO_FUNCTIONS = [42, 'x', undefined, null, {}];
 export const NO_OBJECTS = ['a', 1, null, undefined, () => 1, Symbol('s')];
 

@@ -115,6 +115,11 @@ bool TakeFault(const CallSite& site)
     return !g_fault.isNull();
 }
 
+napi_status FaultStatus()
+{
+    return g_fault.isMember("dataless") ? napi_ok : napi_generic_failure;
+}
+
 napi_status Ended(const CallSite& site, napi_status status)
 {
     const auto holding = HOLDINGS.find(site.call);

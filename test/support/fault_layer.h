@@ -15,8 +15,9 @@ struct CallSite {
     const char* call;
 };
 
-// Whether this call is to fail.
+// Whether this call is planned not to reach the runtime, and the status that it then has.
 ZELK_TEST_EXPORT bool TakeFault(const CallSite& site);
+ZELK_TEST_EXPORT napi_status FaultStatus();
 
 // Notes that a call ended with `status`, which it returns, and what the module holds now.
 ZELK_TEST_EXPORT napi_status Ended(const CallSite& site, napi_status status);
@@ -30,7 +31,7 @@ template <typename... Parameters>
 napi_status Call(const CallSite& site, napi_status (*real)(Parameters...),
                  typename Identity<Parameters>::Type... arguments)
 {
-    return Ended(site, TakeFault(site) ? napi_generic_failure : real(arguments...));
+    return Ended(site, TakeFault(site) ? FaultStatus() : real(arguments...));
 }
 
 // Runs the module's steps through its own data, so that async work in flight can be counted and a step can be run

@@ -7,7 +7,7 @@
 namespace ZelkTest {
 
 // `plan`: [{"name": the Node-API function, or none for any, "nth": which use of it}, ..]. With "wordless" its error has
-// no message; with "dataless" creating async work succeeds, but its steps get no data.
+// no message. With "dataless" it succeeds and gives nothing; async work is created, but its steps get no data.
 Json::Value PlanFaults(const Json::Value& plan);
 
 // The module's Node-API calls since the plan was made, unless it is empty: [["name", status, "calling function"], ..].
