@@ -13,6 +13,7 @@
 #include <linux/capability.h>
 #include <memory>
 #include <regex>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -80,13 +81,9 @@ public:
     // The most memory that it has used, in megabytes.
     long Peak() const
     {
-        std::ifstream file("/proc/" + std::to_string(pid_) + "/status");
-        std::string word;
-        while (file >> word && word != "VmHWM:") {
-        }
-        long kibibytes = 0;
-        file >> kibibytes;
-        return kibibytes * 1024 / 1'000'000;
+        std::stringstream status;
+        status << std::ifstream("/proc/" + std::to_string(pid_) + "/status").rdbuf();
+        return std::stol(status.str().substr(status.str().find("VmHWM:") + 6)) * 1024 / 1'000'000;
     }
 
 private:
@@ -142,39 +139,27 @@ struct PrivateBus : Bus {
     const Process daemon;
 };
 
-// A bus that lets clients connect, and says nothing.
-struct SilentBus : Bus {
-    SilentBus()
-    {
-        sockaddr_un name = {AF_UNIX, {}};
-        (folder / "bus").string().copy(name.sun_path, sizeof(name.sun_path) - 1);
-        EXPECT_EQ(bind(listening, reinterpret_cast<const sockaddr*>(&name), sizeof(name)), 0);
-        EXPECT_EQ(listen(listening, SOMAXCONN), 0);
-    }
-    ~SilentBus()
-    {
-        close(listening);
-    }
-
-    const int listening = socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
-};
-
 // A bus simulated by the test: the other end of the connections of its clients. It answers the calls that clients make
 // to the bus at the start, and leaves all others to the test.
-class PlayedBus : public SilentBus {
+class PlayedBus : public Bus {
 public:
     static constexpr const char* BUS = "org.freedesktop.DBus";
     static constexpr const char* OWNER = ":1.1"; // Of the service's name.
 
-    // `onCall` is called in the thread of this object.
-    explicit PlayedBus(std::function<void(sd_bus_message* call)> onCall)
-        : onCall_(std::move(onCall)), thread_([this] { Serve(); })
+    // `onCall` is called in the thread of this object. Without it the bus lets clients connect, and says nothing.
+    explicit PlayedBus(std::function<void(sd_bus_message* call)> onCall) : onCall_(std::move(onCall))
     {
+        sockaddr_un name = {AF_UNIX, {}};
+        (folder / "bus").string().copy(name.sun_path, sizeof(name.sun_path) - 1);
+        EXPECT_EQ(bind(listening_, reinterpret_cast<const sockaddr*>(&name), sizeof(name)), 0);
+        EXPECT_EQ(listen(listening_, SOMAXCONN), 0);
+        thread_ = std::thread([this] { Serve(); });
     }
     ~PlayedBus()
     {
         isEnding_ = true;
         thread_.join();
+        close(listening_);
     }
 
     // Answers `call` as if the answer came from `sender`.
@@ -227,8 +212,8 @@ private:
     void Serve()
     {
         std::vector<BusHandle> clients;
-        while (!isEnding_) {
-            const int socket = accept4(listening, nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC);
+        while (onCall_ && !isEnding_) {
+            const int socket = accept4(listening_, nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC);
             if (socket >= 0) {
                 clients.push_back(Greet(socket));
                 ++connections;
@@ -279,6 +264,7 @@ private:
     }
 
     const std::function<void(sd_bus_message* call)> onCall_;
+    const int listening_ = socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
     std::atomic<bool> isEnding_ = false;
     std::thread thread_;
 };
