@@ -255,93 +255,78 @@ std::string Output(const std::string& command)
     return output;
 }
 
-struct Case {
-    std::string name;
+constexpr int BUSY = 9; // Tries for an output that depends on time, on a busy machine.
+
+struct Row {
     std::string command;
     std::string expected; // A regular expression.
     int tries = 1;
 };
 
-constexpr int BUSY = 9; // Tries for an output that depends on time, on a busy machine.
-
-void PrintTo(const Case& row, std::ostream* out)
+void ExpectOutputs(const std::vector<Row>& rows)
 {
-    *out << row.name;
-}
-
-class Line : public testing::TestWithParam<Case> {};
-
-TEST_P(Line, IsPrinted)
-{
-    std::string output;
-    bool matches = false;
-    for (int i = 0; i < GetParam().tries && !matches; ++i) {
-        output = Output(GetParam().command);
-        matches = std::regex_match(output, std::regex(GetParam().expected));
+    for (const auto& [command, expected, tries] : rows) {
+        std::string output;
+        bool matches = false;
+        for (int i = 0; i < tries && !matches; ++i) {
+            output = Output(command);
+            matches = std::regex_match(output, std::regex(expected));
+        }
+        EXPECT_TRUE(matches) << command << "\n" << output;
     }
-    EXPECT_TRUE(matches) << GetParam().command << "\n" << output;
 }
 
-std::vector<Case> LevelCases()
+TEST(Lines, AreWrittenAsTheSettingsSay)
 {
     const auto lines = [](const std::string& levels) {
         const char* const line = "[-0-9:. ]{30} $1 C02d19/T: $2 Interrupted system call\n";
         return std::regex_replace(levels, std::regex("(.)(.) "), line);
     };
-    return {
-        {"Unset", "HILOG_LEVEL= HILOG_FILE= $P levels 2>&1", ""},
-        {"None", "HILOG_LEVEL=X $P levels 2>&1", ""},
-        {"Info", "HILOG_LEVEL=I $P levels 2>&1", lines("I4 W5 E6 F7 F8 ")},
-        {"Debug", "HILOG_LEVEL=D $P levels 2>&1", lines("D0 D1 D2 D3 I4 W5 E6 F7 F8 ")},
-        {"Unknown", "HILOG_LEVEL=DI $P levels 2>&1", "zelklogservice: HILOG_LEVEL=\"DI\": .*\n"},
-        {"NoFile", "HILOG_LEVEL=F HILOG_FILE=/no/where $P levels 2>&1",
-         "zelklogservice: HILOG_FILE=\"/no/where\": .*\n" + lines("F7 F8 ")},
-        {"PipeWithoutReader", "mkfifo $F; HILOG_LEVEL=F HILOG_FILE=$F timeout 9 $P levels 2>&1",
-         "zelklogservice: HILOG_FILE=.*\n" + lines("F7 F8 ")},
-    };
+    ExpectOutputs({
+        {"HILOG_LEVEL= HILOG_FILE= $P levels 2>&1", ""},
+        {"HILOG_LEVEL=X $P levels 2>&1", ""},
+        {"HILOG_LEVEL=I $P levels 2>&1", lines("I4 W5 E6 F7 F8 ")},
+        {"HILOG_LEVEL=D $P levels 2>&1", lines("D0 D1 D2 D3 I4 W5 E6 F7 F8 ")},
+        {"HILOG_LEVEL=DI $P levels 2>&1", "zelklogservice: HILOG_LEVEL=\"DI\": .*\n"},
+        // A pipe that nobody reads cannot be opened.
+        {"mkfifo $F; HILOG_LEVEL=F HILOG_FILE=$F timeout 9 $P levels 2>&1",
+         "zelklogservice: HILOG_FILE=\".*\n" + lines("F7 F8 ")},
+        {"umask 0; HILOG_FILE=$F $P levels; stat -c %a $F", "644\n"},
+        {"HILOG_FILE=$F $P child", "0\n"},
+    });
 }
 
-INSTANTIATE_TEST_SUITE_P(FromLevelOn, Line, testing::ValuesIn(LevelCases()), testing::PrintToStringParamName());
-
-std::vector<Case> HeaderCases()
+TEST(Lines, SayWhenAndWhereTheyWereWritten)
 {
     const std::string start = R"(\d\d-\d\d \d\d:\d\d:\d\d\.\d{3} (?= *\d+ )[ \d]{5,} (?= *\d+ )[ \d]{5,} W )";
-    return {
-        {"DomainAndTag", "echo before >$F; HILOG_LEVEL=W HILOG_FILE=$F $P awkward 2>&1; cat $F",
+    ExpectOutputs({
+        {"echo before >$F; HILOG_LEVEL=W HILOG_FILE=$F $P awkward 2>&1; cat $F",
          "before\n" + start + R"(C0000a/T\\nU: \\na\\n\\nb\\n\n)" + start + R"(C00000/\(null\): \(null\)\n)"},
-        {"LocalTime", "export TZ=East-5:30; date '+%m-%d %T'; HILOG_LEVEL=E $P ids 2>&1; date '+%m-%d %T'",
+        {"export TZ=East-5:30; date '+%m-%d %T'; HILOG_LEVEL=E $P ids 2>&1; date '+%m-%d %T'",
          R"((.{14})\n\1\..*\n.*\n(.{14})\..*\n\2\n)", BUSY},
-        {"ProcessAndThread", "HILOG_LEVEL=E $P ids 2>&1", R"((.{18} +(\d+) +(\d+) E C00001/T: \2 \3\n){3})"},
-        {"Order",
-         "for i in 1 2 3 4 5 6 7 8; do HILOG_LEVEL=F $P levels 2>&1; done | cut -c1-18 | sort -c && echo sorted",
+        {"HILOG_LEVEL=E $P ids 2>&1", R"((.{18} +(\d+) +(\d+) E C00001/T: \2 \3\n){3})"},
+        {"for i in 1 2 3 4 5 6 7 8; do HILOG_LEVEL=F $P levels 2>&1; done | cut -c1-18 | sort -c && echo sorted",
          "sorted\n"},
-        {"FileMode", "umask 0; HILOG_FILE=$F $P levels; stat -c %a $F", "644\n"},
-        {"FileOfNoChild", "HILOG_FILE=$F $P child", "0\n"},
-    };
+    });
 }
 
-INSTANTIATE_TEST_SUITE_P(Start, Line, testing::ValuesIn(HeaderCases()), testing::PrintToStringParamName());
-
-std::vector<Case> LossCases()
+TEST(Lines, ThatAreLostAreCounted)
 {
     const std::string fifo = "mkfifo $F; exec 3<>$F; HILOG_LEVEL=E ";
     const std::string after = ".* W C00000/HILOG: 5 lines were lost\n.*T: after\n";
     const std::string whole = "nothing, 5 lost, 0 whole, a wait, 0, 1\n";
-    return {
-        {"Unprintable", "HILOG_LEVEL=E $P lost 2>&1",
+    ExpectOutputs({
+        {"HILOG_LEVEL=E $P lost 2>&1",
          "(.* -1\n){13}memory short -1, below the level 0, 7\n.* W C00000/HILOG: 14 lines were lost\n.*T: after\n.*T: "
          "again\n"},
-        {"ReaderGone", "mkfifo $F; exec 3<>$F 4>$F 3<&-; HILOG_LEVEL=I $P nobody 2>&4", "-1 0"},
-        {"BehindLongLine", "HILOG_LEVEL=E HILOG_FILE=/dev/null $P behind", "nothing", BUSY},
-        {"FileUnread", fifo + "HILOG_FILE=$F $P unread", whole + "\n" + after, BUSY},
-        {"PipeUnread", fifo + "$P unread-short 2>$F", whole + after, BUSY},
-        {"PipeOfAnotherUserUnread", fifo + "sh -c 'chmod 0 $1; $0 unread-by-another-user' $P $F 2>$F",
-         whole + "\n" + after, BUSY},
-        {"SocketUnread", "HILOG_LEVEL=E $P unread-socket", whole + "\n?" + after, BUSY},
-    };
+        {"mkfifo $F; exec 3<>$F 4>$F 3<&-; HILOG_LEVEL=I $P nobody 2>&4", "-1 0"},
+        {"HILOG_LEVEL=E HILOG_FILE=/dev/null $P behind", "nothing", BUSY},
+        {fifo + "HILOG_FILE=$F $P unread", whole + "\n" + after, BUSY},
+        {fifo + "$P unread-short 2>$F", whole + after, BUSY},
+        {fifo + "sh -c 'chmod 0 $1; $0 unread-by-another-user' $P $F 2>$F", whole + "\n" + after, BUSY},
+        {"HILOG_LEVEL=E $P unread-socket", whole + "\n?" + after, BUSY},
+    });
 }
-
-INSTANTIATE_TEST_SUITE_P(Lost, Line, testing::ValuesIn(LossCases()), testing::PrintToStringParamName());
 
 // On a busy machine some may be lost, but then the log says so.
 TEST(Lines, OfThreadsStayWhole)
