@@ -60,18 +60,17 @@ constexpr bool CountFromZero(const Enumeration (&enumerators)[N])
 
 // ---- The functions and their steps ----
 
-static_assert(Are<napi_value (*)(napi_env, napi_callback_info)>(
-    GetModemLogConfig, GetModemLogDirectPackConfig, GetModemLogLogMasks, GetModemLogStatus, HandleModemLogSwitch,
-    ChangeModemLogConfig, SendModemLogCommand, GetTcpdumpStatus, GetTcpdumpConfig, ChangeTcpdumpConfig,
-    HandleTcpdumpSwitch, HandleBluetoothCallPcmLogSwitch, FetchRemoteDevicesLogs, QueryRemoteDevicesLogs,
-    GetRemoteDevicesList, QueryProtocolData));
-static_assert(Are<void (*)(napi_env, void*)>(NativeGetModemLogConfig, NativeGetModemLogDirectPackConfig,
-                                             NativeGetModemLogLogMasks, NativeGetModemLogStatus,
-                                             NativeHandleModemLogSwitch, NativeChangeModemLogConfig,
-                                             NativeSendModemLogCommand, NativeGetTcpdumpStatus, NativeGetTcpdumpConfig,
-                                             NativeChangeTcpdumpConfig, NativeHandleTcpdumpSwitch,
-                                             NativeHandleBluetoothCallPcmLogSwitch, OnGlobalExecuteCallback));
-static_assert(Are<void (*)(napi_env, napi_status, void*)>(
+static_assert(Are<napi_callback>(GetModemLogConfig, GetModemLogDirectPackConfig, GetModemLogLogMasks, GetModemLogStatus,
+                                 HandleModemLogSwitch, ChangeModemLogConfig, SendModemLogCommand, GetTcpdumpStatus,
+                                 GetTcpdumpConfig, ChangeTcpdumpConfig, HandleTcpdumpSwitch,
+                                 HandleBluetoothCallPcmLogSwitch, FetchRemoteDevicesLogs, QueryRemoteDevicesLogs,
+                                 GetRemoteDevicesList, QueryProtocolData));
+static_assert(Are<napi_async_execute_callback>(
+    NativeGetModemLogConfig, NativeGetModemLogDirectPackConfig, NativeGetModemLogLogMasks, NativeGetModemLogStatus,
+    NativeHandleModemLogSwitch, NativeChangeModemLogConfig, NativeSendModemLogCommand, NativeGetTcpdumpStatus,
+    NativeGetTcpdumpConfig, NativeChangeTcpdumpConfig, NativeHandleTcpdumpSwitch, NativeHandleBluetoothCallPcmLogSwitch,
+    OnGlobalExecuteCallback));
+static_assert(Are<napi_async_complete_callback>(
     GetModemLogConfigCallback, GetModemLogDirectPackConfigCallback, GetModemLogLogMasksCallback,
     GetModemLogStatusCallback, HandleModemLogSwitchCallback, ChangeModemLogConfigCallback, SendModemLogCommandCallback,
     GetTcpdumpStatusCallback, GetTcpdumpConfigCallback, ChangeTcpdumpConfigCallback, HandleTcpdumpSwitchCallback,
