@@ -2,7 +2,6 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <new>
-#include <sstream>
 #include <sys/stat.h>
 #include <tuple>
 #include <type_traits>
@@ -43,24 +42,13 @@ void* operator new(size_t size)
 
 namespace OHOS::Host {
 
+using namespace std::string_literals;
 using std::chrono::steady_clock;
 using Codes = std::vector<int32_t>;
 
 const std::string PROGRAM = Quoted(ZELK_LOG_SERVICE_PROGRAM);
 constexpr auto* BUS = PlayedBus::BUS;
 constexpr auto* OWNER = PlayedBus::OWNER;
-
-// Ends the greeting of a bus with text that libsystemd cannot read.
-constexpr const char* GARBAGE = R"(
-import socket, sys
-listening = socket.socket(socket.AF_UNIX)
-listening.bind(sys.argv[1])
-listening.listen()
-while True:
-    client = listening.accept()[0]
-    client.sendall(b"DATA\r\nOK " + 32 * b"z" + b"\r\nAGREE_UNIX_FD\r\n")
-    client.recv(1000)
-)";
 
 std::string Serving(const Bus& bus)
 {
@@ -88,59 +76,54 @@ protected:
     const PrivateBus bus;
     Process process{Serving(bus)};
     const Proxy proxy = bus.WaitForService();
-    bool done = false;
 };
 
+using Answer = std::pair<int32_t, Value>;
+
 // The code, and what is answered.
-template <typename Answer>
-void Expect(int32_t code, const Answer& answer, const std::string& expected)
+Answer Call(const Proxy& service, const char* method, ArgumentValues arguments)
 {
-    std::ostringstream seen;
-    seen << std::boolalpha << code;
-    if constexpr (std::is_same_v<Answer, Texts>) {
-        for (const std::string& each : answer) {
-            seen << ' ' << each;
-        }
-    } else {
-        seen << ' ' << answer;
-    }
-    EXPECT_EQ(seen.str(), expected);
+    Outcome outcome = FindOperation(method)->call(*service, arguments);
+    return {outcome.code, std::move(outcome.answer)};
 }
 
 TEST_F(Service, EveryOperationAnswersTheSameEmbeddedAndOverDbus)
 {
-    Texts values;
-    std::string text;
-    Texts keys = {"ä😀\"", "never", "a", "a"};
-    Texts bad = {ItemOf("a", "2"), ""}; // Nothing of the call takes effect.
-    Texts three = {ItemOf("a", "1"), ItemOf("a", R"({"b":"\n"})"), ItemOf("ä😀\"", "")};
-    Texts one = {ItemOf("a", "3")};
-    const std::string start = R"(0 {"configKey":"ä😀\"","value":")";
-    const std::string a = R"( {"configKey":"a","value":")";
-    const std::string never = R"("} {"configKey":"never","value":"{}"})";
-    const std::string ofThree = start + never + a + R"({\"b\":\"\\n\"}"})" + a + R"({\"b\":\"\\n\"}"})";
-    const std::string ofOne = start + "{}" + never + a + "3\"}" + a + "3\"}";
-    for (const Proxy& service : {Proxy(new ReferenceService), proxy}) {
+    const Texts keys = {"ä😀\"", "never", "a", "a"};
+    const Texts three = {ItemOf("a", "1"), ItemOf("a", R"({"b":"\n"})"), ItemOf("ä😀\"", "")};
+    const Texts one = {ItemOf("a", "3")};
+    const Texts bad = {ItemOf("a", "2"), ""}; // Nothing of the call takes effect.
+    const std::string b = ItemOf("a", R"("{\"b\":\"\\n\"}")");
+    const std::string a = ItemOf("a", R"("3")");
+    const std::string never = ItemOf("never", R"("{}")");
+    const std::string request = "a\"b";
+    const std::tuple<const char*, ArgumentValues, int32_t, Value> rows[] = {
         // Modem log and packet capture keep switch and configuration apart.
-        Expect(service->ChangeModemLogConfig(three, done), done, "0 true");
-        Expect(service->HandleTcpdumpSwitch(true, one, done), done, "0 true");
-        Expect(service->HandleTcpdumpSwitch(false, bad, done), done, "2 false");
-        Expect(service->GetModemLogStatus(done), done, "0 false");
-        Expect(service->GetTcpdumpStatus(done), done, "0 true");
-        Expect(service->GetModemLogConfig(keys, values), values, ofThree);
-        Expect(service->GetTcpdumpConfig(keys, values), values, ofOne);
+        {"ChangeModemLogConfig", {three}, 0, true},
+        {"HandleTcpdumpSwitchWithConfigs", {true, one}, 0, true},
+        {"HandleTcpdumpSwitchWithConfigs", {false, bad}, 2, false},
+        {"GetModemLogStatus", {}, 0, false},
+        {"GetTcpdumpStatus", {}, 0, true},
+        {"GetModemLogConfig", {keys}, 0, Texts{ItemOf(R"(ä😀\")", R"("")"), never, b, b}},
+        {"GetTcpdumpConfig", {keys}, 0, Texts{ItemOf(R"(ä😀\")", R"("{}")"), never, a, a}},
 
-        Expect(service->GetModemLogLogMasks(values), values,
-               R"(0 {"configKey":"ap","value":"0x0"} {"configKey":"cp","value":"0x0"})");
-        Expect(service->GetModemLogDirectPackConfig(text), text, R"(0 {"directPack":false})");
-        Expect(service->GetRemoteDevicesList(text), text, R"(0 {"devices":[]})");
-        Expect(service->FetchRemoteDevicesLogs("a\"b", text, INT64_MIN), text,
-               R"(0 {"request":"a\"b","value":-9223372036854775808,"logs":[]})");
-        Expect(service->QueryRemoteDevicesLogs("", text), text, R"(0 {"request":"","logs":[]})");
-        Expect(service->QueryProtocolData("\n", text), text, R"(0 {"request":"\n","data":""})");
-        Expect(service->SendModemLogCommand(ItemOf("AT", "1"), done), done, "0 true");
-        Expect(service->SendModemLogCommand("AT", done), done, "2 false");
-        Expect(service->HandleBluetoothCallPcmLogSwitch(true), "", "0 ");
+        {"GetModemLogLogMasks", {}, 0, Texts{ItemOf("ap", R"("0x0")"), ItemOf("cp", R"("0x0")")}},
+        {"GetModemLogDirectPackConfig", {}, 0, R"({"directPack":false})"s},
+        {"GetRemoteDevicesList", {}, 0, R"({"devices":[]})"s},
+        {"FetchRemoteDevicesLogs",
+         {request, INT64_MIN},
+         0,
+         R"({"request":"a\"b","value":-9223372036854775808,"logs":[]})"s},
+        {"QueryRemoteDevicesLogs", {""s}, 0, R"({"request":"","logs":[]})"s},
+        {"QueryProtocolData", {"\n"s}, 0, R"({"request":"\n","data":""})"s},
+        {"SendModemLogCommand", {one[0]}, 0, true},
+        {"SendModemLogCommand", {request}, 2, false},
+        {"HandleBluetoothCallPcmLogSwitch", {true}, 0, Nothing()},
+    };
+    for (const Proxy& service : {Proxy(new ReferenceService), proxy}) {
+        for (const auto& [method, arguments, code, answer] : rows) {
+            EXPECT_EQ(Call(service, method, arguments), Answer(code, answer)) << method;
+        }
     }
 }
 
@@ -403,21 +386,17 @@ TEST(Dbus, WithMemoryShortACallFailsAndThrowsNothing)
 // Each past a limit once ended the service, or its connection to the bus.
 TEST_F(Service, LivesThroughBadRequests)
 {
-    for (const std::string& text : {std::string("\xff"), std::string("a\0b", 3)}) {
-        Texts list = {text, "fine"};
-        EXPECT_EQ(proxy->SendModemLogCommand(text, done), IPC_ERROR_ANSWER);
-        EXPECT_EQ(proxy->ChangeModemLogConfig(list, done), IPC_ERROR_ANSWER);
+    const Answer notSent(IPC_ERROR_ANSWER, false);
+    for (const std::string& text : {"\xff"s, "a\0b"s}) {
+        EXPECT_EQ(Call(proxy, "SendModemLogCommand", {text}), notSent);
+        EXPECT_EQ(Call(proxy, "ChangeModemLogConfig", {Texts{text, "fine"}}), notSent);
     }
-    Texts items = {ItemOf("k", std::string(900'000, 'x'))};
-    ASSERT_EQ(proxy->HandleModemLogSwitch(true, items, done), 0);
-    Texts keys(20'000, "k");
-    Texts values = {"left over"};
-    Expect(proxy->GetModemLogConfig(keys, values), values, "2");
-    Texts tooMany(700'000, ItemOf("", ""));
-    Expect(proxy->ChangeModemLogConfig(tooMany, done), done, "2 false");
-    std::string response = "left over";
+    const Texts items = {ItemOf("k", std::string(900'000, 'x'))};
+    EXPECT_EQ(Call(proxy, "HandleModemLogSwitchWithConfigs", {true, items}), Answer(0, true));
+    EXPECT_EQ(Call(proxy, "GetModemLogConfig", {Texts(20'000, "k")}), Answer(2, Texts()));
+    EXPECT_EQ(Call(proxy, "ChangeModemLogConfig", {Texts(700'000, ItemOf("", ""))}), Answer(2, false));
     const std::string tooLong(16'000'001, 'x'); // NOLINT(bugprone-string-constructor)
-    Expect(proxy->QueryProtocolData(tooLong, response), response, "2 ");
+    EXPECT_EQ(Call(proxy, "QueryProtocolData", {tooLong}), Answer(2, ""s));
     EXPECT_EQ(StatusBy(proxy), "0 on");
 }
 
@@ -456,9 +435,9 @@ TEST_F(Service, IsFoundAsTheSettingSays)
         EXPECT_EXIT(FindService(settings), testing::ExitedWithCode(status), errors) << settings;
     }
     // It is not the address that is invalid.
-    const Process garbage("exec python3 -c " + Quoted(GARBAGE) + " " + linked + "/garbage");
-    EXPECT_TRUE(Eventually([&] { return std::filesystem::exists(bus.folder / "garbage"); }));
-    EXPECT_EXIT(FindService("unix:path=" + bus.folder.string() + "/garbage"), testing::ExitedWithCode(1), silence);
+    PlayedBus unreadable([](sd_bus_message*) {});
+    unreadable.greeting = "DATA\r\nOK zzzzzzzzzzzzzzzzzzzzzzzzzzzzzzzz\r\nAGREE_UNIX_FD\r\n";
+    EXPECT_EXIT(FindService(unreadable.address), testing::ExitedWithCode(1), silence);
     // After the D-Bus library could not be opened, the next call tries again.
     EXPECT_EXIT(FindService(address, "without-descriptors"), testing::ExitedWithCode(0),
                 "^zelklogservice: [^\n]*cannot open libzelk_dbus-[^\n]*no service\n$");
@@ -545,9 +524,8 @@ BusHandle AskAndReadNothing(const Bus& bus, int answers, size_t megabytes)
 struct LimitedBus : PrivateBus {
     LimitedBus() : PrivateBus(ZELK_SYSTEM_BUS_CONFIGURATION)
     {
-        bool done = false;
-        Texts items = {ItemOf("k", std::string(999'900, 'x'))};
-        EXPECT_EQ(WaitForService()->HandleModemLogSwitch(true, items, done), 0);
+        const Texts items = {ItemOf("k", std::string(999'900, 'x'))};
+        EXPECT_EQ(Call(WaitForService(), "HandleModemLogSwitchWithConfigs", {true, items}), Answer(0, true));
     }
 
     Process service{"ASAN_OPTIONS=quarantine_size_mb=1 " + Serving(*this)};
@@ -558,9 +536,7 @@ TEST(Program, ServesOnWhenClientsReadNothing)
     const char* rounds = std::getenv("ZELK_SERVICE_FAULT_ROUNDS");
     const LimitedBus bus;
     const Proxy proxy = bus.Find(60s);
-    Texts keys(15, "k");
-    Texts values;
-    EXPECT_EQ(proxy->GetModemLogConfig(keys, values), 0);
+    EXPECT_EQ(Call(proxy, "GetModemLogConfig", {Texts(15, "k")}).first, 0);
     const long usual = bus.service.Peak();
     for (int round = rounds == nullptr ? 2 : std::stoi(rounds); round > 0; --round) {
         std::vector<BusHandle> clients;

@@ -25,7 +25,7 @@ using List = std::vector<T>;
 // This unit links before the payload's, so it is initialised before it.
 const std::string g_textAtLoad = TextOf(Payload().Add("early", 1));
 
-// One value of each kind, in the order of their numbers.
+// One value of each kind.
 TEST(Payload, WritesEveryKind)
 {
     const std::pair<Value, std::string> cases[] = {
@@ -54,9 +54,7 @@ TEST(Payload, WritesEveryKind)
         {Value(List<std::string>{R"(a"b\c)", ""}), R"(["a"b\c",""])"},
         {Value(List<Payload>{Payload().Add("x", 1), Payload()}), R"([{"x":1},{}])"},
     };
-    int kind = 0;
     for (const auto& [value, text] : cases) {
-        EXPECT_EQ(static_cast<int>(value.type), kind++) << text;
         EXPECT_EQ(TextOf(value), text);
         EXPECT_EQ(TextOf(Payload().Add("a", value)), R"({"a":)" + text + "}");
     }

@@ -6,6 +6,7 @@
 #include <atomic>
 #include <chrono>
 #include <csignal>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -197,6 +198,7 @@ public:
         }
     }
 
+    std::atomic<const char*> greeting = nullptr; // Sent in place of a bus's own.
     std::atomic<bool> isOwned = true;
     std::atomic<int> connections = 0; // That were made.
     std::atomic<size_t> open = 0;     // Those of them that are left.
@@ -214,7 +216,9 @@ private:
         std::vector<BusHandle> clients;
         while (onCall_ && !isEnding_) {
             const int socket = accept4(listening_, nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC);
-            if (socket >= 0) {
+            if (socket >= 0 && greeting != nullptr) { // It stays open: the client reads until it knows.
+                send(socket, greeting, std::strlen(greeting), MSG_NOSIGNAL);
+            } else if (socket >= 0) {
                 clients.push_back(Greet(socket));
                 ++connections;
             }
