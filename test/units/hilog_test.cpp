@@ -151,16 +151,6 @@ std::string TimeOfFour(const std::string& message)
     return took < 0.08 ? "nothing" : took < 0.25 ? "a wait" : std::to_string(took);
 }
 
-// How many lines are written until one is lost.
-int Fill(const std::string& message)
-{
-    int written = 0;
-    while (Print(message) > 0) {
-        ++written;
-    }
-    return written;
-}
-
 // Logs while nobody reads, then reads, and logs on.
 template <size_t SIZE>
 void PrintUnread()
@@ -169,7 +159,10 @@ void PrintUnread()
     const int descriptor = dup(READER);
     int captured = 0;
     SetLogCapture([&captured](const LogRecord&) { ++captured; });
-    const int written = Fill(message);
+    int written = 0;
+    while (Print(message) > 0) {
+        ++written;
+    }
     std::cout << TimeOfFour(message) << ", " << captured - written << " lost, ";
     const std::string text = ReadAll();
     std::cout << std::count(text.begin(), text.end(), '\n') - written << " whole, ";
@@ -310,17 +303,23 @@ TEST(Lines, SayWhenAndWhereTheyWereWritten)
     });
 }
 
-TEST(Lines, ThatAreLostAreCounted)
+TEST(Lines, ThatCannotBeWrittenAreLost)
 {
-    const std::string fifo = "mkfifo $F; exec 3<>$F; HILOG_LEVEL=E ";
-    const std::string after = ".* W C00000/HILOG: 5 lines were lost\n.*T: after\n";
-    const std::string whole = "nothing, 5 lost, 0 whole, a wait, 0, 1\n";
     ExpectOutputs({
         {"HILOG_LEVEL=E $P lost 2>&1",
          "(.* -1\n){13}memory short -1, below the level 0, 7\n.* W C00000/HILOG: 14 lines were lost\n.*T: after\n.*T: "
          "again\n"},
         {"mkfifo $F; exec 3<>$F 4>$F 3<&-; HILOG_LEVEL=I $P nobody 2>&4", "-1 0"},
         {"HILOG_LEVEL=E HILOG_FILE=/dev/null $P behind", "nothing", BUSY},
+    });
+}
+
+TEST(Lines, ThatNobodyReadsAreLost)
+{
+    const std::string fifo = "mkfifo $F; exec 3<>$F; HILOG_LEVEL=E ";
+    const std::string after = ".* W C00000/HILOG: 5 lines were lost\n.*T: after\n";
+    const std::string whole = "nothing, 5 lost, 0 whole, a wait, 0, 1\n";
+    ExpectOutputs({
         {fifo + "HILOG_FILE=$F $P unread", whole + "\n" + after, BUSY},
         {fifo + "$P unread-short 2>$F", whole + after, BUSY},
         {fifo + "sh -c 'chmod 0 $1; $0 unread-by-another-user' $P $F 2>$F", whole + "\n" + after, BUSY},

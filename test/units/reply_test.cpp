@@ -63,7 +63,6 @@ TEST_F(Module, TakesTimeByTheLengthOfAReply)
         std::string start, part, end;
     } rows[] = {
         {"comments", R"({"value": "{}")", "/**/", "}"},
-        {"comments to the end of the line", R"({"value": "{}")", "//\n", "}"},
         {"nesting", R"({"list": [0)", "," + std::string(900, '[') + std::string(900, ']'), "]}"},
         {"numbers", R"({"list": [0)", ",-1.5e7,4294967296", "]}"},
         {"digits", R"({"value": 0.)", "1", "}"},
