@@ -104,19 +104,14 @@ TEST(ConfigInfo, ValueTextByType)
 TEST(ConfigInfo, StreamWritersAppendToTheirStream)
 {
     using Info = ConfigInfo;
-    const std::pair<std::string, std::string> cases[] = {
-        {Streamed(&Info::ConvertBoolVectorToJson, std::vector<bool>{true, false}), "[true,\"0\"],"},
-        {Streamed(&Info::ConvertVectorToJson<char>, std::vector<char>{'x', 'y'}), "[x,\"y\"],"},
-        {Streamed(&Info::ConvertVectorToJson<int16_t>, std::vector<int16_t>{-1, 2}), "[-1,\"2\"],"},
-        {Streamed(&Info::ConvertVectorToJson<int32_t>, std::vector<int32_t>{3}), "[\"3\"],"},
-        {Streamed(&Info::ConvertVectorToJson<int64_t>, std::vector<int64_t>{4, 5}), "[4,\"5\"],"},
-        {Streamed(&Info::ConvertVectorToJson<std::string>, Strings{"a", "b"}), "[a,\"b\"],"},
-        {Streamed(&Info::ConvertFloatVectorToJson, std::vector<float>{1.5F, 2}), "[1.5,2],"},
-        {Streamed(&Info::ConvertDecimalsVectorToJson, std::vector<double>{0.1, -0.0}), "[0.1,-0],"},
-    };
-    for (const auto& [streamed, text] : cases) {
-        EXPECT_EQ(streamed, "before" + text);
-    }
+    EXPECT_EQ(Streamed(&Info::ConvertBoolVectorToJson, std::vector<bool>{true, false}), "before[true,\"0\"],");
+    EXPECT_EQ(Streamed(&Info::ConvertVectorToJson<char>, std::vector<char>{'x', 'y'}), "before[x,\"y\"],");
+    EXPECT_EQ(Streamed(&Info::ConvertVectorToJson<int16_t>, std::vector<int16_t>{-1, 2}), "before[-1,\"2\"],");
+    EXPECT_EQ(Streamed(&Info::ConvertVectorToJson<int32_t>, std::vector<int32_t>{3}), "before[\"3\"],");
+    EXPECT_EQ(Streamed(&Info::ConvertVectorToJson<int64_t>, std::vector<int64_t>{4, 5}), "before[4,\"5\"],");
+    EXPECT_EQ(Streamed(&Info::ConvertVectorToJson<std::string>, Strings{"a", "b"}), "before[a,\"b\"],");
+    EXPECT_EQ(Streamed(&Info::ConvertFloatVectorToJson, std::vector<float>{1.5F, 2}), "before[1.5,2],");
+    EXPECT_EQ(Streamed(&Info::ConvertDecimalsVectorToJson, std::vector<double>{0.1, -0.0}), "before[0.1,-0],");
 }
 
 TEST(ConfigInfoParam, CopyReportsATypeUpToZero)

@@ -445,15 +445,11 @@ TEST_F(Service, IsFoundAsTheSettingSays)
 
 TEST_F(Service, HasItsExitStatus)
 {
-    const std::pair<const char*, int> cases[] = {
-        {"--help", 0},
-        {"--address=unix:path=/nonexistent 2>&1 | grep -q 'nonexistent: cannot reach the bus: No such file'", 0},
-        {"--address", 2},
-        {"--quiet 2>&1 | grep -q 'unknown option --quiet; try --help'", 0},
-    };
-    for (const auto& [words, status] : cases) {
-        EXPECT_EQ(Process(PROGRAM + " " + words).End(), status) << words;
-    }
+    EXPECT_EQ(Process(PROGRAM + " --help").End(), 0);
+    EXPECT_EQ(Process(PROGRAM + " --address").End(), 2);
+    EXPECT_EQ(Process(PROGRAM + " --quiet 2>&1 | grep -q 'unknown option --quiet; try --help'").End(), 0);
+    const std::string unreachable = " --address=unix:path=/nonexistent 2>&1 | grep -q ";
+    EXPECT_EQ(Process(PROGRAM + unreachable + "'nonexistent: cannot reach the bus: No such file'").End(), 0);
     EXPECT_EQ(process.End(SIGINT), 0);
     Process another("exec env DBUS_SYSTEM_BUS_ADDRESS=" + bus.address + " " + PROGRAM + " --system");
     EXPECT_EQ(StatusBy(bus.WaitForService()), "0 off");
