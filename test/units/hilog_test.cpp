@@ -250,23 +250,16 @@ std::string Output(const std::string& command)
 
 constexpr int BUSY = 9; // Tries for an output that depends on time, on a busy machine.
 
-struct Row {
-    std::string command;
-    std::string expected; // A regular expression.
-    int tries = 1;
-};
-
-void ExpectOutputs(const std::vector<Row>& rows)
+// `expected` is a regular expression.
+void ExpectOutput(const std::string& command, const std::string& expected, int tries = 1)
 {
-    for (const auto& [command, expected, tries] : rows) {
-        std::string output;
-        bool matches = false;
-        for (int i = 0; i < tries && !matches; ++i) {
-            output = Output(command);
-            matches = std::regex_match(output, std::regex(expected));
-        }
-        EXPECT_TRUE(matches) << command << "\n" << output;
+    std::string output;
+    bool matches = false;
+    for (int i = 0; i < tries && !matches; ++i) {
+        output = Output(command);
+        matches = std::regex_match(output, std::regex(expected));
     }
+    EXPECT_TRUE(matches) << command << "\n" << output;
 }
 
 TEST(Lines, AreWrittenAsTheSettingsSay)
@@ -275,43 +268,39 @@ TEST(Lines, AreWrittenAsTheSettingsSay)
         const char* const line = "[-0-9:. ]{30} $1 C02d19/T: $2 Interrupted system call\n";
         return std::regex_replace(levels, std::regex("(.)(.) "), line);
     };
-    ExpectOutputs({
-        {"HILOG_LEVEL= HILOG_FILE= $P levels 2>&1", ""},
-        {"HILOG_LEVEL=X $P levels 2>&1", ""},
-        {"HILOG_LEVEL=I $P levels 2>&1", lines("I4 W5 E6 F7 F8 ")},
-        {"HILOG_LEVEL=D $P levels 2>&1", lines("D0 D1 D2 D3 I4 W5 E6 F7 F8 ")},
-        {"HILOG_LEVEL=DI $P levels 2>&1", "zelklogservice: HILOG_LEVEL=\"DI\": .*\n"},
-        // A pipe that nobody reads cannot be opened.
-        {"mkfifo $F; HILOG_LEVEL=F HILOG_FILE=$F timeout 9 $P levels 2>&1",
-         "zelklogservice: HILOG_FILE=\".*\n" + lines("F7 F8 ")},
-        {"umask 0; HILOG_FILE=$F $P levels; stat -c %a $F", "644\n"},
-        {"HILOG_FILE=$F $P child", "0\n"},
-    });
+    ExpectOutput("HILOG_LEVEL= HILOG_FILE= $P levels 2>&1", "");
+    ExpectOutput("HILOG_LEVEL=X $P levels 2>&1", "");
+    ExpectOutput("HILOG_LEVEL=I $P levels 2>&1", lines("I4 W5 E6 F7 F8 "));
+    ExpectOutput("HILOG_LEVEL=D $P levels 2>&1", lines("D0 D1 D2 D3 I4 W5 E6 F7 F8 "));
+    ExpectOutput("HILOG_LEVEL=DI $P levels 2>&1", "zelklogservice: HILOG_LEVEL=\"DI\": .*\n");
+    // A pipe that nobody reads cannot be opened.
+    ExpectOutput("mkfifo $F; HILOG_LEVEL=F HILOG_FILE=$F timeout 9 $P levels 2>&1",
+                 "zelklogservice: HILOG_FILE=\".*\n" + lines("F7 F8 "));
+    ExpectOutput("umask 0; HILOG_FILE=$F $P levels; stat -c %a $F", "644\n");
+    ExpectOutput("HILOG_FILE=$F $P child", "0\n");
 }
 
 TEST(Lines, SayWhenAndWhereTheyWereWritten)
 {
     const std::string start = R"(\d\d-\d\d \d\d:\d\d:\d\d\.\d{3} (?= *\d+ )[ \d]{5,} (?= *\d+ )[ \d]{5,} W )";
-    ExpectOutputs({
-        {"echo before >$F; HILOG_LEVEL=W HILOG_FILE=$F $P awkward 2>&1; cat $F",
-         "before\n" + start + R"(C0000a/T\\nU: \\na\\n\\nb\\n\n)" + start + R"(C00000/\(null\): \(null\)\n)"},
-        {"export TZ=East-5:30; date '+%m-%d %T'; HILOG_LEVEL=E $P ids 2>&1; date '+%m-%d %T'",
-         R"((.{14})\n\1\..*\n.*\n(.{14})\..*\n\2\n)", BUSY},
-        {"HILOG_LEVEL=E $P ids 2>&1", R"((.{18} +(\d+) +(\d+) E C00001/T: \2 \3\n){3})"},
-        {"for i in 1 2 3 4 5 6 7 8; do HILOG_LEVEL=F $P levels 2>&1; done | cut -c1-18 | sort -c && echo sorted",
-         "sorted\n"},
-    });
+    ExpectOutput("echo before >$F; HILOG_LEVEL=W HILOG_FILE=$F $P awkward 2>&1; cat $F",
+                 "before\n" + start + R"(C0000a/T\\nU: \\na\\n\\nb\\n\n)" + start + R"(C00000/\(null\): \(null\)\n)");
+    ExpectOutput("export TZ=East-5:30; date '+%m-%d %T'; HILOG_LEVEL=E $P ids 2>&1; date '+%m-%d %T'",
+                 R"((.{14})\n\1\..*\n.*\n(.{14})\..*\n\2\n)", BUSY);
+    ExpectOutput("HILOG_LEVEL=E $P ids 2>&1", R"((.{18} +(\d+) +(\d+) E C00001/T: \2 \3\n){3})");
+    ExpectOutput(
+        "for i in 1 2 3 4 5 6 7 8; do HILOG_LEVEL=F $P levels 2>&1; done | cut -c1-18 | sort -c && echo sorted",
+        "sorted\n");
 }
 
 TEST(Lines, ThatCannotBeWrittenAreLost)
 {
-    ExpectOutputs({
-        {"HILOG_LEVEL=E $P lost 2>&1",
-         "(.* -1\n){13}memory short -1, below the level 0, 7\n.* W C00000/HILOG: 14 lines were lost\n.*T: after\n.*T: "
-         "again\n"},
-        {"mkfifo $F; exec 3<>$F 4>$F 3<&-; HILOG_LEVEL=I $P nobody 2>&4", "-1 0"},
-        {"HILOG_LEVEL=E HILOG_FILE=/dev/null $P behind", "nothing", BUSY},
-    });
+    ExpectOutput(
+        "HILOG_LEVEL=E $P lost 2>&1",
+        "(.* -1\n){13}memory short -1, below the level 0, 7\n.* W C00000/HILOG: 14 lines were lost\n.*T: after\n.*T: "
+        "again\n");
+    ExpectOutput("mkfifo $F; exec 3<>$F 4>$F 3<&-; HILOG_LEVEL=I $P nobody 2>&4", "-1 0");
+    ExpectOutput("HILOG_LEVEL=E HILOG_FILE=/dev/null $P behind", "nothing", BUSY);
 }
 
 TEST(Lines, ThatNobodyReadsAreLost)
@@ -319,12 +308,10 @@ TEST(Lines, ThatNobodyReadsAreLost)
     const std::string fifo = "mkfifo $F; exec 3<>$F; HILOG_LEVEL=E ";
     const std::string after = ".* W C00000/HILOG: 5 lines were lost\n.*T: after\n";
     const std::string whole = "nothing, 5 lost, 0 whole, a wait, 0, 1\n";
-    ExpectOutputs({
-        {fifo + "HILOG_FILE=$F $P unread", whole + "\n" + after, BUSY},
-        {fifo + "$P unread-short 2>$F", whole + after, BUSY},
-        {fifo + "sh -c 'chmod 0 $1; $0 unread-by-another-user' $P $F 2>$F", whole + "\n" + after, BUSY},
-        {"HILOG_LEVEL=E $P unread-socket", whole + "\n?" + after, BUSY},
-    });
+    ExpectOutput(fifo + "HILOG_FILE=$F $P unread", whole + "\n" + after, BUSY);
+    ExpectOutput(fifo + "$P unread-short 2>$F", whole + after, BUSY);
+    ExpectOutput(fifo + "sh -c 'chmod 0 $1; $0 unread-by-another-user' $P $F 2>$F", whole + "\n" + after, BUSY);
+    ExpectOutput("HILOG_LEVEL=E $P unread-socket", whole + "\n?" + after, BUSY);
 }
 
 // On a busy machine some may be lost, but then the log says so.
