@@ -400,47 +400,44 @@ TEST_F(Service, LivesThroughBadRequests)
     EXPECT_EQ(StatusBy(proxy), "0 on");
 }
 
-// Runs find_service with further settings. The first is the value of ZELK_LOG_SERVICE.
-void FindService(const std::string& settings, const std::string& argument = "")
+// Runs find_service with further settings, and expects its exit status and what it reports. The first setting is the
+// value of ZELK_LOG_SERVICE.
+void ExpectFound(const std::string& settings, int status, const std::string& report = "^$",
+                 const std::string& argument = "")
 {
     const std::string command =
         "exec env ZELK_LOG_SERVICE=" + settings + " " + Quoted(ZELK_FIND_SERVICE) + " " + argument;
-    execl("/bin/sh", "sh", "-c", command.c_str(), nullptr);
+    EXPECT_EXIT(execl("/bin/sh", "sh", "-c", command.c_str(), nullptr), testing::ExitedWithCode(status), report)
+        << settings;
 }
 
 TEST_F(Service, IsFoundAsTheSettingSays)
 {
     const std::string& address = bus.address;
     const std::string report = "^zelklogservice: ZELK_LOG_SERVICE=\"[^\n]*no service\n$";
-    const std::string silence = "^$";
     const std::string linked = bus.folder / "a,b"; // Has to be escaped in an address.
     std::filesystem::create_directory_symlink(bus.folder, linked);
-    const std::tuple<std::string, int, std::string> cases[] = {
-        {"'Session\n'", 1, report},
-        // libsystemd skips empty parts and transports that it does not know.
-        {"'autolaunch:;" + address + ";'", 0, silence},
-        {"'unix:path=/nonexistent;" + address + "'", 0, silence},
-        {":", 1, silence},
-        // What it refuses.
-        {"unix:", 1, report},
-        {"unix:path=/" + std::string(200, 'x'), 1, report},
-        {"'unix:path=/nonexistent;unixexec:path=/bin/true'", 1, report},
-        {"session DBUS_SESSION_BUS_ADDRESS= XDG_RUNTIME_DIR=" + linked, 0, silence},
-        {"session DBUS_SESSION_BUS_ADDRESS= XDG_RUNTIME_DIR=", 1, silence},
-        {"session DBUS_SESSION_BUS_ADDRESS=unixexec:path=/bin/true", 1,
-         "DBUS_SESSION_BUS_ADDRESS=\"[^\n]*no service\n$"},
-        {"system DBUS_SYSTEM_BUS_ADDRESS=" + address, 0, silence},
-    };
-    for (const auto& [settings, status, errors] : cases) {
-        EXPECT_EXIT(FindService(settings), testing::ExitedWithCode(status), errors) << settings;
-    }
+    ExpectFound("'Session\n'", 1, report);
+    // libsystemd skips empty parts and transports that it does not know.
+    ExpectFound("'autolaunch:;" + address + ";'", 0);
+    ExpectFound("'unix:path=/nonexistent;" + address + "'", 0);
+    ExpectFound(":", 1);
+    // What it refuses.
+    ExpectFound("unix:", 1, report);
+    ExpectFound("unix:path=/" + std::string(200, 'x'), 1, report);
+    ExpectFound("'unix:path=/nonexistent;unixexec:path=/bin/true'", 1, report);
+    ExpectFound("session DBUS_SESSION_BUS_ADDRESS= XDG_RUNTIME_DIR=" + linked, 0);
+    ExpectFound("session DBUS_SESSION_BUS_ADDRESS= XDG_RUNTIME_DIR=", 1);
+    ExpectFound("session DBUS_SESSION_BUS_ADDRESS=unixexec:path=/bin/true", 1,
+                "DBUS_SESSION_BUS_ADDRESS=\"[^\n]*no service\n$");
+    ExpectFound("system DBUS_SYSTEM_BUS_ADDRESS=" + address, 0);
+    // After the D-Bus library could not be opened, the next call tries again.
+    ExpectFound(address, 0, "^zelklogservice: [^\n]*cannot open libzelk_dbus-[^\n]*no service\n$",
+                "without-descriptors");
     // It is not the address that is invalid.
     PlayedBus unreadable([](sd_bus_message*) {});
     unreadable.greeting = "DATA\r\nOK zzzzzzzzzzzzzzzzzzzzzzzzzzzzzzzz\r\nAGREE_UNIX_FD\r\n";
-    EXPECT_EXIT(FindService(unreadable.address), testing::ExitedWithCode(1), silence);
-    // After the D-Bus library could not be opened, the next call tries again.
-    EXPECT_EXIT(FindService(address, "without-descriptors"), testing::ExitedWithCode(0),
-                "^zelklogservice: [^\n]*cannot open libzelk_dbus-[^\n]*no service\n$");
+    ExpectFound(unreadable.address, 1);
 }
 
 TEST_F(Service, HasItsExitStatus)
