@@ -1,5 +1,5 @@
-// zelk_test.node: lets JavaScript tests control and observe the module. Every function but one takes and returns JSON
-// text.
+// zelk_test.node: lets JavaScript tests control and observe the module. Every function but the module's probe takes and
+// returns JSON text.
 #include "control.h"
 
 #include <sstream>
@@ -7,29 +7,11 @@
 #include <json/reader.h>
 #include <json/writer.h>
 
-#include "faults.h"
-
 namespace ZelkTest {
 
+napi_callback g_probe = nullptr;
+
 namespace {
-
-Probes g_probes{};        // Known when the module has been loaded.
-napi_env g_env = nullptr; // The only one.
-
-Json::Value RunProbe(const Json::Value& name)
-{
-    g_probes.run(g_env, name.asString());
-    return {};
-}
-
-// The one function that takes and returns plain values.
-napi_value Keep(napi_env env, napi_callback_info info)
-{
-    size_t count = 1;
-    napi_value value = nullptr;
-    napi_get_cb_info(env, info, &count, &value, nullptr, nullptr);
-    return g_probes.keep(env, value);
-}
 
 using Control = Json::Value (*)(const Json::Value& argument);
 
@@ -58,23 +40,16 @@ napi_property_descriptor Function(const char* name, Control control)
 
 } // namespace
 
-void SetProbes(const Probes& probes)
-{
-    g_probes = probes;
-}
-
 } // namespace ZelkTest
 
 extern "C" ZELK_TEST_EXPORT napi_value napi_register_module_v1(napi_env env, napi_value exports)
 {
     using namespace ZelkTest;
-    g_env = env;
     const napi_property_descriptor functions[] = {
         Function("planFaults", PlanFaults),
         Function("trace", ReadTrace),
         Function("counts", ReadCounts),
-        Function("runProbe", RunProbe),
-        {"keep", nullptr, Keep, nullptr, nullptr, nullptr, napi_default, nullptr},
+        {"probe", nullptr, g_probe, nullptr, nullptr, nullptr, napi_default, nullptr},
     };
     napi_define_properties(env, exports, std::size(functions), functions);
     return exports;

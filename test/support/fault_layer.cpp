@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "host/utils/thread_safety.h"
-#include "test/support/faults.h"
 
 namespace ZelkTest {
 

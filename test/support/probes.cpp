@@ -1,8 +1,8 @@
 // Linked into the test build of the module: what no function of the module does, but a caller of its helpers may.
-#include <array>
 #include <memory>
 #include <string>
 
+#include "napi/util/arguments.h"
 #include "napi/util/napi_context.h"
 #include "napi/util/napi_util.h"
 #include "test/support/control.h"
@@ -34,15 +34,7 @@ struct Context : NapiContext {
     Member member;
 };
 
-// The helpers that write a line when their data is missing.
-void CallWithoutData()
-{
-    NapiUtil::HandleAsyncWork(nullptr, static_cast<BaseContext*>(nullptr), "Nothing", nullptr, nullptr);
-    NapiUtil::Handle2ValueCallback(nullptr, nullptr, nullptr);
-    NapiUtil::GetElement(nullptr, nullptr, 0);
-}
-
-// Starts a call in this way, and counts what is returned.
+// Starts a call in this way. Without one, the helpers that write a line when their data is missing.
 napi_value Start(napi_env env, const std::string& way)
 {
     if (way == "HandleAsyncWork") {
@@ -51,39 +43,44 @@ napi_value Start(napi_env env, const std::string& way)
     if (way == "StartCall") {
         return NapiUtil::StartCall(env, std::make_unique<Call>(), "Test", nullptr, nullptr);
     }
-    return (new Context(env, "Test"))->Execute();
-}
-
-void Probe(napi_env env, const std::string& name)
-{
-    if (name.empty()) {
-        CallWithoutData();
-    } else {
-        ZelkTest::Count("returned", Start(env, name) == nullptr ? 0 : 1);
+    if (way == "Execute") {
+        return (new Context(env, "Test"))->Execute();
     }
+    NapiUtil::Handle2ValueCallback(nullptr, nullptr, nullptr);
+    NapiUtil::GetElement(nullptr, nullptr, 0);
+    return NapiUtil::HandleAsyncWork(nullptr, static_cast<BaseContext*>(nullptr), "Nothing", nullptr, nullptr);
 }
 
-// What a reference to the value gives back while the value is a pending exception, and that exception afterwards.
+// What a reference to the value gives back while the value is a pending exception.
 napi_value Keep(napi_env env, napi_value value)
 {
-    std::array<napi_value, 2> seen{};
+    napi_value kept = nullptr;
     napi_ref reference = nullptr;
     napi_throw(env, value);
     napi_create_reference(env, value, 1, &reference);
-    napi_get_reference_value(env, reference, &seen[0]);
+    napi_get_reference_value(env, reference, &kept);
     napi_delete_reference(env, reference);
-    napi_get_and_clear_last_exception(env, &seen[1]);
-    napi_value list = nullptr;
-    napi_create_array(env, &list);
-    for (uint32_t index = 0; index < seen.size(); ++index) {
-        napi_set_element(env, list, index, seen[index]);
-    }
-    return list;
+    napi_get_and_clear_last_exception(env, &value);
+    return kept;
 }
 
-__attribute__((constructor)) void RegisterProbes()
+// probe("Keep", value), or a way to start a call.
+napi_value Probe(napi_env env, napi_callback_info info)
 {
-    ZelkTest::SetProbes({Probe, Keep});
+    Arguments<2> arguments;
+    ReadArguments(env, info, arguments);
+    const std::string way = NapiUtil::GetString(env, arguments[0]);
+    if (way == "Keep") {
+        return Keep(env, arguments[1]);
+    }
+    napi_value result = Start(env, way);
+    ZelkTest::Count("returned", result == nullptr ? 0 : 1);
+    return result;
+}
+
+__attribute__((constructor)) void RegisterProbe()
+{
+    ZelkTest::g_probe = Probe;
 }
 
 } // namespace

@@ -6,25 +6,23 @@ import { operation } from './forms.mjs';
 import { buildFolder } from './system.mjs';
 
 const require = createRequire(import.meta.url);
-const control = require(`${buildFolder}zelk_test.node`);
-
 // The module's sources compiled once more, under the fault layer.
 export const zelk = require(`${buildFolder}zelklogservice_test.node`);
+const control = require(`${buildFolder}zelk_test.node`);
 
 export const names = Object.getOwnPropertyNames(zelk);
 export const gatedNames = names.filter((name) => !/Remote|Protocol/.test(name));
 
 const asking = (name) => (argument = null) => JSON.parse(control[name](JSON.stringify(argument)));
 export const counts = asking('counts');
-// Makes Node-API calls of the module fail: names for the first use of each, or faults as in faults.h.
+// Makes Node-API calls of the module fail: names for the first use of each, or faults as in control.h.
 const planFaults = asking('planFaults');
 export const fail = (...faults) => planFaults(faults.map((fault) => (
   typeof fault === 'string' ? { name: fault, nth: 1 } : { nth: 1, ...fault })));
 // The module's Node-API calls since the last plan that was not empty: [[name, status, function that calls]].
 export const trace = asking('trace');
 // Calls helpers of the module: see probes.cpp.
-export const probe = asking('runProbe');
-export const keep = control.keep;
+export const { probe } = control;
 
 const logServiceInForce = logService();
 const log = captureLog();
