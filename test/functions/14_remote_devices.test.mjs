@@ -1,8 +1,5 @@
-import assert from 'node:assert/strict';
-import { test } from 'node:test';
-import { AWAY, E, noService, testCalls, W } from '../support/cases.mjs';
+import { AWAY, E, INJECTED, noService, testCalls, W } from '../support/cases.mjs';
 import { operation } from '../support/forms.mjs';
-import { fail, run, zelk } from '../support/zelk.mjs';
 
 // The lines of a call in which those of its request and of its answer stand.
 const F = (text) => `I FRAMEWORK: ${text}`;
@@ -52,60 +49,45 @@ for (const [name, ...wrong] of [
 }
 
 // Arguments are read as Node-API converts them: arguments, those of the request, and the line of an error.
-function testReading(title, name, args, request, line, ...faults) {
-  test(`${name} reads ${title}`, async () => {
-    fail(...faults);
-    const { requests, lines } = await run(() => zelk[name](...args));
-    const errors = lines.filter((each) => each.startsWith('E'));
-    assert.deepEqual({ requests, errors },
-      { requests: [[operation(name), ...request]], errors: line ? [E(line)] : [] });
-  });
+function testReading(name, rows) {
+  const op = operation(name);
+  testCalls(name, rows.map(([args, request, line, ...faults]) => ({
+    args, service: {}, faults, request, resolved: '',
+    lines: [...(line ? [E(line)] : []), ...framed(op, 0, [], resolving(op))],
+  })));
 }
 
 const ZERO = 'GetInt32: failed to get int32 value , so return zero';
-for (const [number, integer, line] of [
+testReading('fetchRemoteDevicesLogs', [
   [2 ** 53 + 2, 9007199254740994n], [1e300, 2n ** 63n - 1n], [NaN, 0n], [-2.9, -2n],
   ['5', 0n, ZERO], [undefined, 0n, ZERO],
-]) {
-  testReading(`the number ${number}`, 'fetchRemoteDevicesLogs', ['r', number], ['r', integer], line);
-}
+].map(([number, integer, ...line]) => [['r', number], ['r', integer], ...line]));
 
 const LENGTH = 'GetString: len error';
-const READ = { name: 'napi_get_value_string_utf8', nth: 2 };
-for (const [title, text, expected, ...line] of [
-  ['8194 bytes', 'x'.repeat(8194), 'x'.repeat(8194)],
-  ['8195 bytes', 'x'.repeat(8195), '', LENGTH],
-  ['8195 bytes of 4098 characters', 'é'.repeat(4097) + 'x', '', LENGTH],
-  ['an empty text', '', '', LENGTH],
-  ['a text up to its first NUL', 'a\0b', 'a'],
-  ['half a surrogate pair', '\ud800x', '\ufffdx'],
-  ['what is no text', 7, '', 'GetString: get len error'],
-  ['a text that cannot be copied', 'x', '', 'failed to get string value', READ],
-]) {
-  testReading(title, 'queryRemoteDevicesLogs', [text], [expected], ...line);
-}
-testReading('none of its arguments', 'getRemoteDevicesList', [1, 2, 3], []);
+const COPY = { name: 'napi_get_value_string_utf8', nth: 2 };
+testReading('queryRemoteDevicesLogs', [
+  ['x'.repeat(8194), 'x'.repeat(8194)],
+  ['x'.repeat(8195), '', LENGTH],
+  ['é'.repeat(4097) + 'x', '', LENGTH],
+  ['', '', LENGTH],
+  ['a\0b', 'a'],
+  ['\ud800x', '\ufffdx'],
+  [7, '', 'GetString: get len error'],
+  ['x', '', 'failed to get string value', COPY],
+].map(([text, read, ...line]) => [[text], [read], ...line]));
+testReading('getRemoteDevicesList', [[[1, 2, 3], []]]);
 
 // When a Node-API call fails the context is freed, and the promise stays pending.
 const op = 'GetRemoteDevicesList';
 const [MADE, FREED] = [F(`[NapiContext]"[${op}]"`), F(`[~NapiContext]"[${op}]"`)];
 const UNQUEUED = F(`[Execute]"[${op}]napi_queue_async_work fail: errorCode=9"`);
-const thrown = 'injected failure';
+const deferred = { deferreds: 1 };
+const unmade = framed(op, 0, [], W(`[OnCompleteCallback]"[${op}]reject deferred"`));
 testCalls('getRemoteDevicesList', [
-  ['napi_create_promise', thrown, 0, [MADE, FREED]],
-  ['napi_create_async_work', thrown, 1, [MADE, FREED]],
-  ['napi_queue_async_work', '9: error at napi_queue_async_work', 1, [MADE, UNQUEUED, FREED]],
-].map(([call, error, deferreds, lines]) => (
-  { args: [], faults: [call], thrown: error, kept: { deferreds }, lines })));
-testCalls('getRemoteDevicesList', [
-  {
-    args: [],
-    service: {},
-    faults: [{ name: 'napi_create_string_utf8', nth: 2 }],
-    request: [],
-    pending: true,
-    kept: { deferreds: 1 },
-    uncaught: [thrown],
-    lines: framed(op, 0, [], W(`[OnCompleteCallback]"[${op}]reject deferred"`)),
-  },
-]);
+  { faults: ['napi_create_promise'], thrown: INJECTED, lines: [MADE, FREED] },
+  { faults: ['napi_create_async_work'], thrown: INJECTED, kept: deferred, lines: [MADE, FREED] },
+  { faults: ['napi_queue_async_work'], thrown: '9: error at napi_queue_async_work', kept: deferred,
+    lines: [MADE, UNQUEUED, FREED] },
+  { faults: [{ name: 'napi_create_string_utf8', nth: 2 }], service: {}, request: [], pending: true,
+    kept: deferred, uncaught: [INJECTED], lines: unmade },
+].map((row) => ({ args: [], ...row })));

@@ -3,7 +3,7 @@
 //
 // args     the arguments; CALLBACK stands for a function that records its calls
 // service  what the service does, see below; YES unless the row says otherwise
-// faults   the Node-API calls that fail, see faults.h
+// faults   the Node-API calls that fail, see control.h
 // request  the arguments of the only request
 // lines    the log, apart from the lines that frame every call
 // kept     what stays allocated
@@ -25,6 +25,9 @@ export const NO_PROPERTY = [
 ];
 export const noService = (op) => W(`[${op}]"get proxy fail."`);
 export const emptyList = (op) => W(`[${op}]"configs is empty."`);
+export const NOT_ARRAY = [
+  E('IsArray: failed to check array type'), E('FillConfigInfoVector: value is not array'),
+];
 export const UNREADABLE = E('ConvertJsonToObject: json parse error');
 
 export const CALLBACK = { [inspect.custom]: () => 'callback' };
@@ -33,13 +36,13 @@ export const CALLBACK = { [inspect.custom]: () => 'callback' };
 export const YES = { answer: true };
 export const NO = { answer: false };
 export const FAILS = { code: 9, answer: true };
-export const FAILS_NO = { code: 9, answer: false };
 export const AWAY = null;
 
 // What JavaScript sees. A call that is never answered keeps everything that it holds.
 export const PENDING = { pending: true, kept: { contexts: 1, works: 1, deferreds: 1 } };
 export const FORGOTTEN = { kept: { contexts: 1, works: 1, references: 1 } };
-// The runtime's own message for a missing argument and for a callback that cannot be called.
+// The message of a fault; the runtime's own, for a missing argument and a callback that cannot be called.
+export const INJECTED = 'injected failure';
 export const RUNTIME = "the runtime's message";
 export const THROWS = { thrown: RUNTIME };
 export const UNCALLABLE = { uncaught: [RUNTIME], ...FORGOTTEN };
@@ -62,26 +65,12 @@ afterEach(() => {
   setCaller(null);
 });
 
-const OUTCOMES = {
-  thrown: 'throws',
-  resolved: 'resolves',
-  rejected: 'rejects',
-  callback: 'calls back',
-  uncaught: 'cannot call back',
-  kept: 'is never answered',
-};
-
 export const show = (value) =>
-  inspect(value, { breakLength: Infinity, depth: 4, maxArrayLength: 3, maxStringLength: 70 });
+  inspect(value, { breakLength: Infinity, compact: true, depth: 4, maxArrayLength: 3, maxStringLength: 70 });
 
-function titleOf(name, { args, service: reply = YES, faults = [], ...row }) {
-  const outcome = Object.keys(OUTCOMES).find((key) => key in row);
-  return [
-    `${name}: (${args.map(show).join(', ')}) ${OUTCOMES[outcome] ?? 'is refused'}`,
-    ...(reply === YES ? [] : [reply ? `the service gives ${show(reply)}` : 'there is no service']),
-    ...faults.map((fault) => `${show(fault)} fails`),
-  ].join('; ');
-}
+// What goes into the call. `service: null` is none.
+const titleOf = (name, row) => ['args', 'service', 'faults'].filter((key) => key in row)
+  .reduce((title, key) => `${title} ${key} ${show(row[key])}`, `${name}:`);
 
 export function describe(error) {
   assert.ok(error instanceof Error);

@@ -92,11 +92,7 @@ for (const name of names) {
 }
 
 const json = (arbitrary) => arbitrary.map((value) => JSON.stringify(value));
-const known = fc.constantFrom(
-  '', '5', '[', '[[1]]', '{"a":1}x', '//c\n{}', '{"a":-2147483649}', '{"a":4294967296}', '{"a":1e999}',
-  '{"a":"\\u0000b"}', '{"\\u0000":1}', '{"a":1,"a":2}', '{"a":"\\ud800"}', '[1]', 'null', '"x"', '\ufeff{}',
-  '['.repeat(1500), '{"a":'.repeat(1500), '{"a":' + '['.repeat(990) + ']'.repeat(990) + '}');
-const text = fc.oneof(fc.json({ maxDepth: 4 }), fc.string(), json(fc.object({ maxDepth: 0 })), known);
+const text = fc.oneof(fc.json({ maxDepth: 4 }), fc.string(), json(fc.object({ maxDepth: 0 })));
 const corrupted = fc.tuple(text, fc.nat(), fc.nat({ max: 255 })).map(([whole, at, byte]) => { // Almost JSON.
   const index = at % (whole.length + 1);
   return whole.slice(0, index) + String.fromCharCode(byte) + whole.slice(index + 1);

@@ -1,9 +1,9 @@
-// All that a switch does with its arguments; the other two switches have their own lines and answers.
 import {
-  AWAY, CALLBACK, E, FAILS, FAILS_NO, I, ITEMS, NO, noService, READ, testCalls, TEXT, THROWS, UNCALLABLE,
+  AWAY, CALLBACK, E, FAILS, I, ITEMS, NO, noService, PENDING, READ, testCalls, TEXT, THROWS, UNCALLABLE,
   WRITTEN,
 } from '../support/cases.mjs';
 
+// All that a switch does with its arguments; the other two switches have their own lines and answers.
 const name = 'handleModemLogSwitch';
 const ON = E('HandleModemLogSwitch: switchStatus, 1');
 const OFF = E('HandleModemLogSwitch: switchStatus, 0');
@@ -28,8 +28,7 @@ testCalls(name, [
   { args: [true, undefined], resolved: true, request: [true], lines: [ON, UNDEFINED_ITEMS, NO_ITEMS] },
   { args: [true, CALLBACK], callback: [[true]], request: [true], lines: UNSENT },
   { args: [true, CALLBACK, ITEMS], callback: [[true]], request: [true, [TEXT]], lines: SENT },
-  ...[[], {}, undefined].map((third) => (
-    { args: [true, CALLBACK, third], callback: [[true]], request: [true], lines: UNSENT })),
+  { args: [true, CALLBACK, {}], callback: [[true]], request: [true], lines: UNSENT },
   // Anything else in the callback's place is called, which fails.
   ...[5, null, {}].map((second) => (
     { args: [true, second], ...UNCALLABLE, request: [true], lines: UNSENT })),
@@ -44,8 +43,36 @@ const OFF_FAILED = [...READ, WRITTEN, FAILED];
 const NO_SERVICE = [noService('HandleModemLogSwitch'), FAILED];
 testCalls(name, [
   { args: [true], service: FAILS, rejected: true, request: [true], lines: [...UNSENT, FAILED] },
-  { args: [true], service: FAILS_NO, rejected: false, request: [true], lines: [...UNSENT, FAILED] },
   { args: [0, ITEMS], service: FAILS, rejected: true, request: [false, [TEXT]], lines: OFF_FAILED },
   { args: [0], service: AWAY, rejected: false, lines: [NO_ITEMS, ...NO_SERVICE] },
   { args: [0, ITEMS], service: AWAY, rejected: false, lines: [...READ, ...NO_SERVICE] },
+]);
+
+const NO_TCPDUMP_ITEMS = I('[TCP dump] NativeHandleTcpdumpSwitch asyncContext configs is empty');
+const tcpdumpFailed = (code) => I(`HandleTcpdumpSwitchCallback: errorcode ${code}`);
+const NO_TCPDUMP_SERVICE = [noService('HandleTcpdumpSwitch'), tcpdumpFailed(3)];
+testCalls('handleTcpdumpSwitch', [
+  { args: [true], service: NO, resolved: false, request: [true], lines: [NO_TCPDUMP_ITEMS] },
+  { args: [0, ITEMS], resolved: true, request: [false, [TEXT]], lines: [...READ, WRITTEN] },
+  // The line is the modem log switch's.
+  { args: [0, undefined], resolved: true, request: [false], lines: [UNDEFINED_ITEMS, NO_TCPDUMP_ITEMS] },
+  { args: [true, CALLBACK, ITEMS, 1], lines: [E('HandleTcpdumpSwitch: Illegal params number')] },
+  // A failure is never answered.
+  { args: [0], service: FAILS, ...PENDING, request: [false], lines: [NO_TCPDUMP_ITEMS, tcpdumpFailed(9)] },
+  { args: [0], service: AWAY, ...PENDING, lines: [NO_TCPDUMP_ITEMS, ...NO_TCPDUMP_SERVICE] },
+  { args: [0, ITEMS], service: AWAY, ...PENDING, lines: [...READ, ...NO_TCPDUMP_SERVICE] },
+]);
+
+// The items are read but not sent, the service answers with its code alone, and success answers false.
+const op = 'HandleBluetoothCallPcmLogSwitch';
+const bluetoothFailed = (code) => I(`${op}Callback: errorcode ${code}`);
+testCalls('handleBluetoothCallPcmLogSwitch', [
+  { args: [true], service: {}, resolved: false, request: [true] },
+  { args: [0, ITEMS], service: {}, resolved: false, request: [false], lines: READ },
+  { args: [0, undefined], service: {}, resolved: false, request: [false],
+    lines: [I(`${op}: config is undefined`)] },
+  { args: [true, CALLBACK, ITEMS, 1], lines: [E(`${op}: Illegal params number`)] },
+  // A failure is never answered.
+  { args: [true], service: { code: 9 }, ...PENDING, request: [true], lines: [bluetoothFailed(9)] },
+  { args: [true], service: AWAY, ...PENDING, lines: [noService(op), bluetoothFailed(3)] },
 ]);

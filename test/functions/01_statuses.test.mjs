@@ -1,34 +1,42 @@
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
 import {
-  AWAY, CALLBACK, E, FAILS, FAILS_NO, I, NO, NO_FUNCTIONS, noService, testCalls,
+  AWAY, CALLBACK, E, FAILS, I, NO, NO_FUNCTIONS, noService, PENDING, testCalls,
 } from '../support/cases.mjs';
 import { fail, run, zelk } from '../support/zelk.mjs';
 
-const name = 'getModemLogStatus';
 const op = 'GetModemLogStatus';
 const ENTER = E('GetModemLogStatus: enter PARAMETER_COUNT_ONE');
 const ASKED = I('[ZelkLogServiceClient] GetModemLogStatus, callbackStatus=0');
 const DONE = [ASKED, I('[ZelkLogServiceClient] GetModemLogStatus, result=0')];
 const UNRESOLVED = E("GetModemLogStatusCallback: asyncContext's resolved is false");
 const FAILED = [ASKED, I('[ZelkLogServiceClient] GetModemLogStatus, result=9'), UNRESOLVED];
+const MANY = E('GetModemLogStatus: Illegal params number');
 
-testCalls(name, [
+testCalls('getModemLogStatus', [
   { args: [], resolved: true, request: [], lines: DONE },
   { args: [], service: NO, resolved: false, request: [], lines: DONE },
   { args: [CALLBACK], callback: [[true]], request: [], lines: [ENTER, ...DONE] },
-  { args: [CALLBACK], service: NO, callback: [[false]], request: [], lines: [ENTER, ...DONE] },
   ...[...NO_FUNCTIONS, Symbol('s')].map((value) => (
     { args: [value], resolved: true, request: [], lines: [ENTER, ...DONE] })),
-  { args: [CALLBACK, 1], lines: [E('GetModemLogStatus: Illegal params number')] },
-]);
-
-// The boolean of a failed query is delivered.
-testCalls(name, [
+  { args: [CALLBACK, 1], lines: [MANY] },
+  // The boolean of a failed query is delivered.
   { args: [], service: FAILS, rejected: true, request: [], lines: FAILED },
-  { args: [], service: FAILS_NO, rejected: false, request: [], lines: FAILED },
   { args: [CALLBACK], service: FAILS, callback: [[true]], request: [], lines: [ENTER, ...FAILED] },
   { args: [], service: AWAY, rejected: false, lines: [ASKED, noService(op), UNRESOLVED] },
+  { args: [], faults: ['napi_get_boolean'], ...PENDING, request: [],
+    lines: [...DONE, E('GetModemLogStatusCallback: fill bool failed')] },
+]);
+
+// The texts are the modem log status's.
+testCalls('getTcpdumpStatus', [
+  { args: [], resolved: true, request: [] },
+  { args: [CALLBACK], service: NO, callback: [[false]], request: [] },
+  { args: [CALLBACK, 1], lines: [MANY] },
+  { args: [CALLBACK], faults: [{ name: 'napi_get_cb_info', wordless: true }], thrown: 'empty error message' },
+  // A failure is never answered.
+  { args: [], service: FAILS, ...PENDING, request: [], lines: [UNRESOLVED] },
+  { args: [], service: AWAY, ...PENDING, lines: [noService('GetTcpdumpStatus'), UNRESOLVED] },
 ]);
 
 // The lines that frame every call, which the tables leave out. `end` may come after the worker's lines.
@@ -48,7 +56,7 @@ for (const { title, args = [], faults = [], lines } of [
 ]) {
   test(`the frame logs each step of ${title}`, async () => {
     fail(...faults);
-    const seen = await run(() => zelk[name](...args));
+    const seen = await run(() => zelk.getModemLogStatus(...args));
     assert.deepEqual(seen.lines.filter((line) => /Handle(AsyncWork|2Value)/.test(line)), lines);
   });
 }
