@@ -22,12 +22,15 @@ for (const [users, project] of [['Node.js', 'test/types'], ['a device', 'test/ty
 const application = temporaryFolder();
 mkdirSync(join(application, 'node_modules'));
 symlinkSync(root, join(application, 'node_modules/zelklogservice'));
-copyFileSync(`${root}test/types/imports.ts`, join(application, 'imports.ts'));
 
-for (const [resolution, module] of [['node10', 'commonjs'], ['node16', 'node16'], ['bundler', 'esnext']]) {
+for (const [resolution, module, file] of [
+  ['node10', 'commonjs', 'imports.ts'], ['node16', 'node16', 'imports.mts'],
+  ['bundler', 'esnext', 'imports.ts'],
+]) {
   test(`both entries have their types with the module resolution ${resolution}`, () => {
-    compiles('--noEmit', '--strict', '--esModuleInterop', '--skipLibCheck', '--target', 'es2022',
-      '--module', module, '--moduleResolution', resolution, join(application, 'imports.ts'));
+    copyFileSync(`${root}test/types/imports.ts`, join(application, file));
+    compiles('--noEmit', '--strict', '--esModuleInterop', '--target', 'es2022',
+      '--module', module, '--moduleResolution', resolution, join(application, file));
   });
 }
 
