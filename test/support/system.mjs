@@ -1,6 +1,6 @@
 // Paths, folders and programs.
 import { spawnSync } from 'node:child_process';
-import { mkdtempSync, readFileSync, rmSync } from 'node:fs';
+import { cpSync, mkdirSync, mkdtempSync, readFileSync, readdirSync, rmSync, writeFileSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import { fileURLToPath } from 'node:url';
 
@@ -14,6 +14,21 @@ export const libraryName = (name) => `lib${name}-${version}.so`;
 export function temporaryFolder() {
   const folder = mkdtempSync(`${tmpdir()}/zelk-test-`);
   process.on('exit', () => rmSync(folder, { recursive: true }));
+  return folder;
+}
+
+// The folder of a package whose libraries are files of its own, as those of that version.
+export function packageCopy(number = version) {
+  const folder = temporaryFolder();
+  const libraries = `${folder}/lib/linux-${process.arch}/`;
+  for (const file of ['package.json', 'js', 'testing']) {
+    cpSync(root + file, `${folder}/${file}`, { recursive: true });
+  }
+  mkdirSync(libraries, { recursive: true });
+  for (const file of readdirSync(buildFolder).filter((name) => /\.(so|node)$/.test(name))) {
+    const content = readFileSync(buildFolder + file, 'latin1').replaceAll(`-${version}.so`, `-${number}.so`);
+    writeFileSync(libraries + file.replace(version, number), content, 'latin1');
+  }
   return folder;
 }
 
