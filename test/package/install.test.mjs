@@ -3,7 +3,7 @@ import assert from 'node:assert/strict';
 import { chownSync, existsSync, mkdirSync, readFileSync, readdirSync, symlinkSync } from 'node:fs';
 import { join } from 'node:path';
 import { test } from 'node:test';
-import { root, run, runCode, temporaryFolder } from '../support/system.mjs';
+import { root, run, temporaryFolder } from '../support/system.mjs';
 
 const PREFIX = '/opt/it\'s $5 für 100%';
 const DESTDIR = temporaryFolder();
@@ -114,9 +114,6 @@ test('a user can install, upgrade, and remove whatever is there', BY_USER, () =>
   for (const [file] of JSON.stringify(exports).matchAll(/(?<=")\.\/[^"]+\.\w+(?=")/g)) {
     assert.ok(existsSync(join(library, file)), file);
   }
-  assert.equal(runCode(`const { logService } = require('${library}/testing/testing.js');
-    logService({ GetModemLogStatus: () => true });
-    require('${library}').getModemLogStatus(console.log)`).stdout, 'true\n');
   assert.deepEqual([script('uninstall'), readdirSync(home)], ['', []]);
 });
 
