@@ -220,6 +220,7 @@ test('a waiting call ends soon when it is answered, or its service or environmen
 test('every capture sees the lines of every thread', async () => {
   const first = captureLog();
   const { lines, stop } = other.captureLog();
+  serve({ GetModemLogStatus: NEVER }, { timeout: 50 }); // Logged where the call has waited, which is over.
   await once(inWorker('captureLog(); zelk.getModemLogStatus();'), 'exit');
   first.stop();
   const seen = first.lines.length;
@@ -271,8 +272,6 @@ test('events of the process are emitted as ever', async () => {
   });
   assert.deepEqual([process.emit('zelk', 1, 2), process.emit('zelk', 3)], [true, false]);
   assert.deepEqual(seen, [process, 1, 2]);
-  process.once('zelk', () => assert.fail('own'));
-  assert.throws(() => process.emit('zelk'), /own/);
   // As of the copy of `process` that a test runner may give its tests.
   assert.equal(process.emit.call(new EventEmitter(), 'exit'), false);
   assert.equal(await zelk.getModemLogStatus(), true);

@@ -21,20 +21,17 @@ const CALLS = [
 ];
 const CALL = 'busctl --user call -- dev.zelk.LogService /dev/zelk/LogService';
 const ASK = `IFS=" "; set -f; for words; do echo "$words"; ${CALL} dev.zelk.LogService1 $words; done`;
-const CHANGE = `control() { ${CALL} org.freedesktop.DBus.Mock "$@"; bin/zelklog tcpdump status; }
-control AddMethod sssss dev.zelk.LogService1 GetTcpdumpStatus '' ib 'ret = (0, True)'; control Reset
-bin/zelklog check --changes | cut -d' ' -f1 | uniq -c`;
 
 const skip = run('/usr/bin/python3', ['-c', 'import dbusmock']).status !== 0 && 'needs python3-dbusmock';
-test('it answers as the reference service does, until an answer is changed', { skip }, () => {
+test('it answers as the reference service does', { skip }, () => {
   const [program, calls] = ['mock', 'calls'].map((name) => `${temporaryFolder()}/${name}`);
   writeFileSync(program, '#!/bin/sh\nexec /usr/bin/python3 -m dbusmock ' +
   `--template examples/dbusmock/zelk_log_service.py --logfile '${calls}' "$@"\n`, { mode: 0o755 });
-  const serve = (script, env) =>
-    run('scripts/with_service.sh', ['bash', '-ec', script, '', ...CALLS], { cwd: root, env });
-  const [reference, mock] = [serve(ASK), serve(`${ASK}\n${CHANGE}`, { ZELK_SERVICE_PROGRAM: program })];
+  const serve = (env) =>
+    run('scripts/with_service.sh', ['bash', '-ec', ASK, '', ...CALLS], { cwd: root, env });
+  const [reference, mock] = [serve(), serve({ ZELK_SERVICE_PROGRAM: program })];
   assert.deepEqual([reference.status, mock.status], [0, 0], reference.stderr + mock.stderr);
-  assert.equal(mock.stdout, `${reference.stdout}on\noff\n     18 ok\n`);
+  assert.equal(mock.stdout, reference.stdout);
   const signals = readFileSync(calls, 'utf8').match(/(?<= emit .*)"\w+": \w+/g).slice(0, 4);
   assert.deepEqual(signals, [
     '"ModemLogOn": True', '"TcpdumpOn": True', '"TcpdumpOn": False', '"BluetoothCallPcmLogOn": True']);

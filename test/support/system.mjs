@@ -1,11 +1,14 @@
 // Paths, folders and programs.
 import { spawnSync } from 'node:child_process';
-import { cpSync, mkdirSync, mkdtempSync, readFileSync, readdirSync, rmSync, writeFileSync } from 'node:fs';
+import {
+  cpSync, existsSync, mkdirSync, mkdtempSync, readFileSync, readdirSync, rmSync, writeFileSync,
+} from 'node:fs';
 import { tmpdir } from 'node:os';
 import { fileURLToPath } from 'node:url';
 
 export const root = fileURLToPath(new URL('../../', import.meta.url));
 export const buildFolder = `${root}build/${process.env.ZELKLOGSERVICE_BUILD || 'release'}/`;
+export const hasBus = existsSync(`${buildFolder}zelk-log-service`);
 
 export const { version } = JSON.parse(readFileSync(`${root}package.json`));
 export const libraryName = (name) => `lib${name}-${version}.so`;
