@@ -220,7 +220,6 @@ test('a waiting call ends soon when it is answered, or its service or environmen
 test('every capture sees the lines of every thread', async () => {
   const first = captureLog();
   const { lines, stop } = other.captureLog();
-  serve({ GetModemLogStatus: NEVER }, { timeout: 50 }); // Logged where the call has waited, which is over.
   await once(inWorker('captureLog(); zelk.getModemLogStatus();'), 'exit');
   first.stop();
   const seen = first.lines.length;
