@@ -1,4 +1,4 @@
-// zelklogservice/testing against its manual, with the module as built for users.
+// zelklogservice/testing against its manual, with the module as built for users, and the manual's own time limit.
 import assert from 'node:assert/strict';
 import { constants } from 'node:buffer';
 import { EventEmitter, once } from 'node:events';
@@ -11,7 +11,8 @@ import { compileFunction, createContext, runInContext } from 'node:vm';
 import { Worker } from 'node:worker_threads';
 import zelk from 'zelklogservice';
 import { ServiceError, captureLog, logService, request, setCaller } from 'zelklogservice/testing';
-import { packageCopy, root } from '../support/system.mjs';
+import { within } from '../../examples/within.mjs';
+import { packageCopy, root, run } from '../support/system.mjs';
 
 // What npm installs a second time where two packages need this one.
 const other = createRequire(`${packageCopy()}/package.json`)('zelklogservice/testing');
@@ -296,4 +297,41 @@ test('objects of the kit belong to the realm that loaded it', async () => {
   const [{ args }] = service.requests;
   assert.ok([service.requests, args, args[1], answer, log.lines].every((list) => list instanceof OwnArray));
   assert.throws(() => kit.setCaller(), OwnTypeError);
+});
+
+const MASKS = [{ configKey: 'ap', value: '0x0' }, { configKey: 'cp', value: '0x0' }];
+const UNSUPPORTED = 'GetModemLogLogMasks current function not support in current time';
+
+// Each: what happens, the call, and what comes of it.
+const CALLS = [
+  ['an answer', () => zelk.getModemLogStatus(), { answer: false }],
+  ['an answer by callback', (done) => zelk.getModemLogStatus(done), { answer: false }],
+  ['a query that throws', () => zelk.getModemLogLogMasks(), { error: UNSUPPORTED }],
+  ['a query that throws and calls back', (done) => zelk.getModemLogLogMasks(done), { answer: MASKS }],
+  ['an exception', (done) => assert.fail(typeof done), { error: 'function' }],
+  ['a failure', () => zelk.handleModemLogSwitch(true), { rejected: true }],
+  ['a refusal', () => zelk.getModemLogStatus(1, 2), { error: 'it was refused: the log says why' }],
+];
+
+const timers = () => process.getActiveResourcesInfo().filter((resource) => resource === 'Timeout').length;
+
+for (const [what, call, expected] of CALLS) {
+  test(`a limited call ends with ${what}, and its timer with it`, async () => {
+    serve({ HandleModemLogSwitch: () => Promise.reject(new ServiceError(5, true)) });
+    const before = timers();
+    const seen = await within(60_000, 'it', call).then((answer) => ({ answer }),
+      (reason) => (reason instanceof Error ? { error: reason.message } : { rejected: reason }));
+    assert.deepEqual(seen, expected);
+    assert.equal(timers(), before);
+  });
+}
+
+test('a limited call keeps its process alive when nothing else does', () => {
+  const { stdout, stderr } = run(process.execPath, ['--input-type=module', '-e', `
+    import zelk from '${root}js/index.mjs';
+    import { within } from '${root}examples/within.mjs';
+    within(100, 'getTcpdumpStatus', () => zelk.getTcpdumpStatus())
+      .catch(({ message }) => console.log(message));`],
+  { env: { ZELK_LOG_SERVICE: 'none' } });
+  assert.equal(stdout, 'getTcpdumpStatus did not answer within 100 ms\n', stderr);
 });

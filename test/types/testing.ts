@@ -5,19 +5,14 @@ const service: testing.LogService = testing.logService({
   GetModemLogStatus: () => true,
   GetModemLogConfig: async (keys) => keys.map((key) => new TextEncoder().encode(key)),
   HandleModemLogSwitch: (on, configs = []) => on && configs.length > 0,
-  SendModemLogCommand: () => {
-    throw new testing.ServiceError(5, true);
-  },
+  SendModemLogCommand: () => Promise.reject(new testing.ServiceError(5, true)),
   HandleBluetoothCallPcmLogSwitch: () => {},
   FetchRemoteDevicesLogs: (request, value: bigint) => `${request} ${value}`,
   GetTcpdumpStatus: () => new Promise<never>(() => {}),
 }, { timeout: 100 });
 service.handle('GetModemLogStatus', undefined);
 service.requests.length = 0;
-for (const { operation, args } of service.requests) {
-  const name: keyof testing.Handlers = operation;
-  void [name, args];
-}
+export const names: (keyof testing.Handlers)[] = service.requests.map(({ operation }) => operation);
 service[Symbol.dispose]();
 const domains: number[] = testing.captureLog().lines.map(({ domain }) => domain);
 testing.setCaller({ systemApplication: domains.length > 0 });
