@@ -1,4 +1,4 @@
-// zelklogservice/testing against its manual, with the module as built for users, and the manual's own time limit.
+// zelklogservice/testing against its manual, as built for users, and the time limit that the manual gives.
 import assert from 'node:assert/strict';
 import { constants } from 'node:buffer';
 import { EventEmitter, once } from 'node:events';
