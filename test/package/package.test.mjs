@@ -117,7 +117,8 @@ test('a package uses its own libraries, and a checkout those of its build', () =
   assert.equal(runNode(loads(checkout)).stdout, 'function\n');
   const unbuilt = copy(OWN, LIBRARIES, { 'CMakeLists.txt': '' });
   assert.equal(runNode(loads(unbuilt)).stdout, 'function\n');
-  assert.match(runNode(loads(checkout), 'nowhere').stderr, /nowhere.* does not exist: run `cmake/);
+  assert.match(runNode(loads(checkout), 'nowhere').stderr,
+    /nowhere.* does not exist: run `cmake --preset nowhere/);
 });
 
 const otherVersion = version.replace(/\d/, (digit) => 9 - digit);
