@@ -48,7 +48,7 @@ start "$run/bin/node" "$node/package/bin/node"
 echo "process.execPath = require('node:path').join(__dirname, 'bin/node');" >"$run/exec_path.js"
 
 export ZELKLOGSERVICE_BUILD=$architecture-run PATH=$run/bin:$PATH NODE_OPTIONS="--require \"$run/exec_path.js\""
-LIMIT=1500 scripts/js_tests.sh --test-concurrency="$(nproc)" "$@"
+LIMIT=1500 scripts/js_tests.sh "$@"
 if [ "$architecture" = armhf ]; then
     node examples/tour.mjs
 fi
