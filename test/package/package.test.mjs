@@ -1,17 +1,12 @@
 // How the package loads: both kinds of import, worker threads, and the errors when it cannot.
 import assert from 'node:assert/strict';
-import {
-  copyFileSync, cpSync, existsSync, mkdirSync, mkdtempSync, symlinkSync, writeFileSync,
-} from 'node:fs';
+import { existsSync, mkdirSync, writeFileSync } from 'node:fs';
 import { createRequire } from 'node:module';
 import { basename, join } from 'node:path';
 import { test } from 'node:test';
-import {
-  buildFolder, libraryName, packageCopy, root, run, temporaryFolder, version,
-} from '../support/system.mjs';
+import { buildFolder, libraryName, OWN, packageCopy, root, run, version } from '../support/system.mjs';
 
 const require = createRequire(import.meta.url);
-const scratch = temporaryFolder();
 
 test('require gives an ordinary object of the native functions, and import names each', async () => {
   const library = require(root);
@@ -26,19 +21,13 @@ test('require gives an ordinary object of the native functions, and import names
   assert.deepEqual(named, { ...library });
 });
 
-// A copy of the package, with these files of the build, or texts in their place, as its `where`.
-function copy(where, files, more = {}) {
-  const folder = mkdtempSync(join(scratch, 'copy-'));
-  for (const file of ['package.json', 'js']) {
-    cpSync(join(root, file), join(folder, file), { recursive: true });
-  }
-  mkdirSync(join(folder, where), { recursive: true });
-  files.forEach((file) => symlinkSync(join(buildFolder, file), join(folder, where, file)));
-  Object.entries(more).forEach(([file, text]) => writeFileSync(join(folder, file), text));
+// A copy of the package without libraries, and with these texts as files.
+function unbuilt(texts = {}, more = {}) {
+  const folder = packageCopy({ files: [], where: '.', ...more });
+  Object.entries(texts).forEach(([file, text]) => writeFileSync(join(folder, file), text));
   return folder;
 }
 
-const OWN = `lib/linux-${process.arch}`;
 const MODULE = 'zelklogservice.node';
 const LIBRARIES = [MODULE, libraryName('ohos_host'), libraryName('zelk_service_api')];
 const DBUS = libraryName('zelk_dbus');
@@ -51,10 +40,10 @@ const refusing = (reason) => `process.dlopen = () => {
   throw Object.assign(new Error(${JSON.stringify(reason)}), { code: 'ERR_DLOPEN_FAILED' });
 };`;
 
-const whole = copy(OWN, LIBRARIES);
-const garbage = copy(OWN, [], { [`${OWN}/zelklogservice.node`]: 'x' });
-const incomplete = copy(OWN, []);
-copyFileSync(join(buildFolder, 'zelklogservice.node'), join(incomplete, OWN, 'zelklogservice.node'));
+const CHECKOUT = { 'CMakeLists.txt': '' };
+const whole = packageCopy();
+const garbage = unbuilt({ [`${OWN}/${MODULE}`]: 'x' }, { where: OWN });
+const incomplete = packageCopy({ files: [MODULE] });
 
 const PERMISSION =
   ['--permission', '--experimental-permission'].find((name) => process.allowedNodeEnvironmentFlags.has(name));
@@ -68,10 +57,10 @@ const REFUSALS = [
     /needs Node\.js 18 or newer, and this is 16\.20\.2: install/],
   ['a build that is not a folder name', root, `process.env.ZELKLOGSERVICE_BUILD = '../x';`,
     'ERR_ZELK_BUILD_NAME', /ZELKLOGSERVICE_BUILD="\.\.\/x" is not the name of a folder/],
-  ['a checkout that was never built', copy('.', [], { 'CMakeLists.txt': '' }), '', 'ERR_ZELK_NO_BUILD',
+  ['a checkout that was never built', unbuilt(CHECKOUT), '', 'ERR_ZELK_NO_BUILD',
     /build\/release\/zelklogservice\.node does not exist: run `make build` in/],
-  ['sources that were installed', copy('.', []), '', 'ERR_ZELK_NO_BUILD', /never built: .*`make pack`/],
-  ['a file in place of the libraries', copy('.', [], { lib: '' }), '', 'ERR_ZELK_NO_BUILD',
+  ['sources that were installed', unbuilt(), '', 'ERR_ZELK_NO_BUILD', /never built: .*`make pack`/],
+  ['a file in place of the libraries', unbuilt({ lib: '' }), '', 'ERR_ZELK_NO_BUILD',
     /\/lib is a file, not a folder: install this package anew/],
   ['another processor', whole, patched(`'arch', { value: 'riscv64' }`), 'ERR_ZELK_PROCESSOR',
     /no build for linux-riscv64, only for linux-\w+: run/],
@@ -109,21 +98,21 @@ for (const [what, folder, before, code, message, cause = /^undefined$/, options 
 }
 
 test('a package uses its own libraries, and a checkout those of its build', () => {
-  const checkout = copy('build/release', LIBRARIES, { 'CMakeLists.txt': '' });
+  const checkout = unbuilt(CHECKOUT, { where: 'build/release', files: undefined });
   mkdirSync(join(checkout, OWN), { recursive: true });
-  writeFileSync(join(checkout, OWN, 'zelklogservice.node'), 'of an older package');
+  writeFileSync(join(checkout, OWN, MODULE), 'of an older package');
   const loads = (folder) => `console.log(typeof require(${JSON.stringify(folder)}).getModemLogStatus)`;
   assert.equal(runNode(loads(whole), 'nowhere').stdout, 'function\n');
   assert.equal(runNode(loads(checkout)).stdout, 'function\n');
-  const unbuilt = copy(OWN, LIBRARIES, { 'CMakeLists.txt': '' });
-  assert.equal(runNode(loads(unbuilt)).stdout, 'function\n');
+  writeFileSync(join(whole, 'CMakeLists.txt'), '');
+  assert.equal(runNode(loads(whole)).stdout, 'function\n');
   assert.match(runNode(loads(checkout), 'nowhere').stderr,
     /nowhere.* does not exist: run `cmake --preset nowhere/);
 });
 
 const otherVersion = version.replace(/\d/, (digit) => 9 - digit);
 const ofOtherVersion = (name) => name.replace(version, otherVersion);
-const packages = [version, version, otherVersion].map((number) => packageCopy(number));
+const packages = [version, version, otherVersion].map((number) => packageCopy({ number }));
 const withBus = existsSync(join(buildFolder, DBUS)) ? [...LIBRARIES, DBUS] : LIBRARIES;
 
 // Each: the log service, whether the modem log is on, by each package, and the libraries that are loaded.

@@ -11,6 +11,7 @@ export const buildFolder = `${root}build/${process.env.ZELKLOGSERVICE_BUILD || '
 export const hasBus = existsSync(`${buildFolder}zelk-log-service`);
 
 export const { version } = JSON.parse(readFileSync(`${root}package.json`));
+export const OWN = `lib/linux-${process.arch}`; // Where a package has its libraries.
 export const libraryName = (name) => `lib${name}-${version}.so`;
 
 // Gives its path; it is removed with everything in it when the process ends.
@@ -20,17 +21,16 @@ export function temporaryFolder() {
   return folder;
 }
 
-// The folder of a package whose libraries are files of its own, as those of that version.
-export function packageCopy(number = version) {
+// The folder of a package of that version with files of its own: the libraries of the build are in `where`.
+export function packageCopy({ number = version, where = OWN, files = readdirSync(buildFolder) } = {}) {
   const folder = temporaryFolder();
-  const libraries = `${folder}/lib/linux-${process.arch}/`;
   for (const file of ['package.json', 'js', 'testing']) {
     cpSync(root + file, `${folder}/${file}`, { recursive: true });
   }
-  mkdirSync(libraries, { recursive: true });
-  for (const file of readdirSync(buildFolder).filter((name) => /\.(so|node)$/.test(name))) {
+  mkdirSync(`${folder}/${where}`, { recursive: true });
+  for (const file of files.filter((name) => /\.(so|node)$/.test(name))) {
     const content = readFileSync(buildFolder + file, 'latin1').replaceAll(`-${version}.so`, `-${number}.so`);
-    writeFileSync(libraries + file.replace(version, number), content, 'latin1');
+    writeFileSync(`${folder}/${where}/${file.replace(version, number)}`, content, 'latin1');
   }
   return folder;
 }
