@@ -160,10 +160,4 @@ napi_status Call(const CallSite& site, decltype(&napi_get_last_error_info) real,
     return Ended(site, g_fault.isNull() ? real(env, result) : napi_ok);
 }
 
-napi_status Call(const CallSite& site, decltype(&napi_close_handle_scope) real, napi_env env, napi_handle_scope scope)
-{
-    const napi_status status = real(env, scope);
-    return Ended(site, TakeFault(site) ? napi_generic_failure : status);
-}
-
 } // namespace ZelkTest

@@ -5,6 +5,7 @@
 #define TEST_SUPPORT_FAULT_LAYER_H
 
 #include <node_api.h>
+#include <type_traits>
 
 #include "test/support/control.h"
 
@@ -22,14 +23,10 @@ ZELK_TEST_EXPORT napi_status FaultStatus();
 // Notes that a call ended with `status`, which it returns, and what the module holds now.
 ZELK_TEST_EXPORT napi_status Ended(const CallSite& site, napi_status status);
 
-template <typename T>
-struct Identity {
-    using Type = T;
-};
-
+// The function alone says what its parameters are.
 template <typename... Parameters>
 napi_status Call(const CallSite& site, napi_status (*real)(Parameters...),
-                 typename Identity<Parameters>::Type... arguments)
+                 std::enable_if_t<true, Parameters>... arguments)
 {
     return Ended(site, TakeFault(site) ? FaultStatus() : real(arguments...));
 }
@@ -43,10 +40,6 @@ ZELK_TEST_EXPORT napi_status Call(const CallSite& site, decltype(&napi_create_as
 // Returns the error record of a planned fault until the next call.
 ZELK_TEST_EXPORT napi_status Call(const CallSite& site, decltype(&napi_get_last_error_info) real, napi_env env,
                                   const napi_extended_error_info** result);
-
-// Always closes: the runtime aborts a process that leaves scopes open.
-ZELK_TEST_EXPORT napi_status Call(const CallSite& site, decltype(&napi_close_handle_scope) real, napi_env env,
-                                  napi_handle_scope scope);
 
 } // namespace ZelkTest
 

@@ -37,9 +37,6 @@ const FORMS = {
   queryProtocolData: () => [['r'], ['r', 's']],
 };
 
-// The names of the functions in the order in which the module has them.
-export const order = Object.keys(FORMS);
-
 // The argument lists of a function, with `callback` where the form has one.
 export const forms = (name, callback) => FORMS[name](callback);
 

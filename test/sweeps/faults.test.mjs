@@ -12,9 +12,7 @@ const PENDING_EXCEPTION = 10; // A status of Node-API.
 const QUEUE = 'napi_queue_async_work';
 const QUEUE_ERROR = `9: error at ${QUEUE}`;
 // Nobody sees that these fail.
-const SILENT = [
-  'napi_delete_async_work', 'napi_open_handle_scope', 'napi_close_handle_scope', 'napi_is_exception_pending',
-];
+const SILENT = ['napi_delete_async_work', 'napi_open_handle_scope', 'napi_is_exception_pending'];
 // A call goes on after a failure in these functions of the module, although an error is thrown.
 const GOES_ON = ['CreateUndefined', 'MatchValueType'];
 
