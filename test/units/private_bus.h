@@ -15,7 +15,6 @@
 #include <memory>
 #include <regex>
 #include <sstream>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <sys/prctl.h>
@@ -131,9 +130,7 @@ struct PrivateBus : Bus {
     Proxy WaitForService() const
     {
         Proxy proxy;
-        if (!Eventually([&] { return (proxy = Find()) != nullptr; })) {
-            throw std::runtime_error("no service");
-        }
+        EXPECT_TRUE(Eventually([&] { return (proxy = Find()) != nullptr; }));
         return proxy;
     }
 

@@ -27,14 +27,7 @@ SUCCEEDS(napi_open_handle_scope, napi_env, napi_handle_scope*)
 SUCCEEDS(napi_close_handle_scope, napi_env, napi_handle_scope)
 void napi_module_register(napi_module*) {}
 
-class Module : public testing::Test {
-protected:
-    void SetUp() override
-    {
-        ASSERT_NE(dlopen(REPLY_MODULE, RTLD_LAZY), nullptr) << dlerror();
-        ASSERT_NE(g_conversion, nullptr);
-    }
-};
+void* const g_module = dlopen(REPLY_MODULE, RTLD_LAZY);
 
 std::string Repeat(const std::string& part, int times)
 {
@@ -64,8 +57,9 @@ void ExpectTimeByLength(const std::string& start, const std::string& part, const
     EXPECT_LT(TimeOf(start + Repeat(part, 10 * few) + end), 40 * fewTime) << part;
 }
 
-TEST_F(Module, TakesTimeByTheLengthOfAReply)
+TEST(Reply, TakesTimeByItsLength)
 {
+    ASSERT_NE(g_module, nullptr);
     ExpectTimeByLength(R"({"value": "{}")", "/**/", "}");
     ExpectTimeByLength(R"({"list": [0)", "," + std::string(900, '[') + std::string(900, ']'), "]}");
     ExpectTimeByLength(R"({"list": [0)", ",-1.5e7,4294967296", "]}");
@@ -75,8 +69,9 @@ TEST_F(Module, TakesTimeByTheLengthOfAReply)
     ExpectTimeByLength("{", R"("value": "{}",)", R"("a": 1})");
 }
 
-TEST_F(Module, AbandonsAReplyWhenJsoncppThrows)
+TEST(Reply, IsAbandonedWhenJsoncppThrows)
 {
+    ASSERT_NE(g_module, nullptr);
     EXPECT_TRUE(g_conversion(R"({"configKey": "k", "value": "{\"level\": 3}"})"));
     EXPECT_FALSE(g_conversion(R"({"configKey": "k", "value": "{\"level\": 4294967296}"})"));
     EXPECT_FALSE(g_conversion(std::string(2000, '[') + std::string(2000, ']')));
