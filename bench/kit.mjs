@@ -56,13 +56,18 @@ for (let round = 0; round < roundsOf(11); ++round) {
 }
 report('handlers-in-flight', many);
 
-async function keptOfMillion(clear) {
-  globalThis.gc();
-  const before = allocatedBytes();
-  for (let i = 0; i < MILLION / BATCHES / AT_A_TIME; ++i) {
+async function callOften(times, clear) {
+  for (let i = 0; i < times / AT_A_TIME; ++i) {
     await Promise.all(Array.from({ length: AT_A_TIME }, () => zelk.getModemLogStatus()));
     clear();
   }
+}
+
+async function keptOfMillion(clear) {
+  await callOften(WARM_UP, clear); // A service keeps what its first calls needed until it is restored.
+  globalThis.gc();
+  const before = allocatedBytes();
+  await callOften(MILLION / BATCHES, clear);
   globalThis.gc();
   return (allocatedBytes() - before) * BATCHES;
 }
