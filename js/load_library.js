@@ -57,6 +57,19 @@ function isBundled() {
   return !path.isAbsolute(__dirname) || !fs.existsSync(path.join(__dirname, 'load_library.js'));
 }
 
+// Loads FILE; once more where Node.js says this, which it may when one thread that uses the file ends while
+// another one loads it.
+function requireAddon(file) {
+  try {
+    return require(file);
+  } catch (error) {
+    if (!/did not self-register/.test(error && error.message)) {
+      throw error;
+    }
+    return require(file);
+  }
+}
+
 // The exports of the native library NAME. On failure the error's code says what is missing. A bundle may have
 // the libraries beside it: what the system's loader says of them holds for it, too.
 function load(name) {
@@ -64,7 +77,7 @@ function load(name) {
   var file;
   try {
     file = libraryFile(name);
-    return require(file);
+    return requireAddon(file);
   } catch (error) {
     if (!/^ERR_DLOPEN_/.test(error && error.code) && isBundled()) {
       throw require('./load_errors.js').bundled(file && error);

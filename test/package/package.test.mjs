@@ -99,6 +99,14 @@ for (const [what, folder, before, code, message, cause = /^undefined$/, options 
   });
 }
 
+test('a library that Node.js has lost sight of is loaded once more', () => {
+  const losing = `const { dlopen } = process; let lost = 0;
+    process.dlopen = (...args) => (++lost > 1 ? dlopen(...args) : assert.fail('x did not self-register'));`;
+  const load = `require(${JSON.stringify(whole)})`;
+  const { stdout } = runNode(`${losing} console.log(typeof ${load}.getModemLogStatus)`);
+  assert.equal(stdout, 'function\n');
+});
+
 test('a package uses its own libraries, and a checkout those of its build', () => {
   const checkout = unbuilt(CHECKOUT, { where: 'build/release', files: undefined });
   mkdirSync(join(checkout, OWN), { recursive: true });
