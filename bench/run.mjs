@@ -46,6 +46,8 @@ function run(file, args, settings = {}) {
 // Lines of {measure, rounds}.
 const measures = (...call) => run(...call).trim().split('\n').map((line) => JSON.parse(line));
 const node = (name, settings = {}) => measures(process.execPath, [script(name)], settings);
+const nodeWithGc = (name, settings = {}) =>
+  measures(process.execPath, ['--expose-gc', script(name)], { MALLOC_ARENA_MAX: '1', ...settings });
 
 // Where things lie in memory differs from process to process, and moves some rows by more than the noise
 // within one.
@@ -142,12 +144,10 @@ const GROUPS = {
   values: () => [...inProcesses(() => node('items.mjs')), ...node('replies.mjs')],
   text: () => measures(program('bench_text'), []),
   log: () => [...measures(program('bench_log'), ['suppressed']), ...inFolder(logFiles)],
-  memory: () => inProcesses(
-    () => measures(process.execPath, ['--expose-gc', script('memory.mjs')], { MALLOC_ARENA_MAX: '1' })),
+  memory: () => inProcesses(() => nodeWithGc('memory.mjs')),
   load,
   command,
-  kit: () => measures(process.execPath, ['--expose-gc', script('kit.mjs')],
-    { MALLOC_ARENA_MAX: '1', ZELKLOGSERVICE_BUILD: 'bench' }),
+  kit: () => nodeWithGc('kit.mjs', { ZELKLOGSERVICE_BUILD: 'bench' }),
 };
 
 const TRIES = IS_ONCE ? 1 : 5;

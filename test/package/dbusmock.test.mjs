@@ -32,7 +32,6 @@ test('it answers as the reference service does', { skip }, () => {
   const [reference, mock] = [serve(), serve({ ZELK_SERVICE_PROGRAM: program })];
   assert.deepEqual([reference.status, mock.status], [0, 0], reference.stderr + mock.stderr);
   assert.equal(mock.stdout, reference.stdout);
-  const signals = readFileSync(calls, 'utf8').match(/(?<= emit .*)"\w+": \w+/g).slice(0, 4);
-  assert.deepEqual(signals, [
+  assert.deepEqual(readFileSync(calls, 'utf8').match(/(?<= emit .*)"\w+": \w+/g), [
     '"ModemLogOn": True', '"TcpdumpOn": True', '"TcpdumpOn": False', '"BluetoothCallPcmLogOn": True']);
 });

@@ -23,13 +23,6 @@ test('require gives an ordinary object of the native functions, which are fixed'
   assert.deepEqual(named, { ...library });
 });
 
-// A copy of the package without libraries, and with these texts as files.
-function unbuilt(texts = {}, more = {}) {
-  const folder = packageCopy({ files: [], where: '.', ...more });
-  Object.entries(texts).forEach(([file, text]) => writeFileSync(join(folder, file), text));
-  return folder;
-}
-
 const MODULE = 'zelklogservice.node';
 const LIBRARIES = [MODULE, libraryName('ohos_host'), libraryName('zelk_service_api')];
 const DBUS = libraryName('zelk_dbus');
@@ -43,8 +36,9 @@ const refusing = (reason) => `process.dlopen = () => {
 };`;
 
 const CHECKOUT = { 'CMakeLists.txt': '' };
+const sources = (texts) => packageCopy({ files: [], where: '.', texts });
 const whole = packageCopy();
-const garbage = unbuilt({ [`${OWN}/${MODULE}`]: 'x' }, { where: OWN });
+const garbage = packageCopy({ files: [], texts: { [`${OWN}/${MODULE}`]: 'x' } });
 const incomplete = packageCopy({ files: [MODULE] });
 
 const PERMISSION =
@@ -59,10 +53,10 @@ const REFUSALS = [
     /needs Node\.js 18 or newer, and this is 16\.20\.2: install/],
   ['a build that is not a folder name', root, `process.env.ZELKLOGSERVICE_BUILD = '../x';`,
     'ERR_ZELK_BUILD_NAME', /ZELKLOGSERVICE_BUILD="\.\.\/x" is not the name of a folder/],
-  ['a checkout that was never built', unbuilt(CHECKOUT), '', 'ERR_ZELK_NO_BUILD',
+  ['a checkout that was never built', sources(CHECKOUT), '', 'ERR_ZELK_NO_BUILD',
     /build\/release\/zelklogservice\.node does not exist: run `make build` in/],
-  ['sources that were installed', unbuilt(), '', 'ERR_ZELK_NO_BUILD', /never built: .*`make pack`/],
-  ['a file in place of the libraries', unbuilt({ lib: '' }), '', 'ERR_ZELK_NO_BUILD',
+  ['sources that were installed', sources(), '', 'ERR_ZELK_NO_BUILD', /never built: .*`make pack`/],
+  ['a file in place of the libraries', sources({ lib: '' }), '', 'ERR_ZELK_NO_BUILD',
     /\/lib is a file, not a folder: install this package anew/],
   ['another processor', whole, patched(`'arch', { value: 'riscv64' }`), 'ERR_ZELK_PROCESSOR',
     /no build for linux-riscv64, only for linux-\w+: run/],
@@ -99,23 +93,21 @@ for (const [what, folder, before, code, message, cause = /^undefined$/, options 
   });
 }
 
+const loads = (folder) => `console.log(typeof require(${JSON.stringify(folder)}).getModemLogStatus)`;
+
 test('a library that Node.js has lost sight of is loaded once more', () => {
   const losing = `const { dlopen } = process; let lost = 0;
     process.dlopen = (...args) => (++lost > 1 ? dlopen(...args) : assert.fail('x did not self-register'));`;
-  const load = `require(${JSON.stringify(whole)})`;
-  const { stdout } = runNode(`${losing} console.log(typeof ${load}.getModemLogStatus)`);
-  assert.equal(stdout, 'function\n');
+  assert.equal(runNode(losing + loads(whole)).stdout, 'function\n');
 });
 
 test('a package uses its own libraries, and a checkout those of its build', () => {
-  const checkout = unbuilt(CHECKOUT, { where: 'build/release', files: undefined });
+  const checkout = packageCopy({ where: 'build/release', texts: CHECKOUT });
   mkdirSync(join(checkout, OWN), { recursive: true });
   writeFileSync(join(checkout, OWN, MODULE), 'of an older package');
-  const loads = (folder) => `console.log(typeof require(${JSON.stringify(folder)}).getModemLogStatus)`;
   assert.equal(runNode(loads(whole), 'nowhere').stdout, 'function\n');
   assert.equal(runNode(loads(checkout)).stdout, 'function\n');
-  writeFileSync(join(whole, 'CMakeLists.txt'), '');
-  assert.equal(runNode(loads(whole)).stdout, 'function\n');
+  assert.equal(runNode(loads(packageCopy({ texts: CHECKOUT }))).stdout, 'function\n');
   assert.match(runNode(loads(checkout), 'nowhere').stderr,
     /nowhere.* does not exist: run `cmake --preset nowhere/);
 });

@@ -21,17 +21,19 @@ export function temporaryFolder() {
   return folder;
 }
 
-// The folder of a package of that version with files of its own: the libraries of the build are in `where`.
-export function packageCopy({ number = version, where = OWN, files = readdirSync(buildFolder) } = {}) {
+// The folder of a package of that version with files of its own: these texts, and below `where` the build's
+// libraries, or those that are named.
+export function packageCopy({ number = version, where = OWN, files, texts = {} } = {}) {
   const folder = temporaryFolder();
   for (const file of ['package.json', 'js', 'testing']) {
     cpSync(root + file, `${folder}/${file}`, { recursive: true });
   }
   mkdirSync(`${folder}/${where}`, { recursive: true });
-  for (const file of files.filter((name) => /\.(so|node)$/.test(name))) {
+  for (const file of (files ?? readdirSync(buildFolder)).filter((name) => /\.(so|node)$/.test(name))) {
     const content = readFileSync(buildFolder + file, 'latin1').replaceAll(`-${version}.so`, `-${number}.so`);
     writeFileSync(`${folder}/${where}/${file.replace(version, number)}`, content, 'latin1');
   }
+  Object.entries(texts).forEach(([file, text]) => writeFileSync(`${folder}/${file}`, text));
   return folder;
 }
 

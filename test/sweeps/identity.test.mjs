@@ -24,20 +24,22 @@ function refusal(name) {
   ];
 }
 
+const callAs = (token, name, index) => leaves(() => run((callback) => {
+  setCaller(token);
+  try {
+    return zelk[name](...forms(name, callback)[index]);
+  } finally {
+    setCaller(0n); // A call once made needs no rights.
+  }
+}));
+
 for (const name of names) {
   for (const [token, hasRights] of CALLERS) {
     const isServed = hasRights || !gatedNames.includes(name);
     for (const index of isServed ? [0] : forms(name).keys()) {
       test(`${name}, form ${index}, ${isServed ? 'serves' : 'refuses'} ${token}`, async () => {
         service(answering(names));
-        const [left, seen] = await leaves(() => run((callback) => {
-          setCaller(token);
-          try {
-            return zelk[name](...forms(name, callback)[index]);
-          } finally {
-            setCaller(0n); // A call once made needs no rights.
-          }
-        }));
+        const [left, seen] = await callAs(token, name, index);
         if (isServed) {
           assert.deepEqual(seen.requests.map(([asked]) => asked), [operation(name)]);
         } else {

@@ -15,20 +15,17 @@ namespace {
 using Texts = std::vector<std::string>;
 using Codes = std::vector<int32_t>;
 
-// The slot of a virtual operation, counted from one. A member pointer to it holds the slot's offset, on some processors
-// plus one.
-template <typename Operation>
-size_t SlotOf(Operation operation)
-{
-    size_t pointer = 0;
-    std::memcpy(&pointer, &operation, sizeof(pointer));
-    return pointer / sizeof(void*) + 1;
-}
-
+// The slots of virtual operations, counted from one. A member pointer to one holds the slot's offset, on some
+// processors plus one.
 template <typename... Operations>
 std::vector<size_t> SlotsOf(Operations... operations)
 {
-    return {SlotOf(operations)...};
+    const auto slotOf = [](auto operation) {
+        size_t pointer = 0;
+        std::memcpy(&pointer, &operation, sizeof(pointer));
+        return pointer / sizeof(void*) + 1;
+    };
+    return {slotOf(operations)...};
 }
 
 TEST(Client, HasThePlatformsBinaryInterface)

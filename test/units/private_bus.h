@@ -15,6 +15,7 @@
 #include <memory>
 #include <regex>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <sys/prctl.h>
@@ -130,7 +131,9 @@ struct PrivateBus : Bus {
     Proxy WaitForService() const
     {
         Proxy proxy;
-        EXPECT_TRUE(Eventually([&] { return (proxy = Find()) != nullptr; }));
+        if (!Eventually([&] { return (proxy = Find()) != nullptr; })) {
+            throw std::runtime_error("no service");
+        }
         return proxy;
     }
 

@@ -59,7 +59,7 @@ void ExpectTimeByLength(const std::string& start, const std::string& part, const
 
 TEST(Reply, TakesTimeByItsLength)
 {
-    ASSERT_NE(g_module, nullptr);
+    ASSERT_NE(g_module, nullptr) << dlerror();
     ExpectTimeByLength(R"({"value": "{}")", "/**/", "}");
     ExpectTimeByLength(R"({"list": [0)", "," + std::string(900, '[') + std::string(900, ']'), "]}");
     ExpectTimeByLength(R"({"list": [0)", ",-1.5e7,4294967296", "]}");
@@ -71,7 +71,7 @@ TEST(Reply, TakesTimeByItsLength)
 
 TEST(Reply, IsAbandonedWhenJsoncppThrows)
 {
-    ASSERT_NE(g_module, nullptr);
+    ASSERT_NE(g_module, nullptr) << dlerror();
     EXPECT_TRUE(g_conversion(R"({"configKey": "k", "value": "{\"level\": 3}"})"));
     EXPECT_FALSE(g_conversion(R"({"configKey": "k", "value": "{\"level\": 4294967296}"})"));
     EXPECT_FALSE(g_conversion(std::string(2000, '[') + std::string(2000, ']')));
